@@ -1,0 +1,43 @@
+# The rules every target of the project is built by.
+
+find_program(CCACHE_PROGRAM ccache)
+if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE_PROGRAM})
+endif()
+
+add_library(spectrane_rules INTERFACE)
+target_include_directories(spectrane_rules INTERFACE ${CMAKE_SOURCE_DIR}/src)
+if(MSVC)
+  target_compile_options(spectrane_rules INTERFACE /W4 /WX /utf-8)
+else()
+  target_compile_options(spectrane_rules INTERFACE -Wall -Wextra -Wconversion -Wshadow -Werror)
+endif()
+target_compile_definitions(
+  spectrane_rules
+  INTERFACE QT_NO_CAST_FROM_ASCII
+            QT_NO_CAST_TO_ASCII
+            QT_NO_CAST_FROM_BYTEARRAY
+            QT_NO_CONTEXTLESS_CONNECT
+            QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
+            QT_STRICT_ITERATORS
+            SPECTRANE_VERSION="${PROJECT_VERSION}"
+            SPECTRANE_BRAND_NUMBER=${SPECTRANE_BRAND_NUMBER})
+if(SPECTRANE_SANITIZE)
+  target_compile_options(spectrane_rules INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all)
+  target_link_options(spectrane_rules INTERFACE -fsanitize=address,undefined)
+endif()
+
+# One floor of the house: a static library that links only what it may use, so an include that runs upward does not link.
+function(spectrane_library name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;USES" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES})
+  target_link_libraries(${name} PUBLIC spectrane_rules ${ARG_USES})
+endfunction()
+
+# A program of the project.
+function(spectrane_program name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;USES" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  target_link_libraries(${name} PRIVATE spectrane_rules ${ARG_USES})
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+endfunction()

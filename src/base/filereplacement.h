@@ -5,10 +5,10 @@
 
 namespace spectrane {
 
-/// Puts a new file in the place of an old one, whole or not at all. The new content is built under TemporaryPath(),
-/// beside the target; Commit() brings it to the disk, keeps the old file's permission bits, follows a symbolic link
-/// and renames. Until Commit() returns true the old file is untouched; an uncommitted replacement removes its
-/// temporary file when it goes.
+/// Puts a new file in the place of an old one, whole or not at all. The new content is built under
+/// TemporaryPath(), beside the target; Commit() brings it to the disk, keeps the old file's permission bits,
+/// follows a symbolic link and renames. Until Commit() returns true the old file is untouched; an uncommitted
+/// replacement removes its temporary file when it goes.
 class FileReplacement {
  public:
   /// `path` in UTF-8. Nothing is created yet.
@@ -17,11 +17,11 @@ class FileReplacement {
   FileReplacement(const FileReplacement&) = delete;
   FileReplacement& operator=(const FileReplacement&) = delete;
 
-  /// Path of the file to build: in the target's own folder, a name that no other file has. The caller creates and
-  /// closes it.
+  /// Path of the file to build: in the target's own folder, a name that no other file has. The caller creates
+  /// and closes it.
   const std::string& TemporaryPath() const { return temporaryPath_; }
-  /// Syncs the temporary file, checks the result, renames it over the target and syncs the folder. False: the old
-  /// file stands as it was, the temporary one is gone, `reason` (when given) has the platform's words.
+  /// Syncs the temporary file, checks the result, renames it over the target and syncs the folder. False: the
+  /// old file stands as it was, the temporary one is gone, `reason` (when given) has the platform's words.
   bool Commit(std::string* reason = nullptr);
 
  private:

@@ -35,6 +35,7 @@ double RoundHalfEven(double value);
 
 /// The general format: up to 15 significant digits, no trailing zeros, a point as separator, and a leading
 /// blank in the place of the sign of a value that is not negative (" 546.5", " 546", "-0.25").
+/// From 1E+15 up and below 0.00001 with an exponent; NaN and infinity give "".
 std::string GeneralText(double value);
 
 /// The shortest decimal that reads back as the same value ("0.1", "546", "1e-300"); NaN and infinity give "".

@@ -1,0 +1,113 @@
+#include "base/fixedtext.h"
+
+#include <cstdint>
+
+namespace spectrane {
+namespace {
+
+constexpr char32_t kNoCharacter = 0xFFFFFFFF;
+constexpr char32_t kGreekSmallMu = 0x03BC;
+constexpr unsigned char kMicroSign = 0xB5;
+
+/// Characters of the bytes 0x80 to 0x9F; every other byte is the character of its own number.
+constexpr char16_t kHighControls[32] = {
+    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178,
+};
+
+char32_t CharacterOf(unsigned char byte) {
+  return byte >= 0x80 && byte <= 0x9F ? kHighControls[byte - 0x80] : byte;
+}
+
+/// The byte of a character; -1 when the code page has no place for it.
+int ByteOf(char32_t character) {
+  if (character < 0x80 || (character >= 0xA0 && character <= 0xFF)) return static_cast<int>(character);
+  if (character == kGreekSmallMu) return kMicroSign;
+  for (int i = 0; i < 32; ++i) {
+    if (kHighControls[i] == character) return 0x80 + i;
+  }
+  return -1;
+}
+
+struct Decoded {
+  char32_t Character = kNoCharacter;
+  std::size_t Length = 1;
+};
+
+/// The character at `text[at]`; a byte that begins no well-formed sequence stands for itself alone, without a
+/// character.
+Decoded DecodeAt(std::string_view text, std::size_t at) {
+  const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+  const unsigned char lead = byte(at);
+  if (lead < 0x80) return {lead, 1};
+  std::size_t length = 0;
+  char32_t smallest = 0;
+  if (lead >= 0xC2 && lead <= 0xDF) {
+    length = 2;
+    smallest = 0x80;
+  } else if (lead >= 0xE0 && lead <= 0xEF) {
+    length = 3;
+    smallest = 0x800;
+  } else if (lead >= 0xF0 && lead <= 0xF4) {
+    length = 4;
+    smallest = 0x10000;
+  }
+  if (length == 0 || text.size() - at < length) return {};
+  char32_t character = lead & (0xFFu >> (length + 1));
+  for (std::size_t i = 1; i < length; ++i) {
+    if ((byte(at + i) & 0xC0) != 0x80) return {};
+    character = (character << 6) | (byte(at + i) & 0x3Fu);
+  }
+  const bool surrogate = character >= 0xD800 && character <= 0xDFFF;
+  if (character < smallest || surrogate || character > 0x10FFFF) return {};
+  return {character, length};
+}
+
+}  // namespace
+
+std::string ToSingleByte(std::string_view utf8, bool* lost) {
+  std::string bytes;
+  bytes.reserve(utf8.size());
+  for (std::size_t at = 0; at < utf8.size();) {
+    const Decoded decoded = DecodeAt(utf8, at);
+    at += decoded.Length;
+    const int byte = ByteOf(decoded.Character);
+    if (byte < 0 && lost != nullptr) *lost = true;
+    bytes += byte < 0 ? '?' : static_cast<char>(byte);
+  }
+  return bytes;
+}
+
+std::string FromSingleByte(std::string_view bytes) {
+  std::string text;
+  text.reserve(bytes.size());
+  for (const char c : bytes) {
+    // No character of the code page lies above U+FFFF, so three bytes are the most.
+    const auto character = static_cast<std::uint32_t>(CharacterOf(static_cast<unsigned char>(c)));
+    if (character < 0x80) {
+      text += static_cast<char>(character);
+    } else if (character < 0x800) {
+      text += static_cast<char>(0xC0 | (character >> 6));
+      text += static_cast<char>(0x80 | (character & 0x3F));
+    } else {
+      text += static_cast<char>(0xE0 | (character >> 12));
+      text += static_cast<char>(0x80 | ((character >> 6) & 0x3F));
+      text += static_cast<char>(0x80 | (character & 0x3F));
+    }
+  }
+  return text;
+}
+
+std::string PadField(std::string_view utf8, std::size_t width, bool* lost) {
+  std::string field = ToSingleByte(utf8, lost);
+  field.resize(width, ' ');
+  return field;
+}
+
+std::string TrimField(std::string_view bytes) {
+  const std::size_t last = bytes.find_last_not_of(' ');
+  return last == std::string_view::npos ? std::string() : FromSingleByte(bytes.substr(0, last + 1));
+}
+
+}  // namespace spectrane

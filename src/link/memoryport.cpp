@@ -17,7 +17,9 @@ bool MemoryPort::Open(const std::string&) {
   return true;
 }
 
-bool MemoryPort::Close() { return std::exchange(open_, false); }
+bool MemoryPort::Close() {
+  return std::exchange(open_, false);
+}
 
 void MemoryPort::DiscardInput() {
   Settle();

@@ -27,8 +27,8 @@ class LinePeer {
   virtual std::vector<Delivery> Receive(std::string_view bytes, std::int64_t nowMs) = 0;
 };
 
-/// A port without a device: the peer's answers arrive in simulated time, so a test of a 180-second wait is over
-/// at once. Waiting moves the clock.
+/// A port without a device: the peer's answers arrive in simulated time, so a test of a 180-second wait is
+/// over at once. Waiting moves the clock.
 class MemoryPort : public Port {
  public:
   MemoryPort(ManualClock& clock, LinePeer& peer) : clock_(clock), peer_(peer) {}

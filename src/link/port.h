@@ -25,8 +25,8 @@ class Port {
   virtual void DiscardInput() = 0;
   /// Hands all bytes to the line within `timeoutMs`; false when that failed.
   virtual bool Write(std::string_view bytes, int timeoutMs) = 0;
-  /// Waits at most `timeoutMs` for at least one byte and returns all that has arrived; empty when nothing came.
-  /// Blocks without using the processor and without running the message loop.
+  /// Waits at most `timeoutMs` for at least one byte and returns all that has arrived; empty when nothing
+  /// came. Blocks without using the processor and without running the message loop.
   virtual std::string Read(int timeoutMs) = 0;
 
   PortFault LastFault() const { return fault_; }

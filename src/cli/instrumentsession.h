@@ -1,0 +1,53 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "base/clock.h"
+#include "base/setting.h"
+#include "link/exclusion.h"
+#include "link/instrumentlink.h"
+#include "link/messageloop.h"
+#include "link/portlist.h"
+
+namespace spectrane {
+
+/// The link on the machine's own ports, without a window: what a main window would show is kept, what a message box
+/// would say is kept for the one line that a failing command prints.
+class InstrumentSession : private MainDisplay, private Messages {
+ public:
+  /// `folder` is the application folder; its settings are read here.
+  explicit InstrumentSession(const std::string& folder);
+
+  InstrumentLink& Link() { return *link_; }
+
+  /// The last message in one line, its details behind it in brackets; empty when there was none.
+  std::string LastMessage() const;
+  /// The words of `textId` in one line with `details` behind them.
+  static std::string Words(int textId, const std::string& details);
+  /// The words of a communication error with the cause of the last exchange.
+  std::string CommunicationError() const;
+
+ private:
+  void SetWavelengthField(const std::string&) override {}
+  void SetAbsField(const std::string&) override {}
+  void SetTransField(const std::string&) override {}
+  void SetStatus(StatusPane, const std::string&) override {}
+  void SetRemark(const std::string&) override {}
+  bool DataDisplayShown() const override { return false; }
+  void EnableSampleTimer(bool) override {}
+  void Lock(bool) override {}
+  void UpdateCommands() override {}
+  void Show(int textId, const std::string& details) override;
+
+  SteadyClock time_;
+  QtMessageLoop loop_;
+  std::unique_ptr<Exclusion> turn_;
+  SerialPortList ports_;
+  Setting settings_;
+  std::unique_ptr<InstrumentLink> link_;
+  std::string lastMessage_;
+};
+
+}  // namespace spectrane

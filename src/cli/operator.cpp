@@ -1,0 +1,63 @@
+#include "cli/operator.h"
+
+#include <csignal>
+#include <iostream>
+#include <string>
+
+#ifndef _WIN32
+#include <poll.h>
+#include <unistd.h>
+#endif
+
+namespace spectrane {
+namespace {
+
+volatile std::sig_atomic_t stopAsked = 0;
+
+void OnStopSignal(int number) {
+  stopAsked = 1;
+  std::signal(number, SIG_DFL);
+}
+
+#ifdef _WIN32
+constexpr int kStopSignals[] = {SIGINT, SIGTERM};
+#else
+constexpr int kStopSignals[] = {SIGINT, SIGTERM, SIGHUP};
+constexpr int kLookMs = 100;
+
+// Byte by byte past the stream's buffer, so that a signal can end the wait.
+bool ReadLineFromTerminal() {
+  while (!stopAsked) {
+    pollfd input = {STDIN_FILENO, POLLIN, 0};
+    if (poll(&input, 1, kLookMs) <= 0) continue;
+    char c = 0;
+    if (read(STDIN_FILENO, &c, 1) != 1) return false;
+    if (c == '\n') return true;
+  }
+  return false;
+}
+#endif
+
+}  // namespace
+
+Operator::Operator(std::istream& in) : in_(in) {
+  stopAsked = 0;
+  for (const int number : kStopSignals) std::signal(number, OnStopSignal);
+}
+
+Operator::~Operator() {
+  for (const int number : kStopSignals) std::signal(number, SIG_DFL);
+}
+
+bool Operator::PressesEnter() {
+  if (stopAsked) return false;
+#ifndef _WIN32
+  if (&in_ == &std::cin) return ReadLineFromTerminal();
+#endif
+  std::string line;
+  return static_cast<bool>(std::getline(in_, line)) && !stopAsked;
+}
+
+bool Operator::AsksToStop() const { return stopAsked != 0; }
+
+}  // namespace spectrane

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <iosfwd>
+
+namespace spectrane {
+
+/// The person at the terminal: presses Enter, or stops the run with an interrupt signal. While one lives, the first
+/// interrupt asks for a stop and the second one ends the program.
+class Operator {
+ public:
+  explicit Operator(std::istream& in);
+  ~Operator();
+  Operator(const Operator&) = delete;
+  Operator& operator=(const Operator&) = delete;
+
+  /// Waits for Enter. False when the input ended or a stop was asked for.
+  bool PressesEnter();
+  bool AsksToStop() const;
+
+ private:
+  std::istream& in_;
+};
+
+}  // namespace spectrane

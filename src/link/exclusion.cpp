@@ -1,0 +1,116 @@
+#include "link/exclusion.h"
+
+#include <cerrno>
+#include <cstring>
+#include <system_error>
+
+#ifdef _WIN32
+#define NOMINMAX
+#define WIN32_LEAN_AND_MEAN
+#include <windows.h>
+#else
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
+namespace spectrane {
+namespace {
+
+#ifdef _WIN32
+
+// A mutex rather than a semaphore: a mutex whose holder was killed passes to the next in line.
+class NamedExclusion : public Exclusion {
+ public:
+  explicit NamedExclusion(const std::string& name) : name_("Global\\" + name) {}
+  ~NamedExclusion() override { Release(); }
+
+  bool Acquire() override {
+    handle_ = CreateMutexA(nullptr, FALSE, name_.c_str());
+    if (!handle_) return Failed();
+    const DWORD result = WaitForSingleObject(handle_, INFINITE);
+    if (result == WAIT_OBJECT_0 || result == WAIT_ABANDONED) return true;
+    CloseHandle(handle_);
+    handle_ = nullptr;
+    return Failed();
+  }
+
+  void Release() override {
+    if (!handle_) return;
+    ReleaseMutex(handle_);
+    CloseHandle(handle_);
+    handle_ = nullptr;
+  }
+
+  std::string Reason() const override { return reason_; }
+
+ private:
+  bool Failed() {
+    reason_ = std::system_category().message(static_cast<int>(GetLastError()));
+    return false;
+  }
+
+  std::string name_;
+  std::string reason_;
+  HANDLE handle_ = nullptr;
+};
+
+#else
+
+// An advisory lock on a file: the kernel drops it with the holder's last descriptor, however the holder ends.
+class NamedExclusion : public Exclusion {
+ public:
+  explicit NamedExclusion(std::string name) : name_(std::move(name)) {}
+  ~NamedExclusion() override { Release(); }
+
+  bool Acquire() override {
+    Release();
+    for (const char* folder : {"/run/lock/", "/tmp/"}) {
+      file_ = OpenLockFile(folder + name_);
+      if (file_ >= 0) break;
+    }
+    if (file_ < 0) return false;
+    while (flock(file_, LOCK_EX) != 0) {
+      if (errno == EINTR) continue;
+      reason_ = name_ + ": " + std::strerror(errno);
+      Release();
+      return false;
+    }
+    return true;
+  }
+
+  void Release() override {
+    if (file_ >= 0) close(file_);
+    file_ = -1;
+  }
+
+  std::string Reason() const override { return reason_; }
+
+ private:
+  int OpenLockFile(const std::string& path) {
+    // Without O_CREAT first: in a sticky folder the kernel may refuse O_CREAT on another user's file.
+    int file = open(path.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW);
+    if (file < 0 && errno == ENOENT) {
+      file = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0666);
+      if (file >= 0) static_cast<void>(fchmod(file, 0666));  // every user of the machine shares it
+    }
+    if (file < 0 && errno == EACCES) file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
+    if (file < 0) reason_ = path + ": " + std::strerror(errno);
+    return file;
+  }
+
+  std::string name_;
+  std::string reason_;
+  int file_ = -1;
+};
+
+#endif
+
+}  // namespace
+
+std::unique_ptr<Exclusion> MakeNamedExclusion(const std::string& name) {
+  return std::make_unique<NamedExclusion>(name);
+}
+
+}  // namespace spectrane

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+namespace spectrane {
+
+/// Gains have numbers below this; entry 0 of a table by gain is not used.
+inline constexpr int kGainTableSize = 12;
+inline constexpr int kSamplerPositionCount = 8;
+inline constexpr int kEnergyRingUsed = 20;
+
+/// Dark energy [counts] of each gain; entry i belongs to gain i.
+using DarkEnergyTable = std::array<std::int32_t, kGainTableSize>;
+
+/// What the program knows of its one instrument, shared by all that talk to it.
+struct InstrumentState {
+  /// Settable wavelengths [nm], both included.
+  double WavelengthMin = 190.0;
+  double WavelengthMax = 1100.0;
+  /// Gain steps of the instrument: 8, or 11 on one brand.
+  int GainCount = 8;
+  /// The serial port is held by a connection or a connection attempt.
+  bool PortOpen = false;
+  /// Port on which the instrument answered; 0 before.
+  int PortNumber = 0;
+  DarkEnergyTable DarkEnergies = {};
+  /// An automatic sampler answered at connect.
+  bool SamplerPresent = false;
+  /// Cell of the blank, 1 to 8.
+  std::int32_t SamplerZeroPosition = 1;
+  /// Which cells are in use; entry i belongs to cell i, entry 0 is not used.
+  std::array<bool, kSamplerPositionCount + 1> SamplerPositions = {true, true, true, true, true,
+                                                                  true, true, true, true};
+
+  /// Raw readings [counts] that stand for 100 %T and for 0 %T.
+  std::int32_t FullEnergy = 0;
+  std::int32_t DarkEnergy = 0;
+  /// Gain as the last `rezero` reported it.
+  std::int32_t GainIndex = 0;
+  /// Wavelength of the monochromator [nm].
+  double CurrentWavelength = 0.0;
+  double CurrentAbs = 0.0;
+  double CurrentTrans = 0.0;
+  /// The connection sequence has succeeded and was not released since.
+  bool InstrumentConnected = false;
+  /// A routine is in the middle of instrument traffic.
+  bool InstrumentBusy = false;
+  /// 0: search all ports; 1: use the stored port.
+  int PortSearchMode = 0;
+  /// Offset [nm] that setting a wavelength adds; ignored at 5 and more in size.
+  double WavelengthCorrection = 0.0;
+  /// Next write position of the ring, 0 to 19.
+  int SampleIndex = 0;
+  /// The last 20 live energies; one entry more than is in use.
+  std::array<std::int32_t, kEnergyRingUsed + 1> EnergyRing = {};
+};
+
+}  // namespace spectrane

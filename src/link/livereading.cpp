@@ -1,0 +1,157 @@
+#include "link/livereading.h"
+
+#include <algorithm>
+
+#include "base/language.h"
+#include "base/numbers.h"
+#include "base/numericfault.h"
+#include "link/function.h"
+
+namespace spectrane {
+namespace {
+
+constexpr std::int32_t kLiveSamples = 10;
+constexpr std::int32_t kRezeroSamples = 30;
+constexpr std::int32_t kToolbarRezeroSamples = 10;
+constexpr int kSettleMs = 40;
+constexpr int kReadingsPerDisplay = 5;
+constexpr std::int32_t kMinimumStart = 70000;
+constexpr int kCommunicationError = 1096;
+constexpr const char* kNoLight = "The blank gives no light.";
+
+}  // namespace
+
+LiveReading::LiveReading(SCI& sci, Interface& instrument, InstrumentState& state,
+                         const DisplayFormats& formats, MainDisplay& display)
+    : sci_(sci), instrument_(instrument), state_(state), formats_(formats), display_(display) {}
+
+void LiveReading::SampleTimerTick() {
+  if (!display_.DataDisplayShown() || state_.InstrumentBusy) return;
+  state_.InstrumentBusy = true;
+  std::int32_t samples = kLiveSamples;
+  const std::int32_t energy = instrument_.GetEnergy(samples);
+  const bool lost = instrument_.LastReply().End != ExchangeEnd::Passed;
+  state_.EnergyRing[static_cast<std::size_t>(state_.SampleIndex)] = energy;
+  state_.SampleIndex = (state_.SampleIndex + 1) % kEnergyRingUsed;
+  state_.InstrumentBusy = false;
+  if (lost != linkLost_) display_.SetRemark(lost ? Text(kCommunicationError) : std::string());
+  linkLost_ = lost;
+  if (state_.SampleIndex % kReadingsPerDisplay == 0) ShowMean();
+}
+
+void LiveReading::ShowMean() {
+  try {
+    state_.CurrentTrans = TransFromEnergy(TrimmedMean(state_), state_.FullEnergy, state_.DarkEnergy);
+  } catch (const NumericFault&) {
+    return;
+  }
+  state_.CurrentAbs = AbsFromTrans(state_.CurrentTrans);
+  ToolsBarWaveLength(state_.CurrentWavelength);
+  ToolsBarAbsData(state_.CurrentAbs);
+  ToolsBarTransData(state_.CurrentTrans);
+}
+
+void LiveReading::ToolsBarWaveLength(double wavelength) {
+  display_.SetWavelengthField(state_.InstrumentConnected ? WavelengthDisplay(wavelength, formats_)
+                                                         : std::string());
+}
+void LiveReading::ToolsBarAbsData(double abs) {
+  display_.SetAbsField(state_.InstrumentConnected ? AbsDisplay(abs, formats_) : std::string());
+}
+void LiveReading::ToolsBarTransData(double trans) {
+  display_.SetTransField(state_.InstrumentConnected ? TransDisplay(trans, formats_) : std::string());
+}
+void LiveReading::ToolsBarClearWaveLength() {
+  display_.SetWavelengthField({});
+}
+void LiveReading::ToolsBarClearAbsData() {
+  display_.SetAbsField({});
+}
+void LiveReading::ToolsBarClearTransData() {
+  display_.SetTransField({});
+}
+
+void LiveReading::ToolsBarFullEnergyData(std::int32_t fullEnergy, std::int32_t darkEnergy,
+                                         std::int32_t gainIndex) {
+  state_.FullEnergy = fullEnergy;
+  state_.DarkEnergy = darkEnergy;
+  state_.GainIndex = gainIndex;
+}
+
+void LiveReading::mmuSetEnergy(std::int32_t energy) {
+  std::fill_n(state_.EnergyRing.begin(), kEnergyRingUsed, energy);
+}
+
+void LiveReading::mmuOperationRezero(RezeroTarget* active) {
+  if (!state_.InstrumentConnected) return;
+  if (active) {
+    active->mmuOperationRezero();
+    return;
+  }
+  SampleTimerStop();
+  mmuRezeroEnergy();
+  SampleTimerStart();
+}
+
+bool LiveReading::mmuRezeroEnergy() {
+  if (!TakeReference(kRezeroSamples)) return false;
+  mmuSetEnergy(state_.FullEnergy);
+  return true;
+}
+
+bool LiveReading::mmuToolsbarReZero() {
+  if (!state_.InstrumentConnected) return false;
+  SampleTimerStop();
+  double linkTest = 0.0;
+  const bool done = instrument_.GetWavelength(linkTest) ? TakeReference(kToolbarRezeroSamples) : Failed();
+  SampleTimerStart();
+  return done;
+}
+
+bool LiveReading::TakeReference(std::int32_t sampleCount) {
+  state_.InstrumentBusy = true;
+  std::int32_t fullEnergy = 0;
+  std::int32_t gain = 0;
+  if (!instrument_.Rezero(fullEnergy, gain) || !instrument_.LastReply().Complete()) return Failed();
+  state_.GainIndex = gain;
+  sci_.PauseMs(kSettleMs);
+  const std::int32_t energy = instrument_.GetEnergy(sampleCount);
+  if (!instrument_.LastReply().Complete()) return Failed();
+  TakeDarkEnergyOf(gain);
+  state_.FullEnergy = energy;
+  ShowReference();
+  state_.InstrumentBusy = false;
+  return true;
+}
+
+bool LiveReading::Failed() {
+  display_.SetRemark(Text(kCommunicationError));
+  state_.InstrumentBusy = false;
+  return false;
+}
+
+void LiveReading::TakeDarkEnergyOf(std::int32_t gain) {
+  if (gain >= 0 && gain < kGainTableSize)
+    state_.DarkEnergy = state_.DarkEnergies[static_cast<std::size_t>(gain)];
+}
+
+void LiveReading::ShowReference() {
+  const std::int32_t R = state_.FullEnergy;
+  ToolsBarAbsData(AbsFromEnergy(R, R, state_.DarkEnergy));
+  ToolsBarTransData(TransFromEnergy(R, R, state_.DarkEnergy));
+  display_.SetRemark(R > state_.DarkEnergy ? std::string() : std::string(kNoLight));
+}
+
+std::int32_t TrimmedMean(const InstrumentState& state) {
+  std::int32_t highest = 0;
+  std::int32_t lowest = kMinimumStart;
+  std::int64_t sum = 0;
+  for (std::size_t i = 0; i < kEnergyRingUsed; ++i) {
+    highest = std::max(highest, state.EnergyRing[i]);
+    lowest = std::min(lowest, state.EnergyRing[i]);
+    sum += state.EnergyRing[i];
+  }
+  return ToLong(static_cast<double>(sum - highest - lowest) / (kEnergyRingUsed - 2));
+}
+
+}  // namespace spectrane

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <cstdint>
+
+#include "base/displayformats.h"
+#include "link/displays.h"
+#include "link/instrumentstate.h"
+#include "link/interface.h"
+#include "link/sci.h"
+
+namespace spectrane {
+
+/// What takes the user's rezero command: the active document window.
+class RezeroTarget {
+ public:
+  virtual ~RezeroTarget() = default;
+  virtual void mmuOperationRezero() = 0;
+};
+
+/// The live reading of the main window, the three fields that show it, and the rezero procedures that feed
+/// it.
+class LiveReading {
+ public:
+  /// All must outlive this object.
+  LiveReading(SCI& sci, Interface& instrument, InstrumentState& state, const DisplayFormats& formats,
+              MainDisplay& display);
+
+  void SampleTimerStart() { display_.EnableSampleTimer(true); }
+  void SampleTimerStop() { display_.EnableSampleTimer(false); }
+  /// One tick of the 100 ms timer: a reading into the ring, after every fifth one the display. A tick inside
+  /// another routine's instrument traffic does nothing. Yields.
+  void SampleTimerTick();
+
+  /// Show a value in its field: empty while no instrument is connected.
+  void ToolsBarWaveLength(double wavelength);
+  void ToolsBarAbsData(double abs);
+  void ToolsBarTransData(double trans);
+  void ToolsBarClearWaveLength();
+  void ToolsBarClearAbsData();
+  void ToolsBarClearTransData();
+
+  /// New reference values after a rezero made by a window.
+  void ToolsBarFullEnergyData(std::int32_t fullEnergy, std::int32_t darkEnergy, std::int32_t gainIndex);
+  /// Fills the ring, so that the trimmed mean restarts there.
+  void mmuSetEnergy(std::int32_t energy);
+
+  /// The user's rezero: of `active` when a window is active, otherwise of the main window. Yields.
+  void mmuOperationRezero(RezeroTarget* active);
+  /// Rezero with 30 samples, refills the ring. False: nothing but the gain has changed. Yields.
+  bool mmuRezeroEnergy();
+  /// Rezero with 10 samples behind a link test; the ring is left to follow. False as above. Yields.
+  bool mmuToolsbarReZero();
+
+  /// Dark energy of `gain` becomes the current one when the table has that gain.
+  void TakeDarkEnergyOf(std::int32_t gain);
+  /// Absorbance and %T of the reference against itself, shown in their fields.
+  void ShowReference();
+
+ private:
+  bool TakeReference(std::int32_t sampleCount);
+  bool Failed();
+  void ShowMean();
+
+  SCI& sci_;
+  Interface& instrument_;
+  InstrumentState& state_;
+  const DisplayFormats& formats_;
+  MainDisplay& display_;
+  bool linkLost_ = false;
+};
+
+/// The mean of ring entries 0 to 19 without one highest and one lowest, rounded half to even. Throws
+/// NumericFault when it does not fit 32 bits.
+std::int32_t TrimmedMean(const InstrumentState& state);
+
+}  // namespace spectrane

@@ -1,0 +1,79 @@
+#include "link/portlist.h"
+
+#include <algorithm>
+
+#include <QSerialPortInfo>
+
+#include "link/serialport.h"
+
+namespace spectrane {
+namespace {
+
+#ifdef _WIN32
+constexpr char kSeparator = ';';
+#else
+constexpr char kSeparator = ':';
+#endif
+
+#ifndef _WIN32
+// "ttyS2" before "ttyS10": digits compare as numbers.
+bool NameBefore(const std::string& a, const std::string& b) {
+  const auto stem = [](const std::string& name) { return name.find_last_not_of("0123456789") + 1; };
+  const std::size_t endA = stem(a);
+  const std::size_t endB = stem(b);
+  const int names = a.compare(0, endA, b, 0, endB);
+  if (names != 0) return names < 0;
+  const std::size_t digitsA = a.size() - endA;
+  const std::size_t digitsB = b.size() - endB;
+  return digitsA != digitsB ? digitsA < digitsB : a < b;
+}
+#endif
+
+std::vector<std::string> MachinePaths() {
+  std::vector<std::string> paths;
+#ifdef _WIN32
+  constexpr int kHighestCom = 256;
+  for (int n = 1; n <= kHighestCom; ++n) paths.push_back("COM" + std::to_string(n));
+#else
+  for (const QSerialPortInfo& info : QSerialPortInfo::availablePorts()) {
+    paths.push_back(info.systemLocation().toStdString());
+  }
+  std::sort(paths.begin(), paths.end(), NameBefore);
+#endif
+  return paths;
+}
+
+}  // namespace
+
+std::vector<std::string> SplitPortPaths(const std::string& list, char separator) {
+  std::vector<std::string> entries;
+  if (list.empty()) return entries;
+  std::size_t start = 0;
+  for (;;) {
+    const std::size_t end = list.find(separator, start);
+    entries.push_back(list.substr(start, end - start));
+    if (end == std::string::npos) return entries;
+    start = end + 1;
+  }
+}
+
+SerialPortList::SerialPortList() {
+  Refresh();
+}
+
+void SerialPortList::Refresh() {
+  paths_ = !qEnvironmentVariableIsEmpty("SPECTRANE_PORTS")
+               ? SplitPortPaths(qEnvironmentVariable("SPECTRANE_PORTS").toStdString(), kSeparator)
+               : MachinePaths();
+}
+
+std::string SerialPortList::Path(int number) const {
+  if (number < 1 || static_cast<std::size_t>(number) > paths_.size()) return {};
+  return paths_[static_cast<std::size_t>(number) - 1];
+}
+
+std::unique_ptr<Port> SerialPortList::MakePort(int) {
+  return std::make_unique<SerialPort>();
+}
+
+}  // namespace spectrane

@@ -1,0 +1,162 @@
+#include "link/sci.h"
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+#include "link/replybuffer.h"
+
+namespace spectrane {
+namespace {
+
+constexpr int kQuietMs = 100;
+constexpr int kClearLimitMs = 1000;
+
+// A time-out compares a signed 32-bit sum; one that overflows is an error.
+bool DeadlineOverflows(std::int64_t startMs, std::int64_t timeoutMs) {
+  const auto start = static_cast<std::int32_t>(static_cast<std::uint32_t>(startMs));
+  return std::int64_t{start} + timeoutMs > std::numeric_limits<std::int32_t>::max();
+}
+
+class Held {
+ public:
+  explicit Held(Exclusion& exclusion) : exclusion_(exclusion), acquired_(exclusion.Acquire()) {}
+  ~Held() {
+    if (acquired_) exclusion_.Release();
+  }
+  Held(const Held&) = delete;
+  Held& operator=(const Held&) = delete;
+  bool Acquired() const { return acquired_; }
+
+ private:
+  Exclusion& exclusion_;
+  bool acquired_;
+};
+
+}  // namespace
+
+SCI::SCI(PortList& ports, Clock& clock, MessageLoop& loop, Exclusion& exclusion)
+    : ports_(ports), clock_(clock), loop_(loop), exclusion_(exclusion) {}
+
+bool SCI::OpenPort(int& number) {
+  ClosePort();
+  lineDirty_ = false;
+  openFault_ = PortFault::Missing;
+  openReason_.clear();
+  const std::string path = ports_.Path(number);
+  if (path.empty()) return false;
+  port_ = ports_.MakePort(number);
+  if (port_->Open(path)) {
+    openFault_ = PortFault::None;
+    return true;
+  }
+  openFault_ = port_->LastFault();
+  openReason_ = port_->LastReason();
+  port_.reset();
+  return false;
+}
+
+bool SCI::ClosePort() {
+  if (!port_) return false;
+  const bool wasOpen = port_->Close();
+  port_.reset();
+  return wasOpen;
+}
+
+bool SCI::Exchange(std::string_view command, std::string& reply, int timeoutSeconds) {
+  loop_.RunOnce();
+  bool passed = false;
+  {
+    const Held held(exclusion_);
+    if (!held.Acquired()) {
+      lastEnd_ = ExchangeEnd::NoExclusion;
+      reply.clear();
+    } else if (SendAndWait(command, reply, timeoutSeconds * 1000)) {
+      passed = std::string_view(reply).substr(0, command.size()) == command;
+      lastEnd_ = passed ? ExchangeEnd::Passed : ExchangeEnd::WrongEcho;
+    }
+    lineDirty_ = !passed;
+  }
+  // What runs in the message loop may exchange on its own; the caller's end is told afterwards.
+  const ExchangeEnd end = lastEnd_;
+  loop_.RunOnce();
+  lastEnd_ = end;
+  return passed;
+}
+
+bool SCI::SendAndWait(std::string_view command, std::string& reply, int timeoutMs) {
+  reply.clear();
+  lastEnd_ = ExchangeEnd::PortClosed;
+  if (!IsPortOpen()) return false;
+  ClearLine();
+  const std::int64_t start = clock_.NowMs();
+  lastEnd_ = ExchangeEnd::TimedOut;
+  if (DeadlineOverflows(start, timeoutMs)) return false;
+  std::string line(command);
+  line += '\r';
+  if (!port_->Write(line, timeoutMs)) {
+    lastEnd_ = port_->IsOpen() ? ExchangeEnd::WriteFailed : ExchangeEnd::HungUp;
+    return false;
+  }
+  return Collect(reply, start, timeoutMs);
+}
+
+bool SCI::Collect(std::string& reply, std::int64_t startMs, int timeoutMs) {
+  ReplyBuffer buffer;
+  bool whole = false;
+  while (!whole) {
+    const std::int64_t rest = startMs + timeoutMs - clock_.NowMs();
+    if (rest <= 0) break;
+    const std::string piece = port_->Read(static_cast<int>(rest));
+    if (piece.empty() && !port_->IsOpen()) {
+      lastEnd_ = ExchangeEnd::HungUp;
+      break;
+    }
+    if (clock_.NowMs() >= startMs + timeoutMs) break;  // what comes at the last moment comes too late
+    buffer.Add(piece);
+    whole = !piece.empty() && buffer.Whole();
+  }
+  reply = buffer.Text();
+  return whole;
+}
+
+// Throws away what has arrived. After a failed exchange, whose reply may still be coming, the line must have
+// been quiet for kQuietMs first, kClearLimitMs at most.
+void SCI::ClearLine() {
+  port_->DiscardInput();
+  if (!std::exchange(lineDirty_, false)) return;
+  const std::int64_t end = clock_.NowMs() + kClearLimitMs;
+  for (;;) {
+    const std::int64_t rest = std::min<std::int64_t>(kQuietMs, end - clock_.NowMs());
+    if (rest <= 0 || !port_->IsOpen()) break;
+    const std::int64_t before = clock_.NowMs();
+    if (port_->Read(static_cast<int>(rest)).empty() && clock_.NowMs() - before >= rest) break;
+  }
+  port_->DiscardInput();
+}
+
+void SCI::PauseMs(int delayMs) {
+  loop_.RunUntil(clock_, clock_.NowMs() + delayMs);
+}
+
+std::string DescribeEnd(ExchangeEnd end) {
+  switch (end) {
+    case ExchangeEnd::Passed:
+      break;
+    case ExchangeEnd::PortClosed:
+      return "the port is not open";
+    case ExchangeEnd::WriteFailed:
+      return "the command could not be sent";
+    case ExchangeEnd::HungUp:
+      return "the line went away";
+    case ExchangeEnd::TimedOut:
+      return "no whole answer came in time";
+    case ExchangeEnd::WrongEcho:
+      return "the answer does not begin with the command";
+    case ExchangeEnd::NoExclusion:
+      return "the lock that keeps programs apart on the line cannot be had";
+  }
+  return {};
+}
+
+}  // namespace spectrane

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "base/clock.h"
+#include "link/exclusion.h"
+#include "link/messageloop.h"
+#include "link/port.h"
+#include "link/portlist.h"
+
+namespace spectrane {
+
+/// How the last exchange ended.
+enum class ExchangeEnd { Passed, PortClosed, WriteFailed, HungUp, TimedOut, WrongEcho, NoExclusion };
+
+/// What the end means to a person who looks for the cause; empty for an exchange that passed.
+std::string DescribeEnd(ExchangeEnd end);
+
+/// The serial transport: opens and closes the one port and turns one command text into one reply text. Knows
+/// nothing of what commands mean, shows nothing, keeps no connected state: a failed exchange never closes the
+/// port.
+class SCI {
+ public:
+  /// All four must outlive this object.
+  SCI(PortList& ports, Clock& clock, MessageLoop& loop, Exclusion& exclusion);
+
+  /// Opens port `number` (1-based). False: LastOpenFault() and LastOpenReason() say why.
+  bool OpenPort(int& number);
+  /// True when an open port was closed.
+  bool ClosePort();
+  bool IsPortOpen() const { return port_ && port_->IsOpen(); }
+
+  /// Sends `command` and one carriage return, and waits for the prompt. True when it came within
+  /// `timeoutSeconds` and the reply begins with the echo of the command. `reply` is the text that arrived, in
+  /// every case. Lets the message loop run once before and once after; blocks in between.
+  bool Exchange(std::string_view command, std::string& reply, int timeoutSeconds);
+
+  /// Waits `delayMs` with the message loop running. Yields.
+  void PauseMs(int delayMs);
+
+  ExchangeEnd LastEnd() const { return lastEnd_; }
+  PortFault LastOpenFault() const { return openFault_; }
+  /// The platform's words for the last failed OpenPort; empty when there are none.
+  const std::string& LastOpenReason() const { return openReason_; }
+
+ private:
+  bool SendAndWait(std::string_view command, std::string& reply, int timeoutMs);
+  bool Collect(std::string& reply, std::int64_t startMs, int timeoutMs);
+  void ClearLine();
+
+  PortList& ports_;
+  Clock& clock_;
+  MessageLoop& loop_;
+  Exclusion& exclusion_;
+  std::unique_ptr<Port> port_;
+  ExchangeEnd lastEnd_ = ExchangeEnd::Passed;
+  // A reply may still be on its way after an exchange that failed.
+  bool lineDirty_ = false;
+  PortFault openFault_ = PortFault::None;
+  std::string openReason_;
+};
+
+}  // namespace spectrane

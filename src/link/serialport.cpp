@@ -1,0 +1,141 @@
+#include "link/serialport.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QSerialPort>
+
+#ifndef _WIN32
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
+namespace spectrane {
+namespace {
+
+QString ResolvedName(const std::string& path) {
+  const QString name = QString::fromStdString(path);
+  const QString resolved = QFileInfo(name).canonicalFilePath();
+  return resolved.isEmpty() ? name : resolved;
+}
+
+}  // namespace
+
+PortFault ExamineDevice(const std::string& path, std::string& reason) {
+#ifdef _WIN32
+  static_cast<void>(path);
+  static_cast<void>(reason);
+  return PortFault::None;
+#else
+  struct stat about = {};
+  if (stat(path.c_str(), &about) != 0) {
+    const int error = errno;
+    reason = path + ": " + std::strerror(error);
+    return error == EACCES ? PortFault::NoRights : PortFault::Missing;
+  }
+  if (access(path.c_str(), R_OK | W_OK) == 0) return PortFault::None;
+  reason = path + ": no right to read and write the device";
+  const QString group = QFileInfo(QString::fromStdString(path)).group();
+  if (!group.isEmpty()) reason += "; its group is \"" + group.toStdString() + "\"";
+  return PortFault::NoRights;
+#endif
+}
+
+SerialPort::SerialPort() : port_(std::make_unique<QSerialPort>()) {
+  QObject::connect(port_.get(), &QSerialPort::errorOccurred, port_.get(),
+                   [this](QSerialPort::SerialPortError) { OnError(); });
+}
+
+SerialPort::~SerialPort() = default;
+
+bool SerialPort::Open(const std::string& path) {
+  Close();
+  SetFault(PortFault::None, {});
+  const QString name = ResolvedName(path);
+  std::string reason;
+  const PortFault fault = ExamineDevice(name.toStdString(), reason);
+  if (fault != PortFault::None) {
+    SetFault(fault, reason);
+    return false;
+  }
+  opening_ = true;  // errors raised inside open() are told by its result
+  port_->setPortName(name);
+  const bool opened = port_->setBaudRate(QSerialPort::Baud115200) && port_->setDataBits(QSerialPort::Data8) &&
+                      port_->setParity(QSerialPort::NoParity) && port_->setStopBits(QSerialPort::OneStop) &&
+                      port_->setFlowControl(QSerialPort::NoFlowControl) && port_->open(QIODevice::ReadWrite);
+  opening_ = false;
+  return opened || OpenFailed(path);
+}
+
+bool SerialPort::OpenFailed(const std::string& path) {
+  const std::string words = port_->errorString().toStdString();
+  switch (port_->error()) {
+    case QSerialPort::DeviceNotFoundError:
+      SetFault(PortFault::Missing, path + ": " + words);
+      break;
+    case QSerialPort::PermissionError:
+      // The rights were there a moment ago: another program holds the device or its lock file.
+      SetFault(PortFault::InUse, path + ": " + words);
+      break;
+    default:
+      SetFault(PortFault::Other, path + ": " + words);
+  }
+  return false;
+}
+
+bool SerialPort::Close() {
+  if (!port_->isOpen()) return false;
+  port_->close();
+  return true;
+}
+
+bool SerialPort::IsOpen() const {
+  return port_->isOpen();
+}
+
+void SerialPort::DiscardInput() {
+  if (port_->isOpen()) port_->clear(QSerialPort::Input);
+}
+
+bool SerialPort::Write(std::string_view bytes, int timeoutMs) {
+  if (!port_->isOpen()) return false;
+  QElapsedTimer clock;
+  clock.start();
+  if (port_->write(bytes.data(), static_cast<qint64>(bytes.size())) != static_cast<qint64>(bytes.size())) {
+    return false;
+  }
+  port_->flush();
+  while (port_->isOpen() && port_->bytesToWrite() > 0) {
+    const qint64 rest = timeoutMs - clock.elapsed();
+    if (rest <= 0 || !port_->waitForBytesWritten(static_cast<int>(rest))) break;
+  }
+  if (!port_->isOpen()) return false;
+  if (port_->bytesToWrite() == 0) return true;
+  port_->clear(QSerialPort::Output);
+  return false;
+}
+
+std::string SerialPort::Read(int timeoutMs) {
+  if (port_->isOpen() && port_->bytesAvailable() == 0) port_->waitForReadyRead(std::max(timeoutMs, 0));
+  if (!port_->isOpen()) return {};
+  return port_->readAll().toStdString();
+}
+
+// The far end went away: without a close the device would report it again and again without end.
+void SerialPort::OnError() {
+  if (opening_ || !port_->isOpen()) return;
+  switch (port_->error()) {
+    case QSerialPort::NoError:
+    case QSerialPort::TimeoutError:
+    case QSerialPort::UnsupportedOperationError:
+      return;
+    default:
+      SetFault(PortFault::Other, "the line is gone: " + port_->errorString().toStdString());
+      port_->close();
+  }
+}
+
+}  // namespace spectrane

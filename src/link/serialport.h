@@ -1,0 +1,40 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "link/port.h"
+
+class QSerialPort;
+
+namespace spectrane {
+
+/// A serial device of the machine through QSerialPort. Must live in the thread that uses it.
+class SerialPort : public Port {
+ public:
+  SerialPort();
+  ~SerialPort() override;
+
+  /// `path` is a device file, a link to one, or a COM name, in UTF-8. Links are resolved first, so that two
+  /// programs that name one device differently meet at the same lock.
+  bool Open(const std::string& path) override;
+  bool Close() override;
+  bool IsOpen() const override;
+  void DiscardInput() override;
+  bool Write(std::string_view bytes, int timeoutMs) override;
+  std::string Read(int timeoutMs) override;
+
+ private:
+  void OnError();
+  bool OpenFailed(const std::string& path);
+
+  std::unique_ptr<QSerialPort> port_;
+  bool opening_ = false;
+};
+
+/// What `path` says about a failed opening before the device itself is asked: missing, no rights (with the
+/// group that owns the device), or nothing. The reason's words go to `reason`.
+PortFault ExamineDevice(const std::string& path, std::string& reason);
+
+}  // namespace spectrane

@@ -1,0 +1,134 @@
+#include "modes/photometry/photometrytest.h"
+
+#include <limits>
+
+#include "base/language.h"
+#include "base/numbers.h"
+#include "link/function.h"
+
+namespace spectrane {
+namespace {
+
+constexpr std::int32_t kSamples = 10;
+constexpr int kNoInstrument = 970;
+constexpr int kBlankWanted = 971;
+constexpr int kTestCommunicationError = 972;
+constexpr int kCommunicationError = 1096;
+constexpr int kSamplerError = 1912;
+// Differs from every wavelength, so that an instrument that tells none is moved.
+constexpr double kUnknownWavelength = std::numeric_limits<double>::quiet_NaN();
+
+}  // namespace
+
+PhotometryTest::PhotometryTest(const TestBench& bench, PhotometryDocument& document)
+    : bench_(bench), document_(document) {}
+
+void PhotometryTest::mmuOperationRezero() {
+  if (!bench_.State.InstrumentConnected || TestRunning || rezeroing_) return;
+  rezeroing_ = true;
+  bench_.Live.SampleTimerStop();
+  TakeBlank();
+  bench_.State.InstrumentBusy = false;
+  bench_.Live.SampleTimerStart();
+  rezeroing_ = false;
+}
+
+bool PhotometryTest::TakeBlank() {
+  InstrumentState& state = bench_.State;
+  double wavelength = kUnknownWavelength;
+  if (!bench_.Instrument.GetWavelength(wavelength)) return LinkFailed();
+  state.InstrumentBusy = true;
+  if (state.SamplerPresent && !bench_.Instrument.SetSampler(state.SamplerZeroPosition)) {
+    bench_.Boxes.Show(kSamplerError);
+    return false;
+  }
+  if (!MoveFrom(wavelength)) return LinkFailed();
+  TellWavelength();
+  // From here on the instrument may have chosen another gain: an older blank no longer fits what it reads.
+  BlankDone = bench_.Live.mmuRezeroEnergy();
+  if (!BlankDone) return false;
+  BlankFullEnergy = state.FullEnergy;
+  BlankDarkEnergy = state.DarkEnergy;
+  blankGain_ = state.GainIndex;
+  return true;
+}
+
+bool PhotometryTest::MoveFrom(double wavelength) {
+  return wavelength == WaveLength || bench_.Instrument.SetWavelength(WaveLength);
+}
+
+bool PhotometryTest::LinkFailed() {
+  bench_.Display.SetRemark(Text(kCommunicationError));
+  return false;
+}
+
+void PhotometryTest::TellWavelength() {
+  bench_.State.CurrentWavelength = WaveLength;
+  bench_.Live.ToolsBarWaveLength(WaveLength);
+  bench_.Display.SetStatus(StatusPane::Wavelength,
+                           Format(WaveLength, bench_.Formats.WavelengthFormat) + "nm");
+}
+
+bool PhotometryTest::BlankHolds() const {
+  return BlankDone && blankGain_ == bench_.State.GainIndex;
+}
+
+bool PhotometryTest::mmuStartTest() {
+  if (!bench_.State.InstrumentConnected) {
+    bench_.Boxes.Show(kNoInstrument);
+    return false;
+  }
+  if (rezeroing_) return false;
+  if (!BlankHolds()) {
+    bench_.Boxes.Show(kBlankWanted);
+    return false;
+  }
+  if (TestRunning) return false;
+  TestRunning = true;
+  bench_.Live.SampleTimerStop();
+  const bool done = MeasureAll();
+  TestRunning = false;
+  bench_.State.InstrumentBusy = false;
+  bench_.Live.SampleTimerStart();
+  return done;
+}
+
+bool PhotometryTest::MeasureAll() {
+  InstrumentState& state = bench_.State;
+  double wavelength = kUnknownWavelength;
+  if (!bench_.Instrument.GetWavelength(wavelength) || !MoveFrom(wavelength)) return LinkFailed();
+  TellWavelength();
+  bench_.Live.ToolsBarFullEnergyData(BlankFullEnergy, BlankDarkEnergy, state.GainIndex);
+  state.InstrumentBusy = true;
+  if (!state.SamplerPresent) return MeasureRow({}) || RunFailed();
+  for (std::int32_t position = 1; position <= kSamplerPositionCount; ++position) {
+    if (!state.SamplerPositions[static_cast<std::size_t>(position)]) continue;
+    std::int32_t cell = position;
+    if (!bench_.Instrument.SetSampler(cell) || !MeasureRow("Sampler Position " + std::to_string(position))) {
+      return RunFailed();
+    }
+  }
+  return true;
+}
+
+bool PhotometryTest::MeasureRow(const std::string& note) {
+  std::int32_t samples = kSamples;
+  const std::int32_t energy = bench_.Instrument.GetEnergy(samples);
+  if (!bench_.Instrument.LastReply().Complete()) return false;
+  document_.Append({energy, BlankFullEnergy, BlankDarkEnergy, WaveLength, note});
+  const double trans = TransFromEnergy(energy, BlankFullEnergy, BlankDarkEnergy);
+  const double abs = AbsFromEnergy(energy, BlankFullEnergy, BlankDarkEnergy);
+  bench_.Live.ToolsBarAbsData(abs);
+  bench_.Live.ToolsBarTransData(trans);
+  if (OnRow) OnRow(document_.RecordCount() - 1);
+  return true;
+}
+
+bool PhotometryTest::RunFailed() {
+  // An answer without the echo is the mark of an instrument that restarted: it has forgotten its gain.
+  if (bench_.Instrument.LastReply().End == ExchangeEnd::WrongEcho) BlankDone = false;
+  bench_.Boxes.Show(kTestCommunicationError);
+  return false;
+}
+
+}  // namespace spectrane

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "base/displayformats.h"
+#include "link/displays.h"
+#include "link/instrumentstate.h"
+#include "link/interface.h"
+#include "link/livereading.h"
+#include "modes/photometry/photometrydocument.h"
+
+namespace spectrane {
+
+/// The parts of the program that a test run works with. All must outlive it.
+struct TestBench {
+  Interface& Instrument;
+  InstrumentState& State;
+  LiveReading& Live;
+  MainDisplay& Display;
+  Messages& Boxes;
+  const DisplayFormats& Formats;
+};
+
+/// Blank and measurement of the photometry window: one sample after another at one wavelength, by hand or
+/// from the automatic sampler.
+class PhotometryTest : public RezeroTarget {
+ public:
+  PhotometryTest(const TestBench& bench, PhotometryDocument& document);
+
+  /// Takes the blank, after moving sampler and monochromator there. BlankDone tells whether it was read.
+  /// Yields.
+  void mmuOperationRezero() override;
+  /// Measures the sample in the beam, or each sampler position in use. True when every row was taken; rows
+  /// taken before a failure stay. Yields.
+  bool mmuStartTest();
+
+  /// Test wavelength [nm]; held inside the instrument's range when it is set there.
+  double WaveLength = 546.0;
+  /// Raw readings [counts] of the last blank.
+  std::int32_t BlankFullEnergy = 0;
+  std::int32_t BlankDarkEnergy = 0;
+  bool BlankDone = false;
+  bool TestRunning = false;
+  /// Called after each row that was stored, with its index from 0.
+  std::function<void(std::int32_t)> OnRow;
+
+ private:
+  bool TakeBlank();
+  bool MoveFrom(double wavelength);
+  bool LinkFailed();
+  void TellWavelength();
+  bool BlankHolds() const;
+  bool MeasureAll();
+  bool MeasureRow(const std::string& note);
+  bool RunFailed();
+
+  TestBench bench_;
+  PhotometryDocument& document_;
+  bool rezeroing_ = false;
+  // Energies of different gains cannot be compared.
+  std::int32_t blankGain_ = 0;
+};
+
+}  // namespace spectrane

@@ -71,9 +71,10 @@ void AddWavelengthStandards(std::vector<Sample>& list) {
                                                  {640.52, 3.4, 0.16}}};
   list.push_back({"holmium", "holmium in perchloric acid: 14 sharp bands, 241 to 641 nm",
                   [](double nm, double) { return 0.02 + Bands(Holmium, nm); }, true});
-  // Two neighbouring bands whose ratio to the valley between them tells the slit.
+  // Made to show the published ratio of peak to valley at each bandwidth: 2.4, 2.1, 1.6, 1.3, 1.0 at 0.5,
+  // 1, 1.5, 2, 3 nm.
   static constexpr std::array<Band, 4> Toluene{
-      {{268.8, 1.7, 0.42}, {264.6, 2.2, 0.30}, {261.6, 2.4, 0.40}, {259.0, 18.0, 0.12}}};
+      {{268.8, 1.559, 0.4524}, {265.67, 1.946, 0.1335}, {261.6, 2.4, 0.40}, {259.0, 18.0, 0.3153}}};
   list.push_back({"toluene", "toluene in hexane, 0.02 %: resolution test at 269 nm",
                   [](double nm, double) { return Bands(Toluene, nm); }, true});
   list.push_back({"kcl", "potassium chloride, 12 g/L: opaque below 200 nm, shows the stray light",

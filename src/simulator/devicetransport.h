@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QSerialPort>
+
+#include "simulator/transport.h"
+
+namespace spectrane {
+
+/// A real serial device, 115200 baud 8N1: the simulated instrument at the far end of a cable.
+class DeviceTransport : public Transport {
+  Q_OBJECT
+
+ public:
+  explicit DeviceTransport(const QString& device, QObject* parent = nullptr);
+
+  bool Open(QString& reason) override;
+  void HangUp() override;
+  bool IsOpen() const override { return port_.isOpen(); }
+  QString Name() const override { return device_; }
+  void Send(const QByteArray& bytes) override;
+
+ private:
+  QString device_;
+  QSerialPort port_;
+};
+
+}  // namespace spectrane

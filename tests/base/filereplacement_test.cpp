@@ -11,10 +11,10 @@
 #include <algorithm>
 #include <csignal>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
+
+#include "base/basesupport.h"
 
 namespace spectrane {
 namespace {
@@ -24,25 +24,10 @@ using Names = std::vector<std::string>;
 
 class FileReplacementTest : public testing::Test {
  protected:
-  void SetUp() override {
-    const auto* info = testing::UnitTest::GetInstance()->current_test_info();
-    folder_ = fs::path(testing::TempDir()) / ("replace-" + std::to_string(::getpid()) + "-" + info->name());
-    fs::create_directories(folder_);
-  }
-  void TearDown() override { fs::remove_all(folder_); }
-
-  std::string Path(const std::string& name) const { return (folder_ / name).string(); }
-  static void Write(const std::string& path, const std::string& text) {
-    std::ofstream(path, std::ios::binary) << text;
-  }
-  static std::string Read(const std::string& path) {
-    std::ostringstream text;
-    text << std::ifstream(path, std::ios::binary).rdbuf();
-    return text.str();
-  }
+  std::string Path(const std::string& name) const { return folder_.Path(name); }
   Names FilesInFolder() const {
     Names names;
-    for (const auto& entry : fs::directory_iterator(folder_))
+    for (const auto& entry : fs::directory_iterator(folder_.Path()))
       names.push_back(entry.path().filename().string());
     std::sort(names.begin(), names.end());
     return names;
@@ -52,30 +37,30 @@ class FileReplacementTest : public testing::Test {
     return ::stat(path.c_str(), &status) == 0 ? (status.st_mode & 07777) : 0;
   }
 
-  fs::path folder_;
+  TemporaryFolder folder_;
 };
 
 TEST_F(FileReplacementTest, AMissingFileIsCreated) {
   EXPECT_TRUE(ReplaceFileContent(Path("a"), "new"));
-  EXPECT_EQ(Read(Path("a")), "new");
+  EXPECT_EQ(ReadBytes(Path("a")), "new");
   EXPECT_EQ(FilesInFolder(), Names{"a"});
 }
 
 TEST_F(FileReplacementTest, AnEmptyContentIsWritten) {
-  Write(Path("a"), "old");
+  WriteBytes(Path("a"), "old");
   EXPECT_TRUE(ReplaceFileContent(Path("a"), ""));
   EXPECT_EQ(fs::file_size(Path("a")), 0u);
 }
 
 TEST_F(FileReplacementTest, ALongerFileIsReplacedByAShorterOne) {
-  Write(Path("a"), std::string(100000, 'o'));
+  WriteBytes(Path("a"), std::string(100000, 'o'));
   EXPECT_TRUE(ReplaceFileContent(Path("a"), std::string("n\0w", 3)));
-  EXPECT_EQ(Read(Path("a")), std::string("n\0w", 3));
+  EXPECT_EQ(ReadBytes(Path("a")), std::string("n\0w", 3));
 }
 
 TEST_F(FileReplacementTest, TheTemporaryFileLiesBesideTheTargetAndIsNotCreated) {
   const FileReplacement replacement(Path("a"));
-  EXPECT_EQ(fs::path(replacement.TemporaryPath()).parent_path(), folder_);
+  EXPECT_EQ(fs::path(replacement.TemporaryPath()).parent_path(), folder_.Path());
   EXPECT_TRUE(FilesInFolder().empty());
 }
 
@@ -95,68 +80,68 @@ TEST_F(FileReplacementTest, ANameLeftByADeadProcessOfTheSameNumberIsNotTaken) {
   const std::size_t dot = next.rfind('.');
   const int counter = std::stoi(next.substr(dash + 1, dot - dash - 1));
   const std::string stray = next.substr(0, dash + 1) + std::to_string(counter + 1) + next.substr(dot);
-  Write(stray, "stray");
+  WriteBytes(stray, "stray");
   EXPECT_TRUE(ReplaceFileContent(Path("a"), "new"));
-  EXPECT_EQ(Read(stray), "stray");
-  EXPECT_EQ(Read(Path("a")), "new");
+  EXPECT_EQ(ReadBytes(stray), "stray");
+  EXPECT_EQ(ReadBytes(Path("a")), "new");
 }
 
 TEST_F(FileReplacementTest, AnUncommittedReplacementLeavesNothing) {
-  Write(Path("a"), "old");
+  WriteBytes(Path("a"), "old");
   {
     const FileReplacement replacement(Path("a"));
-    Write(replacement.TemporaryPath(), "half");
+    WriteBytes(replacement.TemporaryPath(), "half");
     EXPECT_EQ(FilesInFolder().size(), 2u);
   }
   EXPECT_EQ(FilesInFolder(), Names{"a"});
-  EXPECT_EQ(Read(Path("a")), "old");
+  EXPECT_EQ(ReadBytes(Path("a")), "old");
 }
 
 TEST_F(FileReplacementTest, CommitWithoutATemporaryFileIsRefused) {
-  Write(Path("a"), "old");
+  WriteBytes(Path("a"), "old");
   FileReplacement replacement(Path("a"));
   std::string reason;
   EXPECT_FALSE(replacement.Commit(&reason));
   EXPECT_EQ(reason, "No such file or directory");
-  EXPECT_EQ(Read(Path("a")), "old");
+  EXPECT_EQ(ReadBytes(Path("a")), "old");
 }
 
 TEST_F(FileReplacementTest, ASymbolicLinkIsFollowed) {
-  fs::create_directory(folder_ / "deep");
-  Write(Path("deep/real"), "old");
-  fs::create_symlink("deep/real", folder_ / "first");
-  fs::create_symlink("first", folder_ / "second");
+  fs::create_directory(Path("deep"));
+  WriteBytes(Path("deep/real"), "old");
+  fs::create_symlink("deep/real", Path("first"));
+  fs::create_symlink("first", Path("second"));
   EXPECT_TRUE(ReplaceFileContent(Path("second"), "new"));
-  EXPECT_EQ(Read(Path("deep/real")), "new");
-  EXPECT_TRUE(fs::is_symlink(folder_ / "first"));
-  EXPECT_TRUE(fs::is_symlink(folder_ / "second"));
+  EXPECT_EQ(ReadBytes(Path("deep/real")), "new");
+  EXPECT_TRUE(fs::is_symlink(Path("first")));
+  EXPECT_TRUE(fs::is_symlink(Path("second")));
 }
 
 TEST_F(FileReplacementTest, ALinkToAMissingFileCreatesThatFile) {
-  fs::create_symlink("real", folder_ / "link");
+  fs::create_symlink("real", Path("link"));
   EXPECT_TRUE(ReplaceFileContent(Path("link"), "new"));
-  EXPECT_TRUE(fs::is_symlink(folder_ / "link"));
-  EXPECT_EQ(Read(Path("real")), "new");
+  EXPECT_TRUE(fs::is_symlink(Path("link")));
+  EXPECT_EQ(ReadBytes(Path("real")), "new");
 }
 
 TEST_F(FileReplacementTest, LinksInARingAreRefused) {
-  fs::create_symlink("two", folder_ / "one");
-  fs::create_symlink("one", folder_ / "two");
+  fs::create_symlink("two", Path("one"));
+  fs::create_symlink("one", Path("two"));
   EXPECT_FALSE(ReplaceFileContent(Path("one"), "new"));
   EXPECT_EQ(FilesInFolder(), (Names{"one", "two"}));
 }
 
 TEST_F(FileReplacementTest, AHardLinkKeepsTheOldContent) {
-  Write(Path("a"), "old");
+  WriteBytes(Path("a"), "old");
   fs::create_hard_link(Path("a"), Path("b"));
   EXPECT_TRUE(ReplaceFileContent(Path("a"), "new"));
-  EXPECT_EQ(Read(Path("a")), "new");
-  EXPECT_EQ(Read(Path("b")), "old");
+  EXPECT_EQ(ReadBytes(Path("a")), "new");
+  EXPECT_EQ(ReadBytes(Path("b")), "old");
 }
 
 TEST_F(FileReplacementTest, ThePermissionBitsAreKept) {
   for (const mode_t mode : {0640u, 0600u, 0664u, 0755u}) {
-    Write(Path("a"), "old");
+    WriteBytes(Path("a"), "old");
     ASSERT_EQ(::chmod(Path("a").c_str(), mode), 0);
     EXPECT_TRUE(ReplaceFileContent(Path("a"), "new"));
     EXPECT_EQ(ModeOf(Path("a")), mode);
@@ -165,7 +150,7 @@ TEST_F(FileReplacementTest, ThePermissionBitsAreKept) {
 
 TEST_F(FileReplacementTest, AFileOfAnotherOwnerStaysHis) {
   if (::geteuid() != 0) GTEST_SKIP() << "only root may give a file away";
-  Write(Path("a"), "old");
+  WriteBytes(Path("a"), "old");
   ASSERT_EQ(::chown(Path("a").c_str(), 1234, 2345), 0);
   EXPECT_TRUE(ReplaceFileContent(Path("a"), "new"));
   struct stat status {};
@@ -175,7 +160,7 @@ TEST_F(FileReplacementTest, AFileOfAnotherOwnerStaysHis) {
 }
 
 TEST_F(FileReplacementTest, AFolderIsRefused) {
-  fs::create_directory(folder_ / "a");
+  fs::create_directory(Path("a"));
   std::string reason;
   EXPECT_FALSE(ReplaceFileContent(Path("a"), "new", &reason));
   EXPECT_EQ(reason, "Is a directory");
@@ -184,9 +169,9 @@ TEST_F(FileReplacementTest, AFolderIsRefused) {
 }
 
 TEST_F(FileReplacementTest, CommitOverAFolderIsRefusedAndTheTemporaryFileGoes) {
-  fs::create_directory(folder_ / "a");
+  fs::create_directory(Path("a"));
   FileReplacement replacement(Path("a"));
-  Write(replacement.TemporaryPath(), "new");
+  WriteBytes(replacement.TemporaryPath(), "new");
   EXPECT_FALSE(replacement.Commit());
   EXPECT_EQ(FilesInFolder(), Names{"a"});
 }
@@ -196,7 +181,7 @@ TEST_F(FileReplacementTest, APipeIsRefusedAtOnce) {
   std::string reason;
   EXPECT_FALSE(ReplaceFileContent(Path("pipe"), "new", &reason));
   EXPECT_EQ(reason, "not a regular file");
-  EXPECT_TRUE(fs::is_fifo(folder_ / "pipe"));
+  EXPECT_TRUE(fs::is_fifo(Path("pipe")));
 }
 
 TEST_F(FileReplacementTest, ADeviceIsRefused) {
@@ -204,7 +189,7 @@ TEST_F(FileReplacementTest, ADeviceIsRefused) {
   EXPECT_FALSE(ReplaceFileContent("/dev/full", "new", &reason));
   EXPECT_EQ(reason, "not a regular file");
   EXPECT_TRUE(fs::is_character_file("/dev/full"));
-  fs::create_symlink("/dev/null", folder_ / "link");
+  fs::create_symlink("/dev/null", Path("link"));
   EXPECT_FALSE(ReplaceFileContent(Path("link"), "new"));
 }
 
@@ -216,9 +201,9 @@ TEST_F(FileReplacementTest, AMissingFolderIsRefused) {
 }
 
 TEST_F(FileReplacementTest, AFileInThePlaceOfTheFolderIsRefused) {
-  Write(Path("a"), "old");
+  WriteBytes(Path("a"), "old");
   EXPECT_FALSE(ReplaceFileContent(Path("a/b"), "new"));
-  EXPECT_EQ(Read(Path("a")), "old");
+  EXPECT_EQ(ReadBytes(Path("a")), "old");
 }
 
 TEST_F(FileReplacementTest, AnEmptyPathAndAPathWithNulAreRefused) {
@@ -231,7 +216,7 @@ TEST_F(FileReplacementTest, ANameOfFullLengthIsTaken) {
   const std::string name(255, 'n');
   EXPECT_TRUE(ReplaceFileContent(Path(name), "one"));
   EXPECT_TRUE(ReplaceFileContent(Path(name), "two"));
-  EXPECT_EQ(Read(Path(name)), "two");
+  EXPECT_EQ(ReadBytes(Path(name)), "two");
 }
 
 TEST_F(FileReplacementTest, ANameTooLongIsRefused) {
@@ -247,11 +232,11 @@ TEST_F(FileReplacementTest, ANameOutsideAsciiIsTaken) {
 
 TEST_F(FileReplacementTest, ARelativePathIsTaken) {
   const fs::path before = fs::current_path();
-  fs::current_path(folder_);
+  fs::current_path(folder_.Path());
   EXPECT_TRUE(ReplaceFileContent("a", "one"));
   EXPECT_TRUE(ReplaceFileContent("a", "two"));
   fs::current_path(before);
-  EXPECT_EQ(Read(Path("a")), "two");
+  EXPECT_EQ(ReadBytes(Path("a")), "two");
 }
 
 /// Runs `work` in a child process; the exit status is 0 when it returned true.
@@ -266,34 +251,34 @@ int InChild(Work work) {
 
 TEST_F(FileReplacementTest, AFolderWithoutWriteRightKeepsTheOldFile) {
   if (::geteuid() != 0) GTEST_SKIP() << "needs root to become somebody else";
-  Write(Path("a"), "old");
-  ASSERT_EQ(::chmod(folder_.c_str(), 0555), 0);
+  WriteBytes(Path("a"), "old");
+  ASSERT_EQ(::chmod(folder_.Path().c_str(), 0555), 0);
   const int status = InChild([this] {
     if (::setgid(65534) != 0 || ::setuid(65534) != 0) return false;
     std::string reason;
     return !ReplaceFileContent(Path("a"), "new", &reason) && reason == "Permission denied";
   });
-  ::chmod(folder_.c_str(), 0755);
+  ::chmod(folder_.Path().c_str(), 0755);
   EXPECT_EQ(status, 0);
-  EXPECT_EQ(Read(Path("a")), "old");
+  EXPECT_EQ(ReadBytes(Path("a")), "old");
 }
 
 TEST_F(FileReplacementTest, AWriteProtectedFileIsRefused) {
   if (::geteuid() != 0) GTEST_SKIP() << "needs root to become somebody else";
-  Write(Path("a"), "old");
+  WriteBytes(Path("a"), "old");
   ASSERT_EQ(::chmod(Path("a").c_str(), 0444), 0);
-  ASSERT_EQ(::chmod(folder_.c_str(), 0777), 0);
+  ASSERT_EQ(::chmod(folder_.Path().c_str(), 0777), 0);
   const int status = InChild([this] {
     if (::setgid(65534) != 0 || ::setuid(65534) != 0) return false;
     return !ReplaceFileContent(Path("a"), "new");
   });
   EXPECT_EQ(status, 0);
-  EXPECT_EQ(Read(Path("a")), "old");
+  EXPECT_EQ(ReadBytes(Path("a")), "old");
   EXPECT_EQ(FilesInFolder(), Names{"a"});
 }
 
 TEST_F(FileReplacementTest, AFileSizeLimitKeepsTheOldFile) {
-  Write(Path("a"), "old");
+  WriteBytes(Path("a"), "old");
   const int status = InChild([this] {
     std::signal(SIGXFSZ, SIG_IGN);
     const rlimit limit{4096, 4096};
@@ -302,19 +287,19 @@ TEST_F(FileReplacementTest, AFileSizeLimitKeepsTheOldFile) {
     return !ReplaceFileContent(Path("a"), std::string(100000, 'n'), &reason) && reason == "File too large";
   });
   EXPECT_EQ(status, 0);
-  EXPECT_EQ(Read(Path("a")), "old");
+  EXPECT_EQ(ReadBytes(Path("a")), "old");
   EXPECT_EQ(FilesInFolder(), Names{"a"});
 }
 
 TEST_F(FileReplacementTest, AFullDiskKeepsTheOldFile) {
-  if (::mount("tmpfs", folder_.c_str(), "tmpfs", 0, "size=64k") != 0)
+  if (::mount("tmpfs", folder_.Path().c_str(), "tmpfs", 0, "size=64k") != 0)
     GTEST_SKIP() << "mount is not permitted";
-  Write(Path("a"), std::string(1000, 'o'));
+  WriteBytes(Path("a"), std::string(1000, 'o'));
   std::string reason;
   const bool replaced = ReplaceFileContent(Path("a"), std::string(100000, 'n'), &reason);
-  const std::string kept = Read(Path("a"));
+  const std::string kept = ReadBytes(Path("a"));
   const Names names = FilesInFolder();
-  ::umount(folder_.c_str());
+  ::umount(folder_.Path().c_str());
   EXPECT_FALSE(replaced);
   EXPECT_EQ(reason, "No space left on device");
   EXPECT_EQ(kept, std::string(1000, 'o'));
@@ -325,7 +310,7 @@ TEST_F(FileReplacementTest, AProcessKilledWhileItWritesLeavesOldOrNew) {
   const std::string old(300000, 'o');
   const std::string fresh(300000, 'n');
   for (int delayUs = 0; delayUs < 6000; delayUs += 300) {
-    Write(Path("a"), old);
+    WriteBytes(Path("a"), old);
     const pid_t child = ::fork();
     if (child == 0) {
       for (;;) {
@@ -335,7 +320,7 @@ TEST_F(FileReplacementTest, AProcessKilledWhileItWritesLeavesOldOrNew) {
     ::usleep(static_cast<useconds_t>(delayUs));
     ::kill(child, SIGKILL);
     ::waitpid(child, nullptr, 0);
-    const std::string found = Read(Path("a"));
+    const std::string found = ReadBytes(Path("a"));
     EXPECT_TRUE(found == old || found == fresh) << "after " << delayUs << " us: " << found.size() << " bytes";
   }
 }

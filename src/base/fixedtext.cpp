@@ -1,6 +1,7 @@
 #include "base/fixedtext.h"
 
 #include <cstdint>
+#include <cstring>
 
 namespace spectrane {
 namespace {
@@ -64,6 +65,20 @@ Decoded DecodeAt(std::string_view text, std::size_t at) {
   return {character, length};
 }
 
+bool IsAscii(std::string_view bytes) {
+  unsigned char all = 0;
+  for (const char c : bytes) all = static_cast<unsigned char>(all | static_cast<unsigned char>(c));
+  return all < 0x80;
+}
+
+/// Length without the blanks at the right. Fields are mostly blank, so eight bytes are looked at together.
+std::size_t TrimmedLength(std::string_view bytes) {
+  std::size_t length = bytes.size();
+  while (length >= 8 && std::memcmp(bytes.data() + length - 8, "        ", 8) == 0) length -= 8;
+  while (length > 0 && bytes[length - 1] == ' ') --length;
+  return length;
+}
+
 }  // namespace
 
 std::string ToSingleByte(std::string_view utf8, bool* lost) {
@@ -80,6 +95,7 @@ std::string ToSingleByte(std::string_view utf8, bool* lost) {
 }
 
 std::string FromSingleByte(std::string_view bytes) {
+  if (IsAscii(bytes)) return std::string(bytes);
   std::string text;
   text.reserve(bytes.size());
   for (const char c : bytes) {
@@ -106,8 +122,7 @@ std::string PadField(std::string_view utf8, std::size_t width, bool* lost) {
 }
 
 std::string TrimField(std::string_view bytes) {
-  const std::size_t last = bytes.find_last_not_of(' ');
-  return last == std::string_view::npos ? std::string() : FromSingleByte(bytes.substr(0, last + 1));
+  return FromSingleByte(bytes.substr(0, TrimmedLength(bytes)));
 }
 
 }  // namespace spectrane

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace spectrane {
+
+/// What went wrong with a file, below the Boolean that the procedures return.
+enum class FileError {
+  None,
+  /// No file of that name.
+  Missing,
+  /// A new file was wanted and the name is taken.
+  Exists,
+  /// A folder, a pipe or a device.
+  NotRegular,
+  /// No data file of this system, or one of another kind than asked for.
+  WrongKind,
+  /// The file ends, or contradicts itself, at `Offset`.
+  Damaged,
+  /// More records than the program holds.
+  TooBig,
+  /// The platform refused; `Reason` has its words.
+  InputOutput,
+  /// A document that a save must not write: without rows, or read from a file only in part.
+  NotSavable,
+};
+
+struct FileFault {
+  FileError Error = FileError::None;
+  /// Byte offset of a damage.
+  std::int64_t Offset = 0;
+  /// Records that the file states, and those of them that it has, where the fault is about them.
+  std::int64_t Stated = 0;
+  std::int64_t Held = 0;
+  /// The platform's own words; empty when it said nothing.
+  std::string Reason;
+
+  explicit operator bool() const { return Error != FileError::None; }
+};
+
+}  // namespace spectrane

@@ -1,0 +1,314 @@
+#include "files/filenumber.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <deque>
+#include <system_error>
+#include <vector>
+
+#include "base/utf8path.h"
+
+#ifndef _WIN32
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
+namespace spectrane {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Bytes read ahead or gathered before they are written. One system call a block.
+constexpr std::size_t kBlock = 131072;
+static_assert(kBlock >= kLargestPiece);
+
+FileFault PlatformFault(int code) {
+  FileFault fault;
+  fault.Error = FileError::InputOutput;
+  fault.Reason = std::generic_category().message(code);
+  return fault;
+}
+
+FileFault SimpleFault(FileError error) {
+  FileFault fault;
+  fault.Error = error;
+  return fault;
+}
+
+bool SeekTo(std::FILE* file, std::int64_t offset) {
+#ifdef _WIN32
+  return ::_fseeki64(file, offset, SEEK_SET) == 0;
+#else
+  return ::fseeko(file, static_cast<off_t>(offset), SEEK_SET) == 0;
+#endif
+}
+
+std::int64_t LengthOf(std::FILE* file) {
+#ifdef _WIN32
+  if (::_fseeki64(file, 0, SEEK_END) != 0) return 0;
+  return std::max<std::int64_t>(0, ::_ftelli64(file));
+#else
+  struct stat status {};
+  return ::fstat(::fileno(file), &status) == 0 ? status.st_size : 0;
+#endif
+}
+
+/// Why a path is no file to open; None for a regular file.
+FileFault Refusal(const fs::path& path) {
+  std::error_code code;
+  const fs::file_status status = fs::status(path, code);
+  if (status.type() == fs::file_type::not_found) return SimpleFault(FileError::Missing);
+  if (status.type() == fs::file_type::none) {
+    FileFault fault = SimpleFault(FileError::InputOutput);
+    fault.Reason = code.message();
+    return fault;
+  }
+  if (!fs::is_regular_file(status)) return SimpleFault(FileError::NotRegular);
+  return {};
+}
+
+#ifdef _WIN32
+
+std::FILE* OpenNew(const fs::path& path) {
+  return ::_wfopen(path.c_str(), L"w+bxN");
+}
+
+std::FILE* OpenOld(const fs::path& path) {
+  std::FILE* file = ::_wfopen(path.c_str(), L"r+bN");
+  return file != nullptr ? file : ::_wfopen(path.c_str(), L"rbN");
+}
+
+#else
+
+std::FILE* Stream(int descriptor, const char* mode) {
+  if (descriptor < 0) return nullptr;
+  std::FILE* file = ::fdopen(descriptor, mode);
+  if (file == nullptr) {
+    const int code = errno;
+    ::close(descriptor);
+    errno = code;
+  }
+  return file;
+}
+
+std::FILE* OpenNew(const fs::path& path) {
+  return Stream(::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666), "w+b");
+}
+
+/// O_NONBLOCK: a pipe that took the file's place a moment ago must not hold the program up.
+std::FILE* OpenOld(const fs::path& path) {
+  constexpr int kFlags = O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
+  const int both = ::open(path.c_str(), O_RDWR | kFlags);
+  if (both >= 0) return Stream(both, "r+b");
+  return Stream(::open(path.c_str(), O_RDONLY | kFlags), "rb");
+}
+
+#endif
+
+/// One open file, or what the last one left behind.
+class OpenFile {
+ public:
+  bool IsOpen() const { return file_ != nullptr; }
+  std::int64_t Length() const { return length_; }
+  void Reset() {
+    Fault = {};
+    LostText = false;
+  }
+
+  bool Start(std::FILE* file) {
+    if (file == nullptr) {
+      const int code = errno;
+      Note(code == EEXIST ? SimpleFault(FileError::Exists) : PlatformFault(code));
+      return false;
+    }
+    // The blocks kept here are the only buffer, so that a failed write shows where it happens.
+    std::setvbuf(file, nullptr, _IONBF, 0);
+    file_ = file;
+    length_ = LengthOf(file);
+    return true;
+  }
+
+  void Close() {
+    if (file_ == nullptr) return;
+    Flush();
+    if (std::fclose(file_) != 0) Note(PlatformFault(errno));
+    file_ = nullptr;
+    length_ = 0;
+    size_ = 0;
+    block_ = {};
+  }
+
+  const unsigned char* View(std::int64_t offset, std::size_t size) {
+    if (file_ == nullptr || offset < 0 || size > kLargestPiece) return nullptr;
+    if (!Inside(offset, size) && !(LookAgain() && Inside(offset, size))) return nullptr;
+    if (!InBlock(offset, size) && !Fill(offset, size)) return nullptr;
+    return block_.data() + (offset - start_);
+  }
+
+  unsigned char* Place(std::int64_t offset, std::size_t size) {
+    if (file_ == nullptr || offset < 0 || size > kLargestPiece) {
+      Note(PlatformFault(file_ == nullptr ? EBADF : EINVAL));
+      return nullptr;
+    }
+    const bool follows = waiting_ && offset == End() && size_ + size <= kBlock;
+    if (!follows && !(waiting_ && InBlock(offset, size))) {
+      Flush();
+      start_ = offset;
+      size_ = 0;
+      waiting_ = true;
+    }
+    if (offset == End()) size_ += size;
+    block_.resize(kBlock);
+    length_ = std::max(length_, offset + static_cast<std::int64_t>(size));
+    return block_.data() + (offset - start_);
+  }
+
+  void Note(FileFault fault) {
+    if (!Fault) Fault = std::move(fault);
+  }
+
+  FileFault Fault;
+  bool LostText = false;
+
+ private:
+  std::int64_t End() const { return start_ + static_cast<std::int64_t>(size_); }
+  bool Inside(std::int64_t offset, std::size_t size) const {
+    return offset <= length_ && static_cast<std::int64_t>(size) <= length_ - offset;
+  }
+  bool InBlock(std::int64_t offset, std::size_t size) const {
+    return offset >= start_ && offset <= End() && static_cast<std::int64_t>(size) <= End() - offset;
+  }
+
+  /// The file may have grown since.
+  bool LookAgain() {
+    Flush();
+    length_ = LengthOf(file_);
+    return true;
+  }
+
+  bool Fill(std::int64_t offset, std::size_t size) {
+    Flush();
+    block_.resize(kBlock);
+    start_ = offset;
+    size_ = 0;
+    if (!SeekTo(file_, offset)) {
+      Note(PlatformFault(errno));
+      return false;
+    }
+    size_ = std::fread(block_.data(), 1, kBlock, file_);
+    if (std::ferror(file_) != 0) Note(PlatformFault(errno));
+    std::clearerr(file_);
+    return size_ >= size;
+  }
+
+  void Flush() {
+    if (!waiting_) return;
+    waiting_ = false;
+    // After a fault nothing more is written: the file is given up.
+    if (!Fault) {
+      const bool written = SeekTo(file_, start_) && std::fwrite(block_.data(), 1, size_, file_) == size_;
+      if (!written) Note(PlatformFault(errno));
+    }
+    size_ = 0;
+  }
+
+  std::FILE* file_ = nullptr;
+  std::int64_t length_ = 0;
+  /// The part of the file from `start_` on that is held here; `waiting_`: it is still to be written.
+  std::vector<unsigned char> block_;
+  std::int64_t start_ = 0;
+  std::size_t size_ = 0;
+  bool waiting_ = false;
+};
+
+std::deque<OpenFile>& Files() {
+  static std::deque<OpenFile> files;
+  return files;
+}
+
+/// Null for a number that was never given out.
+OpenFile* FileOf(int fileNumber) {
+  std::deque<OpenFile>& files = Files();
+  if (fileNumber < 1 || static_cast<std::size_t>(fileNumber) > files.size()) return nullptr;
+  return &files[static_cast<std::size_t>(fileNumber) - 1];
+}
+
+}  // namespace
+
+int FreeFileNumber() {
+  std::deque<OpenFile>& files = Files();
+  const auto free = std::find_if(files.begin(), files.end(), [](const OpenFile& f) { return !f.IsOpen(); });
+  const auto index = free - files.begin();
+  if (free == files.end()) files.emplace_back();
+  files[static_cast<std::size_t>(index)].Reset();
+  return static_cast<int>(index) + 1;
+}
+
+bool CreateBinaryFile(const std::string& path, int fileNumber) {
+  OpenFile* const file = FileOf(fileNumber);
+  if (file == nullptr || file->IsOpen()) return false;
+  if (path.empty() || path.find('\0') != std::string::npos) {
+    file->Note(SimpleFault(FileError::Missing));
+    return false;
+  }
+  return file->Start(OpenNew(PathFromUtf8(path)));
+}
+
+bool OpenBinaryFile(const std::string& path, int fileNumber) {
+  OpenFile* const file = FileOf(fileNumber);
+  if (file == nullptr || file->IsOpen()) return false;
+  const bool named = path.find('\0') == std::string::npos;
+  const fs::path platformPath = named ? PathFromUtf8(path) : fs::path();
+  const FileFault refusal = Refusal(platformPath);
+  if (refusal) {
+    file->Note(refusal);
+    return false;
+  }
+  return file->Start(OpenOld(platformPath));
+}
+
+void CloseFileNumber(int fileNumber) {
+  if (OpenFile* const file = FileOf(fileNumber)) file->Close();
+}
+
+bool IsOpenFileNumber(int fileNumber) {
+  const OpenFile* const file = FileOf(fileNumber);
+  return file != nullptr && file->IsOpen();
+}
+
+std::int64_t FileLength(int fileNumber) {
+  const OpenFile* const file = FileOf(fileNumber);
+  return file == nullptr ? 0 : file->Length();
+}
+
+const unsigned char* ViewBytes(int fileNumber, std::int64_t offset, std::size_t size) {
+  OpenFile* const file = FileOf(fileNumber);
+  return file == nullptr ? nullptr : file->View(offset, size);
+}
+
+unsigned char* PlaceBytes(int fileNumber, std::int64_t offset, std::size_t size) {
+  OpenFile* const file = FileOf(fileNumber);
+  return file == nullptr ? nullptr : file->Place(offset, size);
+}
+
+FileFault FaultOf(int fileNumber) {
+  const OpenFile* const file = FileOf(fileNumber);
+  return file == nullptr ? FileFault{} : file->Fault;
+}
+
+void NoteFault(int fileNumber, FileFault fault) {
+  if (OpenFile* const file = FileOf(fileNumber)) file->Note(std::move(fault));
+}
+
+bool TextLost(int fileNumber) {
+  const OpenFile* const file = FileOf(fileNumber);
+  return file != nullptr && file->LostText;
+}
+
+void NoteTextLost(int fileNumber) {
+  if (OpenFile* const file = FileOf(fileNumber)) file->LostText = true;
+}
+
+}  // namespace spectrane

@@ -84,7 +84,11 @@ ConsoleAnswer Console::Execute(std::string_view text) {
   }
   (this->*found->Run)(arguments, answer);
   const bool query = found->Name == "help" || found->Name == "samples" || found->Name == "state";
-  if (answer.Error.empty() && !query && hooks_.Remark) hooks_.Remark(std::string(text));
+  if (answer.Error.empty() && !query && hooks_.Remark) {
+    std::string remark = words.front();
+    for (const std::string& argument : arguments) remark += " " + argument;
+    hooks_.Remark(remark);
+  }
   return answer;
 }
 

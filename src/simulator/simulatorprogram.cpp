@@ -54,11 +54,11 @@ SimulatorProgram::SimulatorProgram(const ProgramOptions& options)
 
 std::optional<std::string> SimulatorProgram::Start() {
   if (auto wrong = LoadFaults()) return wrong;
-  if (auto wrong = OpenLog()) return wrong;
   if (!options_.ControlPath.empty()) {
     QString reason;
     if (!control_.Listen(QString::fromStdString(options_.ControlPath), reason)) return reason.toStdString();
   }
+  if (auto wrong = OpenLog()) return wrong;
   if (auto wrong = driver_.Plug()) return wrong;
   if (options_.FaultRate > 0.0) {
     const std::uint64_t seed = options_.FaultSeed.value_or(options_.Instrument.Seed);

@@ -7,6 +7,8 @@
 #include <cstdlib>
 #include <cstring>
 #include <limits>
+#include <locale>
+#include <optional>
 #include <ostream>
 #include <random>
 #include <string>
@@ -333,20 +335,31 @@ TEST(ShortestText, EveryDoubleReadsBack) {
   }
 }
 
+/// A decimal comma and grouped thousands for everything that asks the global locale.
+class CommaNumbers : public std::numpunct<char> {
+ protected:
+  char do_decimal_point() const override { return ','; }
+  char do_thousands_sep() const override { return '.'; }
+  std::string do_grouping() const override { return "\3"; }
+};
+
 TEST(Numbers, TheLocaleOfTheProcessDoesNotMatter) {
-  const char* changed = nullptr;
-  for (const char* name : {"de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8", "tr_TR.UTF-8"}) {
-    changed = std::setlocale(LC_ALL, name);
-    if (changed != nullptr) break;
+  const std::locale before = std::locale::global(std::locale(std::locale(), new CommaNumbers));
+  for (const char* name : {"de_DE.UTF-8", "fr_FR.UTF-8", "tr_TR.UTF-8"}) {
+    if (std::setlocale(LC_ALL, name) != nullptr) break;
   }
-  if (changed == nullptr) GTEST_SKIP() << "no locale with a decimal comma is installed";
-  const std::string formatted = Format(1.5, "0.0");
-  const double value = Val("1.5");
-  const std::string shortest = ShortestText(1.5);
+  const std::string formatted = Format(1234.5, "0.0");
+  const double value = Val("1234.5");
+  const std::optional<double> parsed = ParseNumber("1234.5");
+  const std::string shortest = ShortestText(1234.5);
+  const std::string general = GeneralText(1234.5);
+  std::locale::global(before);
   std::setlocale(LC_ALL, "C");
-  EXPECT_EQ(formatted, "1.5");
-  EXPECT_EQ(value, 1.5);
-  EXPECT_EQ(shortest, "1.5");
+  EXPECT_EQ(formatted, "1234.5");
+  EXPECT_EQ(value, 1234.5);
+  EXPECT_EQ(parsed, 1234.5);
+  EXPECT_EQ(shortest, "1234.5");
+  EXPECT_EQ(general, " 1234.5");
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
-// One `ge 10` exchange over a pseudo-terminal, beside a bare write/poll/read loop on the same line in the same run.
-// Read the ratios of the medians, not the milliseconds.
+// One `ge 10` exchange over a pseudo-terminal, beside a bare write/poll/read loop on the same line in the
+// same run. Read the ratios of the medians, not the milliseconds.
 
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
@@ -10,11 +10,11 @@
 #include <termios.h>
 #include <unistd.h>
 
-#include <QCoreApplication>
 #include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <filesystem>
+#include <QCoreApplication>
 #include <string>
 #include <thread>
 #include <vector>

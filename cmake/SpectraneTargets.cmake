@@ -11,6 +11,10 @@ if(MSVC)
   target_compile_options(spectrane_rules INTERFACE /W4 /WX /utf-8)
 else()
   target_compile_options(spectrane_rules INTERFACE -Wall -Wextra -Wconversion -Wshadow -Werror)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+    # Warns of its own inlined std::string concatenation in optimised builds.
+    target_compile_options(spectrane_rules INTERFACE -Wno-restrict)
+  endif()
 endif()
 target_compile_definitions(
   spectrane_rules

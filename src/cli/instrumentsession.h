@@ -13,8 +13,8 @@
 
 namespace spectrane {
 
-/// The link on the machine's own ports, without a window: what a main window would show is kept, what a message box
-/// would say is kept for the one line that a failing command prints.
+/// The link on the machine's own ports, without a window: what a main window would show is kept, what a
+/// message box would say is kept for the one line that a failing command prints.
 class InstrumentSession : private MainDisplay, private Messages {
  public:
   /// `folder` is the application folder; its settings are read here.
@@ -22,12 +22,14 @@ class InstrumentSession : private MainDisplay, private Messages {
 
   InstrumentLink& Link() { return *link_; }
 
-  /// The last message in one line, its details behind it in brackets; empty when there was none.
-  std::string LastMessage() const;
-  /// The words of `textId` in one line with `details` behind them.
+  MainDisplay& Display() { return *this; }
+  Messages& Boxes() { return *this; }
+
+  /// Why a step failed, in one line: the words of the last message box, or those of a communication error
+  /// where the step shows none; behind them in brackets its details or how the last exchange ended.
+  std::string FailureWords() const;
+  /// The words of `textId` in one line, `details` in brackets behind them.
   static std::string Words(int textId, const std::string& details);
-  /// The words of a communication error with the cause of the last exchange.
-  std::string CommunicationError() const;
 
  private:
   void SetWavelengthField(const std::string&) override {}
@@ -47,7 +49,8 @@ class InstrumentSession : private MainDisplay, private Messages {
   SerialPortList ports_;
   Setting settings_;
   std::unique_ptr<InstrumentLink> link_;
-  std::string lastMessage_;
+  int messageId_ = 0;
+  std::string messageDetails_;
 };
 
 }  // namespace spectrane

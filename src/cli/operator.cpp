@@ -58,6 +58,8 @@ bool Operator::PressesEnter() {
   return static_cast<bool>(std::getline(in_, line)) && !stopAsked;
 }
 
-bool Operator::AsksToStop() const { return stopAsked != 0; }
+bool Operator::AsksToStop() const {
+  return stopAsked != 0;
+}
 
 }  // namespace spectrane

@@ -4,8 +4,8 @@
 
 namespace spectrane {
 
-/// The person at the terminal: presses Enter, or stops the run with an interrupt signal. While one lives, the first
-/// interrupt asks for a stop and the second one ends the program.
+/// The person at the terminal: presses Enter, or stops the run with an interrupt signal. While one lives, the
+/// first interrupt asks for a stop and the second one ends the program.
 class Operator {
  public:
   explicit Operator(std::istream& in);

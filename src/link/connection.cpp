@@ -76,6 +76,8 @@ void Connection::ReadReference() {
   std::int32_t gain = 0;
   report_.HasReference = instrument_.Rezero(fullEnergy, gain) && instrument_.LastReply().Complete();
   if (report_.HasReference) state_.GainIndex = gain;
+  report_.FullEnergy = fullEnergy;
+  report_.Gain = gain;
   if (report_.HasDark && report_.HasReference) {
     live_.TakeDarkEnergyOf(gain);
     state_.FullEnergy = fullEnergy;

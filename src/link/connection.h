@@ -17,6 +17,8 @@ struct ConnectionReport {
   bool HasWavelength = false;
   bool HasDark = false;
   bool HasReference = false;
+  std::int32_t FullEnergy = 0;
+  std::int32_t Gain = 0;
   std::int32_t SamplerKind = 0;
 };
 

@@ -3,6 +3,7 @@
 #include "base/brand.h"
 #include "base/displayformats.h"
 #include "base/setting.h"
+#include "base/windowsettings.h"
 #include "link/connection.h"
 #include "link/displays.h"
 #include "link/instrumentstate.h"
@@ -36,6 +37,14 @@ class InstrumentLink {
   }
   InstrumentLink(const InstrumentLink&) = delete;
   InstrumentLink& operator=(const InstrumentLink&) = delete;
+
+  /// Takes over what the settings say of the port search, the sampler and the display formats after a start.
+  void Apply(const WindowSettings& settings) {
+    State.PortSearchMode = settings.PortSearchMode;
+    State.SamplerZeroPosition = settings.SamplerZeroPosition;
+    State.SamplerPositions = settings.SamplerPositions;
+    Formats = DisplayFormats::AtStart(settings.PrecisionMode);
+  }
 
   InstrumentState State;
   DisplayFormats Formats;

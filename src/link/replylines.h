@@ -14,6 +14,8 @@ class ReplyLines {
 
   /// The next line without its end; nothing when no further CR follows.
   std::optional<std::string_view> Next();
+  /// What stands behind the lines that were cut.
+  std::string_view Rest() const { return rest_; }
 
  private:
   std::string_view rest_;

@@ -4,11 +4,13 @@
 #include <cerrno>
 #include <cstring>
 
+#include <QDeadlineTimer>
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QSerialPort>
 
 #ifndef _WIN32
+#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #endif
@@ -102,6 +104,11 @@ void SerialPort::DiscardInput() {
 
 bool SerialPort::Write(std::string_view bytes, int timeoutMs) {
   if (!port_->isOpen()) return false;
+  const std::string_view rest = bytes.substr(WriteAtOnce(bytes));
+  return rest.empty() || WriteInTime(rest, timeoutMs);
+}
+
+bool SerialPort::WriteInTime(std::string_view bytes, int timeoutMs) {
   QElapsedTimer clock;
   clock.start();
   if (port_->write(bytes.data(), static_cast<qint64>(bytes.size())) != static_cast<qint64>(bytes.size())) {
@@ -118,10 +125,50 @@ bool SerialPort::Write(std::string_view bytes, int timeoutMs) {
   return false;
 }
 
+#ifdef _WIN32
+
+std::size_t SerialPort::WriteAtOnce(std::string_view) {
+  return 0;
+}
+
 std::string SerialPort::Read(int timeoutMs) {
   if (port_->isOpen() && port_->bytesAvailable() == 0) port_->waitForReadyRead(std::max(timeoutMs, 0));
   if (!port_->isOpen()) return {};
   return port_->readAll().toStdString();
+}
+
+#else
+
+// Reading and writing go to the device itself where nothing is buffered before it: the way through the
+// buffers and signals of QSerialPort takes a third of the time that an exchange takes beside the wire.
+
+std::size_t SerialPort::WriteAtOnce(std::string_view bytes) {
+  if (port_->bytesToWrite() > 0) return 0;
+  const ssize_t count = write(port_->handle(), bytes.data(), bytes.size());
+  return count > 0 ? static_cast<std::size_t>(count) : 0;
+}
+
+std::string SerialPort::Read(int timeoutMs) {
+  if (!port_->isOpen()) return {};
+  if (port_->bytesAvailable() > 0) return port_->readAll().toStdString();
+  QDeadlineTimer deadline(std::max(timeoutMs, 0));
+  pollfd wait = {port_->handle(), POLLIN, 0};
+  int ready = poll(&wait, 1, std::max(timeoutMs, 0));
+  while (ready < 0 && errno == EINTR) ready = poll(&wait, 1, static_cast<int>(deadline.remainingTime()));
+  if (ready == 0) return {};
+  char buffer[4096];
+  const ssize_t count = ready > 0 ? read(port_->handle(), buffer, sizeof buffer) : -1;
+  if (count > 0) return std::string(buffer, static_cast<std::size_t>(count));
+  if (count < 0 && (errno == EAGAIN || errno == EINTR)) return {};
+  LineGone(count == 0 ? "end of the line" : std::strerror(errno));
+  return {};
+}
+
+#endif
+
+void SerialPort::LineGone(const std::string& words) {
+  SetFault(PortFault::Other, "the line is gone: " + words);
+  port_->close();
 }
 
 // The far end went away: without a close the device would report it again and again without end.
@@ -133,8 +180,7 @@ void SerialPort::OnError() {
     case QSerialPort::UnsupportedOperationError:
       return;
     default:
-      SetFault(PortFault::Other, "the line is gone: " + port_->errorString().toStdString());
-      port_->close();
+      LineGone(port_->errorString().toStdString());
   }
 }
 

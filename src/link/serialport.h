@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -26,7 +27,11 @@ class SerialPort : public Port {
   std::string Read(int timeoutMs) override;
 
  private:
+  /// Bytes that the device took without waiting.
+  std::size_t WriteAtOnce(std::string_view bytes);
+  bool WriteInTime(std::string_view bytes, int timeoutMs);
   void OnError();
+  void LineGone(const std::string& words);
   bool OpenFailed(const std::string& path);
 
   std::unique_ptr<QSerialPort> port_;

@@ -1,6 +1,6 @@
 #include "link/connection.h"
 
-#include "linkfixture.h"
+#include "link/linkfixture.h"
 
 namespace spectrane::testing_link {
 namespace {

@@ -13,7 +13,9 @@
 namespace spectrane {
 namespace {
 
-std::string OwnName(const char* what) { return std::string("spectrane_test_") + what + std::to_string(getpid()); }
+std::string OwnName(const char* what) {
+  return std::string("spectrane_test_") + what + std::to_string(getpid());
+}
 
 /// Acquires the exclusion in another process, says so through a pipe, and keeps it until killed.
 pid_t HoldInChild(const std::string& name) {

@@ -3,7 +3,7 @@
 #include <functional>
 #include <limits>
 
-#include "linkfixture.h"
+#include "link/linkfixture.h"
 
 namespace spectrane::testing_link {
 namespace {

@@ -1,7 +1,7 @@
 #include "link/livereading.h"
 
 #include "base/numericfault.h"
-#include "linkfixture.h"
+#include "link/linkfixture.h"
 
 namespace spectrane::testing_link {
 namespace {

@@ -13,11 +13,12 @@
 
 namespace spectrane::testing_link {
 
-/// A pseudo-terminal whose far end is served by a thread: each line that comes in goes to `Answer`, which writes to
-/// the line itself through Send().
+/// A pseudo-terminal whose far end is served by a thread: each line that comes in goes to `Answer`, which
+/// writes to the line itself through Send().
 class PtyLine {
  public:
-  explicit PtyLine(std::function<void(PtyLine&, const std::string&)> answer = {}) : answer_(std::move(answer)) {
+  explicit PtyLine(std::function<void(PtyLine&, const std::string&)> answer = {})
+      : answer_(std::move(answer)) {
     master_ = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
     grantpt(master_);
     unlockpt(master_);

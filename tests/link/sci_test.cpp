@@ -2,7 +2,7 @@
 
 #include <limits>
 
-#include "linkfixture.h"
+#include "link/linkfixture.h"
 
 namespace spectrane::testing_link {
 namespace {

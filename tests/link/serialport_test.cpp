@@ -5,25 +5,27 @@
 #include <sys/stat.h>
 #include <sys/wait.h>
 
+#include <chrono>
+#include <filesystem>
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QTimer>
-#include <chrono>
-#include <filesystem>
 
 #include "base/clock.h"
 #include "link/exclusion.h"
 #include "link/messageloop.h"
 #include "link/portlist.h"
+#include "link/ptyline.h"
 #include "link/sci.h"
-#include "ptyline.h"
 
 namespace spectrane::testing_link {
 namespace {
 
 using std::chrono::milliseconds;
 
-void AnswerGetwl(PtyLine& line, const std::string& command) { line.Send(command + "\r\n546.0\r\n>"); }
+void AnswerGetwl(PtyLine& line, const std::string& command) {
+  line.Send(command + "\r\n546.0\r\n>");
+}
 
 double CpuSeconds() {
   rusage usage = {};

@@ -35,9 +35,9 @@ void PhotometryTest::mmuOperationRezero() {
 
 bool PhotometryTest::TakeBlank() {
   InstrumentState& state = bench_.State;
+  state.InstrumentBusy = true;
   double wavelength = kUnknownWavelength;
   if (!bench_.Instrument.GetWavelength(wavelength)) return LinkFailed();
-  state.InstrumentBusy = true;
   if (state.SamplerPresent && !bench_.Instrument.SetSampler(state.SamplerZeroPosition)) {
     bench_.Boxes.Show(kSamplerError);
     return false;
@@ -95,11 +95,11 @@ bool PhotometryTest::mmuStartTest() {
 
 bool PhotometryTest::MeasureAll() {
   InstrumentState& state = bench_.State;
+  state.InstrumentBusy = true;
   double wavelength = kUnknownWavelength;
   if (!bench_.Instrument.GetWavelength(wavelength) || !MoveFrom(wavelength)) return LinkFailed();
   TellWavelength();
   bench_.Live.ToolsBarFullEnergyData(BlankFullEnergy, BlankDarkEnergy, state.GainIndex);
-  state.InstrumentBusy = true;
   if (!state.SamplerPresent) return MeasureRow({}) || RunFailed();
   for (std::int32_t position = 1; position <= kSamplerPositionCount; ++position) {
     if (!state.SamplerPositions[static_cast<std::size_t>(position)]) continue;

@@ -1,0 +1,112 @@
+#include "cli/command.h"
+
+#include <optional>
+#include <utility>
+
+#include "base/numbers.h"
+#include "base/numericfault.h"
+
+namespace spectrane {
+namespace {
+
+/// A line must stay one line, whatever the name of the file.
+std::string OneLine(std::string text) {
+  for (char& c : text) {
+    if (static_cast<unsigned char>(c) < 0x20 || c == '\x7F') c = '?';
+  }
+  return text;
+}
+
+std::string LastPart(const std::string& path) {
+#ifdef _WIN32
+  constexpr const char* kSeparators = "/\\";
+#else
+  constexpr const char* kSeparators = "/";
+#endif
+  const std::size_t last = path.find_last_of(kSeparators);
+  if (last == std::string::npos || last + 1 == path.size()) return path;
+  return path.substr(last + 1);
+}
+
+std::string DamageWords(const FileFault& fault) {
+  if (fault.Stated < 0) return "damaged: states a negative number of records";
+  if (fault.Stated > fault.Held) {
+    return "damaged: has " + std::to_string(fault.Held) + " of the " + std::to_string(fault.Stated) +
+           " records that it states";
+  }
+  return "damaged: ends too early, at byte " + std::to_string(fault.Offset);
+}
+
+}  // namespace
+
+Refusal::Refusal(const std::string& path, const std::string& reason)
+    : std::runtime_error(OneLine(LastPart(path) + ": " + reason)) {}
+
+Refusal::Refusal(const std::string& path, const FileFault& fault) : Refusal(path, FaultWords(fault)) {}
+
+void RunsAs(CLI::App* command, BatchContext& context, std::function<void(BatchContext&)> run) {
+  command->callback([&context, run = std::move(run)] { context.Chosen = run; });
+}
+
+std::string PlainArgument(const std::string& text) {
+  return !text.empty() && text.front() == kValueMark ? text.substr(1) : text;
+}
+
+CLI::Option* AddText(CLI::App* command, const std::string& name, std::string& value,
+                     const std::string& description) {
+  return command
+      ->add_option_function<std::string>(
+          name, [&value](const std::string& text) { value = PlainArgument(text); }, description)
+      ->type_name("");
+}
+
+CLI::Option* AddNumber(CLI::App* command, const std::string& name, double& value,
+                       const std::string& description) {
+  const auto take = [&value, name](const std::string& argument) {
+    const std::string text = PlainArgument(argument);
+    const std::optional<double> number = ParseNumber(text);
+    if (!number) throw CLI::ConversionError(text + " is no number", name);
+    value = *number;
+  };
+  return command->add_option_function<std::string>(name, take, description)->type_name("NUMBER");
+}
+
+CLI::Option* AddLong(CLI::App* command, const std::string& name, std::int32_t& value,
+                     const std::string& description) {
+  const auto take = [&value, name](const std::string& argument) {
+    const std::string text = PlainArgument(argument);
+    try {
+      value = ParseLong(text);
+    } catch (const NumericFault&) {
+      throw CLI::ConversionError(text + " is no whole number of 32 bits", name);
+    }
+  };
+  return command->add_option_function<std::string>(name, take, description)->type_name("INTEGER");
+}
+
+std::string FaultWords(const FileFault& fault) {
+  switch (fault.Error) {
+    case FileError::None:
+      return "no fault";
+    case FileError::Missing:
+      return "no such file";
+    case FileError::Exists:
+      return "exists already";
+    case FileError::NotRegular:
+      return "not a regular file";
+    case FileError::WrongKind:
+      return "not a data file of the kind that is wanted";
+    case FileError::Damaged:
+      return DamageWords(fault);
+    case FileError::TooBig:
+      return "states " + std::to_string(fault.Stated) + " records, more than the " +
+             std::to_string(fault.Held) + " that can be taken";
+    case FileError::InputOutput:
+      return fault.Reason.empty() ? "input/output error" : fault.Reason;
+    case FileError::NotSavable:
+      return "nothing to save";
+  }
+  return "unknown fault";
+}
+
+}  // namespace spectrane

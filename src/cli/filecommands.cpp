@@ -1,0 +1,128 @@
+#include "cli/filecommands.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <fstream>
+#include <istream>
+#include <iterator>
+#include <memory>
+#include <ostream>
+
+#include "base/utf8path.h"
+#include "cli/filekinds.h"
+#include "cli/jsonblock.h"
+#include "files/file.h"
+
+namespace spectrane {
+namespace {
+
+/// Largest JSON document that is read [bytes].
+constexpr std::size_t kLargestDocument = std::size_t{1} << 30;
+constexpr const char* kStandardInput = "-";
+
+void AddDescription(CLI::App& root, BatchContext& context, const char* name, const char* text, bool data) {
+  const auto path = std::make_shared<std::string>();
+  CLI::App* const command = root.add_subcommand(name, text);
+  AddText(command, "FILE", *path, "A data file")->required();
+  RunsAs(command, context, [path, data](BatchContext& run) {
+    std::int32_t fileType = 0;
+    FileFault fault;
+    if (!GetFileType(*path, fileType, &fault)) throw Refusal(*path, fault);
+    const BatchKind* const kind = KindOfType(fileType);
+    if (kind == nullptr) throw Refusal(*path, "unknown file type " + std::to_string(fileType));
+    run.Result = kind->Describe(*path, data);
+  });
+}
+
+std::string ReadLimited(std::istream& in, const std::string& path) {
+  std::string text;
+  std::string piece(65536, '\0');
+  while (in.read(piece.data(), static_cast<std::streamsize>(piece.size())), in.gcount() > 0) {
+    text.append(piece, 0, static_cast<std::size_t>(in.gcount()));
+    if (text.size() > kLargestDocument) throw Refusal(path, "too large");
+  }
+  if (in.bad()) throw Refusal(path, "cannot be read");
+  return text;
+}
+
+std::string ReadDocument(const std::string& path, std::istream& standardInput) {
+  if (path == kStandardInput) return ReadLimited(standardInput, "standard input");
+  std::error_code code;
+  const auto status = std::filesystem::status(PathFromUtf8(path), code);
+  if (status.type() == std::filesystem::file_type::not_found) throw Refusal(path, "no such file");
+  if (status.type() == std::filesystem::file_type::none) throw Refusal(path, code.message());
+  if (!std::filesystem::is_regular_file(status)) throw Refusal(path, "not a regular file");
+  std::ifstream file(PathFromUtf8(path), std::ios::binary);
+  if (!file) throw Refusal(path, "cannot be read");
+  return ReadLimited(file, path);
+}
+
+Json ParseDocument(const std::string& text) {
+  try {
+    return Json::parse(text);
+  } catch (const Json::parse_error& fault) {
+    throw BadJson("not valid JSON at byte " + std::to_string(fault.byte));
+  } catch (const Json::out_of_range&) {
+    throw BadJson("has a number that is too large");
+  }
+}
+
+const BatchKind& KindOfDocument(const Json& document) {
+  if (!document.is_object()) throw BadJson("not a JSON object");
+  const auto name = document.find("kind");
+  if (name == document.end()) throw BadJson("kind is missing");
+  if (!name->is_string()) throw BadJson("kind is not a text");
+  const BatchKind* const kind = KindOfName(name->get<std::string>());
+  if (kind == nullptr) throw BadJson("unknown kind " + JsonText(*name));
+  return *kind;
+}
+
+struct PackArguments {
+  std::string Document;
+  std::string File;
+  bool Force = false;
+};
+
+void RunPack(const PackArguments& arguments, BatchContext& run) {
+  RefuseTakenOutput(arguments.File, arguments.Force);
+  const std::string text = ReadDocument(arguments.Document, run.In);
+  const std::string& named = arguments.Document == kStandardInput ? "standard input" : arguments.Document;
+  try {
+    const Json document = ParseDocument(text);
+    const BatchKind& kind = KindOfDocument(document);
+    std::size_t records = 0;
+    bool lost = false;
+    const FileFault fault = kind.Pack(document, arguments.File, records, lost);
+    if (fault) throw Refusal(arguments.File, fault);
+    if (lost) run.Err << "Characters without a place in the file were written as \"?\".\n";
+    run.Result = JsonText({{"kind", kind.Kind->Name}, {"records", records}});
+  } catch (const BadJson& fault) {
+    throw Refusal(named, fault.what());
+  }
+}
+
+void AddPack(CLI::App& root, BatchContext& context) {
+  const auto arguments = std::make_shared<PackArguments>();
+  CLI::App* const command = root.add_subcommand("pack", "Write a data file from what dump printed");
+  AddText(command, "JSON", arguments->Document, "The document; - reads standard input")->required();
+  AddText(command, "FILE", arguments->File, "The data file to write")->required();
+  command->add_flag("--force", arguments->Force, "Replace an existing file");
+  RunsAs(command, context, [arguments](BatchContext& run) { RunPack(*arguments, run); });
+}
+
+}  // namespace
+
+void AddFileCommands(CLI::App& root, BatchContext& context) {
+  AddDescription(root, context, "info", "Header, options and number of records of a data file", false);
+  AddDescription(root, context, "dump", "Everything in a data file", true);
+  AddPack(root, context);
+}
+
+void RefuseTakenOutput(const std::string& path, bool force) {
+  if (force) return;
+  std::error_code code;
+  const auto status = std::filesystem::symlink_status(PathFromUtf8(path), code);
+  if (std::filesystem::exists(status)) throw Refusal(path, "exists already; --force replaces it");
+}
+
+}  // namespace spectrane

@@ -1,0 +1,145 @@
+#include "cli/jsonblock.h"
+
+#include <cmath>
+#include <cstdint>
+#include <limits>
+
+namespace spectrane {
+namespace {
+
+Json JsonOfElement(const LayoutField& field, const void* element) {
+  switch (field.Type) {
+    case FieldType::Long:
+      return *static_cast<const std::int32_t*>(element);
+    case FieldType::Integer:
+      return *static_cast<const std::int16_t*>(element);
+    case FieldType::Double:
+      return *static_cast<const double*>(element);
+    case FieldType::Boolean:
+      return *static_cast<const bool*>(element);
+    case FieldType::Text:
+      return *static_cast<const std::string*>(element);
+  }
+  return nullptr;
+}
+
+Json JsonOfField(const LayoutField& field, const void* object) {
+  if (field.Dimensions == 0) return JsonOfElement(field, field.Element(object, 0));
+  Json rows = Json::array();
+  for (std::size_t r = 0; r < field.Rows; ++r) {
+    if (field.Dimensions == 1) {
+      rows.push_back(JsonOfElement(field, field.Element(object, r)));
+      continue;
+    }
+    Json columns = Json::array();
+    for (std::size_t c = 0; c < field.Columns; ++c) {
+      columns.push_back(JsonOfElement(field, field.Element(object, r * field.Columns + c)));
+    }
+    rows.push_back(std::move(columns));
+  }
+  return rows;
+}
+
+[[noreturn]] void Reject(const std::string& where, const char* wanted) {
+  throw BadJson(where + " is " + wanted);
+}
+
+template <typename T>
+T WholeNumber(const Json& json, const std::string& where) {
+  constexpr T kLeast = std::numeric_limits<T>::min();
+  constexpr T kMost = std::numeric_limits<T>::max();
+  if (json.is_number_unsigned()) {
+    const auto value = json.get<std::uint64_t>();
+    if (value <= static_cast<std::uint64_t>(kMost)) return static_cast<T>(value);
+    Reject(where, "too large");
+  }
+  if (json.is_number_integer()) {
+    const auto value = json.get<std::int64_t>();
+    if (value >= kLeast && value <= kMost) return static_cast<T>(value);
+    Reject(where, "too large");
+  }
+  if (json.is_number_float()) {
+    const auto value = json.get<double>();
+    if (std::trunc(value) != value) Reject(where, "not a whole number");
+    if (value >= kLeast && value <= kMost) return static_cast<T>(value);
+    Reject(where, "too large");
+  }
+  Reject(where, "not a whole number");
+}
+
+double Number(const Json& json, const std::string& where) {
+  if (json.is_null()) return std::numeric_limits<double>::quiet_NaN();
+  if (!json.is_number()) Reject(where, "not a number");
+  return json.get<double>();
+}
+
+void ElementFromJson(const LayoutField& field, const Json& json, const std::string& where, void* element) {
+  switch (field.Type) {
+    case FieldType::Long:
+      *static_cast<std::int32_t*>(element) = WholeNumber<std::int32_t>(json, where);
+      break;
+    case FieldType::Integer:
+      *static_cast<std::int16_t*>(element) = WholeNumber<std::int16_t>(json, where);
+      break;
+    case FieldType::Double:
+      *static_cast<double*>(element) = Number(json, where);
+      break;
+    case FieldType::Boolean:
+      if (!json.is_boolean()) Reject(where, "neither true nor false");
+      *static_cast<bool*>(element) = json.get<bool>();
+      break;
+    case FieldType::Text:
+      if (!json.is_string()) Reject(where, "not a text");
+      *static_cast<std::string*>(element) = json.get<std::string>();
+      break;
+  }
+}
+
+void CheckArray(const Json& json, std::size_t most, const std::string& where) {
+  if (!json.is_array()) Reject(where, "not an array");
+  if (json.size() > most) Reject(where, "too long");
+}
+
+std::string Indexed(const std::string& where, std::size_t index) {
+  return where + "[" + std::to_string(index) + "]";
+}
+
+void FieldFromJson(const LayoutField& field, const Json& json, const std::string& where, void* object) {
+  const auto take = [&](const Json& value, std::size_t index, const std::string& place) {
+    ElementFromJson(field, value, place, const_cast<void*>(field.Element(object, index)));
+  };
+  if (field.Dimensions == 0) {
+    take(json, 0, where);
+    return;
+  }
+  CheckArray(json, field.Rows, where);
+  for (std::size_t r = 0; r < json.size(); ++r) {
+    const std::string row = Indexed(where, r);
+    if (field.Dimensions == 1) {
+      take(json[r], r, row);
+      continue;
+    }
+    CheckArray(json[r], field.Columns, row);
+    for (std::size_t c = 0; c < json[r].size(); ++c) {
+      take(json[r][c], r * field.Columns + c, Indexed(row, c));
+    }
+  }
+}
+
+}  // namespace
+
+Json JsonOfBlock(Layout layout, const void* object) {
+  Json json = Json::object();
+  for (const LayoutField& field : layout) json[field.Name] = JsonOfField(field, object);
+  return json;
+}
+
+void BlockFromJson(Layout layout, const Json& json, const std::string& where, void* object) {
+  if (!json.is_object()) Reject(where, "not an object");
+  for (const LayoutField& field : layout) {
+    const auto found = json.find(field.Name);
+    if (found != json.end()) FieldFromJson(field, *found, where + "." + field.Name, object);
+  }
+}
+
+}  // namespace spectrane

@@ -1,0 +1,255 @@
+#include "modes/photometry/photometrytest.h"
+
+#include "link/linkfixture.h"
+
+namespace spectrane::testing_link {
+namespace {
+
+using Commands = std::vector<std::string>;
+
+class PhotometryRun : public LinkFixture {
+ protected:
+  void SetUp() override {
+    ConnectNow();
+    Peer.Lines["ge 30"] = std::vector<std::string>(30, "48000");
+  }
+  void Blank() {
+    Test.mmuOperationRezero();
+    ASSERT_TRUE(Test.BlankDone);
+    Peer.Commands.clear();
+  }
+  void FitSampler() { Link.State.SamplerPresent = true; }
+
+  PhotometryDocument Document;
+  PhotometryTest Test{{Link.Instrument, Link.State, Link.Live, Display, Boxes, Link.Formats}, Document};
+};
+
+TEST_F(PhotometryRun, BlankOrderOnTheWireWhenTheWavelengthIsRight) {
+  Test.mmuOperationRezero();
+  EXPECT_EQ(Peer.Commands, (Commands{"getwl", "rezero", "ge 30"}));
+  EXPECT_TRUE(Test.BlankDone);
+  EXPECT_EQ(Test.BlankFullEnergy, 48000);
+  EXPECT_EQ(Test.BlankDarkEnergy, 103);
+  EXPECT_TRUE(Display.TimerOn);
+  EXPECT_FALSE(Link.State.InstrumentBusy);
+  EXPECT_EQ(Display.Panes[4], "546.0nm");
+  EXPECT_EQ(Display.Wavelength, " 546.0nm");
+}
+
+TEST_F(PhotometryRun, BlankMovesSamplerAndMonochromatorFirst) {
+  FitSampler();
+  Link.State.SamplerZeroPosition = 5;
+  Test.WaveLength = 500.5;
+  Test.mmuOperationRezero();
+  EXPECT_EQ(Peer.Commands, (Commands{"getwl", "setsampler 5", "swl  500.5", "rezero", "ge 30"}));
+  EXPECT_EQ(Link.State.CurrentWavelength, 500.5);
+}
+
+TEST_F(PhotometryRun, WavelengthOutsideTheRangeIsHeldAtItsLimit) {
+  Test.WaveLength = 2000.0;
+  Test.mmuOperationRezero();
+  EXPECT_EQ(Peer.Commands[1], "swl  1020");
+  EXPECT_EQ(Test.WaveLength, 1020.0) << "rows are labelled with the wavelength that was set";
+}
+
+TEST_F(PhotometryRun, BlankWithoutAConnectionDoesNothing) {
+  Link.State.InstrumentConnected = false;
+  Test.mmuOperationRezero();
+  EXPECT_TRUE(Peer.Commands.empty());
+  EXPECT_FALSE(Test.BlankDone);
+}
+
+TEST_F(PhotometryRun, EachFailureOfTheBlankLeavesNoBlankAndTheLiveReadingRuns) {
+  FitSampler();
+  Test.WaveLength = 500.0;
+  for (const char* failing : {"getwl", "setsampler 1", "swl  500", "rezero", "ge 30"}) {
+    Boxes.Ids.clear();
+    Display.TimerOn = false;
+    Peer.Next(failing, {});
+    Test.mmuOperationRezero();
+    EXPECT_FALSE(Test.BlankDone) << failing;
+    EXPECT_FALSE(Link.State.InstrumentBusy) << failing;
+    EXPECT_TRUE(Display.TimerOn) << failing;
+    const bool sampler = std::string(failing) == "setsampler 1";
+    EXPECT_EQ(Boxes.Ids, sampler ? std::vector<int>{1912} : std::vector<int>{}) << failing;
+  }
+}
+
+TEST_F(PhotometryRun, AFailedBlankForgetsTheOldOneOnceRezeroWasSent) {
+  Blank();
+  Peer.Next("getwl", {});
+  Test.mmuOperationRezero();
+  EXPECT_TRUE(Test.BlankDone) << "the instrument was not asked to change anything";
+  Peer.Next("rezero", {});
+  Test.mmuOperationRezero();
+  EXPECT_FALSE(Test.BlankDone);
+  EXPECT_EQ(Test.BlankFullEnergy, 48000) << "the old values stay in place";
+}
+
+TEST_F(PhotometryRun, StartWithoutAConnection) {
+  Link.State.InstrumentConnected = false;
+  EXPECT_FALSE(Test.mmuStartTest());
+  EXPECT_EQ(Boxes.Ids, (std::vector<int>{970}));
+  EXPECT_TRUE(Peer.Commands.empty());
+}
+
+TEST_F(PhotometryRun, StartWithoutABlankSendsNothing) {
+  EXPECT_FALSE(Test.mmuStartTest());
+  EXPECT_EQ(Boxes.Ids, (std::vector<int>{971}));
+  EXPECT_TRUE(Peer.Commands.empty());
+  EXPECT_FALSE(Test.TestRunning);
+}
+
+TEST_F(PhotometryRun, OneSampleByHand) {
+  Blank();
+  std::vector<std::int32_t> told;
+  Test.OnRow = [&told](std::int32_t row) { told.push_back(row); };
+  EXPECT_TRUE(Test.mmuStartTest());
+  EXPECT_EQ(Peer.Commands, (Commands{"getwl", "ge 10"}));
+  ASSERT_EQ(Document.RecordCount(), 1);
+  EXPECT_EQ(Document.RecordEnergy(0), 25000);
+  EXPECT_EQ(Document.RecordFullEnergy(0), 48000);
+  EXPECT_EQ(Document.RecordDarkEnergy(0), 103);
+  EXPECT_EQ(Document.RecordWavelength(0), 546.0);
+  EXPECT_EQ(Document.RecordNote(0), "");
+  EXPECT_EQ(told, (std::vector<std::int32_t>{0}));
+  // (25000 - 103) / (48000 - 103) * 100 = 51.98..., -log10(0.5198...) = 0.2841...
+  EXPECT_EQ(Display.Trans, " 52.0%T");
+  EXPECT_EQ(Display.Abs, " 0.284Abs");
+  EXPECT_FALSE(Test.TestRunning);
+  EXPECT_FALSE(Link.State.InstrumentBusy);
+  EXPECT_TRUE(Display.TimerOn);
+  EXPECT_EQ(Link.State.FullEnergy, 48000);
+}
+
+TEST_F(PhotometryRun, StartMovesBackToTheTestWavelength) {
+  Blank();
+  Peer.Lines["getwl"] = {"600.0"};
+  EXPECT_TRUE(Test.mmuStartTest());
+  EXPECT_EQ(Peer.Commands, (Commands{"getwl", "swl  546", "ge 10"}));
+}
+
+TEST_F(PhotometryRun, TheSamplerMeasuresThePositionsInUse) {
+  FitSampler();
+  Blank();
+  Link.State.SamplerPositions = {false, true, false, true, false, false, false, false, true};
+  EXPECT_TRUE(Test.mmuStartTest());
+  EXPECT_EQ(Peer.Commands,
+            (Commands{"getwl", "setsampler 1", "ge 10", "setsampler 3", "ge 10", "setsampler 8", "ge 10"}));
+  ASSERT_EQ(Document.RecordCount(), 3);
+  EXPECT_EQ(Document.RecordNote(0), "Sampler Position 1");
+  EXPECT_EQ(Document.RecordNote(1), "Sampler Position 3");
+  EXPECT_EQ(Document.RecordNote(2), "Sampler Position 8");
+}
+
+TEST_F(PhotometryRun, ASamplerThatFailsAtPositionFiveKeepsFourRows) {
+  FitSampler();
+  Blank();
+  Peer.Next("setsampler 5", {});
+  EXPECT_FALSE(Test.mmuStartTest());
+  EXPECT_EQ(Boxes.Ids, (std::vector<int>{972}));
+  EXPECT_EQ(Document.RecordCount(), 4);
+  EXPECT_EQ(Peer.Commands.back(), "setsampler 5") << "nothing is measured behind the failure";
+  EXPECT_TRUE(Display.TimerOn);
+  EXPECT_FALSE(Test.TestRunning);
+  EXPECT_FALSE(Link.State.InstrumentBusy);
+}
+
+TEST_F(PhotometryRun, AReadingThatFailsStoresNoRow) {
+  Blank();
+  const std::vector<Delivery> failures[] = {
+      {},
+      {{1, "ge 10\r\n1\r\n2\r\n>"}},
+      {{1, "ge 10\r\n>"}},
+      {{1, ScriptedPeer::Reply("ge 10", {"1", "2", "3", "4", "x", "6", "7", "8", "9", "10"})}},
+      {{1, "ge 10\r\n250", true}},
+  };
+  for (const auto& failure : failures) {
+    Boxes.Ids.clear();
+    Peer.Next("ge 10", failure);
+    EXPECT_FALSE(Test.mmuStartTest());
+    EXPECT_EQ(Boxes.Ids, (std::vector<int>{972}));
+    EXPECT_EQ(Document.RecordCount(), 0);
+    EXPECT_TRUE(Test.BlankDone);
+  }
+}
+
+TEST_F(PhotometryRun, AnEnergyOfZeroIsARow) {
+  Blank();
+  Peer.Lines["ge 10"] = std::vector<std::string>(10, "0");
+  EXPECT_TRUE(Test.mmuStartTest());
+  ASSERT_EQ(Document.RecordCount(), 1);
+  EXPECT_EQ(Document.RecordEnergy(0), 0);
+  EXPECT_EQ(Display.Abs, " 3.000Abs");
+}
+
+TEST_F(PhotometryRun, DarkEnergiesBecomeValidRows) {
+  Blank();
+  Peer.Lines["ge 10"] = std::vector<std::string>(10, "103");
+  EXPECT_TRUE(Test.mmuStartTest());
+  EXPECT_EQ(Document.RecordAbs(0), 3.0);
+  EXPECT_EQ(Document.RecordTrans(0), 0.0);
+}
+
+TEST_F(PhotometryRun, TheLinkTestThatFailsEndsTheRunWithoutABox) {
+  Blank();
+  Peer.Next("getwl", {});
+  EXPECT_FALSE(Test.mmuStartTest());
+  EXPECT_TRUE(Boxes.Ids.empty());
+  EXPECT_EQ(Display.Remark, "Communication error.Please check instrument link cable.");
+  EXPECT_EQ(Peer.Commands, (Commands{"getwl"}));
+  EXPECT_TRUE(Display.TimerOn);
+  EXPECT_FALSE(Test.TestRunning);
+}
+
+TEST_F(PhotometryRun, ARestartedInstrumentAsksForANewBlank) {
+  Blank();
+  Peer.NextText("ge 10", "Spectrophotometer 1.0\r\nready\r\n>");
+  EXPECT_FALSE(Test.mmuStartTest());
+  EXPECT_EQ(Boxes.Ids, (std::vector<int>{972}));
+  EXPECT_FALSE(Test.mmuStartTest());
+  EXPECT_EQ(Boxes.Ids, (std::vector<int>{972, 971}));
+}
+
+TEST_F(PhotometryRun, ABlankOfAnotherGainCountsAsMissing) {
+  Blank();
+  Peer.Lines["rezero"] = {"50000", "4"};
+  ASSERT_TRUE(Link.Live.mmuRezeroEnergy());
+  EXPECT_FALSE(Test.mmuStartTest());
+  EXPECT_EQ(Boxes.Ids, (std::vector<int>{971}));
+}
+
+/// A message loop in which a person presses a command at every yield.
+class ImpatientLoop : public MessageLoop {
+ public:
+  void RunOnce() override {
+    if (OnYield) OnYield();
+  }
+  void RunUntil(const Clock&, std::int64_t) override { RunOnce(); }
+  std::function<void()> OnYield;
+};
+
+TEST_F(PhotometryRun, TwoQuickStartsTakeOneMeasurement) {
+  ImpatientLoop impatient;
+  SCI sci(Ports, Time, impatient, Turn);
+  Interface instrument(sci, Link.State, Settings);
+  LiveReading live(sci, instrument, Link.State, Link.Formats, Display);
+  PhotometryTest test({instrument, Link.State, live, Display, Boxes, Link.Formats}, Document);
+  int number = 1;
+  ASSERT_TRUE(sci.OpenPort(number));
+  test.mmuOperationRezero();
+  Peer.Commands.clear();
+  impatient.OnYield = [&test, &live] {
+    EXPECT_FALSE(test.mmuStartTest());
+    test.mmuOperationRezero();
+    live.SampleTimerTick();
+  };
+  EXPECT_TRUE(test.mmuStartTest());
+  EXPECT_EQ(Document.RecordCount(), 1);
+  EXPECT_EQ(std::count(Peer.Commands.begin(), Peer.Commands.end(), "ge 10"), 1)
+      << "not even a live reading comes between";
+  EXPECT_TRUE(Boxes.Ids.empty());
+}
+
+}  // namespace
+}  // namespace spectrane::testing_link

@@ -4,28 +4,34 @@
 #include "cli/batch.h"
 
 #ifdef _WIN32
+// clang-format off: the second header needs the first.
+#include <shellapi.h>
+#include <windows.h>
+// clang-format on
+
 #include <string>
 #include <vector>
 
 #include "base/utf8path.h"
-
-int wmain(int argc, wchar_t** argv) {
-  std::setlocale(LC_ALL, "C");
-  std::vector<std::string> texts;
-  for (int i = 0; i < argc; ++i) texts.push_back(spectrane::Utf8FromPath(argv[i]));
-  std::vector<const char*> arguments;
-  for (const std::string& text : texts) arguments.push_back(text.c_str());
-  return spectrane::RunBatch(argc, arguments.data(), std::cin, std::cout, std::cerr);
-}
-
 #else
 #include <csignal>
+#endif
 
 int main(int argc, char** argv) {
   std::setlocale(LC_ALL, "C");
+#ifdef _WIN32
+  // The narrow arguments have lost what the code page of the system cannot hold.
+  static_cast<void>(argv);
+  wchar_t** const wide = CommandLineToArgvW(GetCommandLineW(), &argc);
+  std::vector<std::string> texts;
+  for (int i = 0; i < argc; ++i) texts.push_back(spectrane::Utf8FromPath(wide[i]));
+  LocalFree(wide);
+  std::vector<const char*> arguments;
+  for (const std::string& text : texts) arguments.push_back(text.c_str());
+  return spectrane::RunBatch(argc, arguments.data(), std::cin, std::cout, std::cerr);
+#else
   // A file that grows beyond the limit of its size is a failed write, not the end of the program.
   std::signal(SIGXFSZ, SIG_IGN);
   return spectrane::RunBatch(argc, argv, std::cin, std::cout, std::cerr);
-}
-
 #endif
+}

@@ -83,14 +83,17 @@ bool SameName(std::string_view a, std::string_view b) {
 IniText::IniText(std::string raw) : raw_(std::move(raw)), lineBreak_(kPlatformLineBreak) {
   const std::string_view text = raw_;
   std::size_t begin = text.substr(0, kByteOrderMark.size()) == kByteOrderMark ? kByteOrderMark.size() : 0;
-  bool first = true;
+  std::size_t feed = text.find('\n', begin);
+  std::size_t carriage = text.find('\r', begin);
+  const std::size_t firstBreak = std::min(feed, carriage);
+  if (firstBreak != std::string_view::npos) {
+    lineBreak_ = text.substr(firstBreak, text.substr(firstBreak, 2) == "\r\n" ? 2 : 1);
+  }
   while (begin < text.size()) {
-    std::size_t end = begin;
-    while (end < text.size() && !IsLineBreak(text[end])) ++end;
-    std::size_t next = std::min(end + 1, text.size());
-    if (text.substr(end, 2) == "\r\n") ++next;
-    if (first && next > end) lineBreak_ = text.substr(end, next - end);
-    first = false;
+    if (feed < begin) feed = text.find('\n', begin);
+    if (carriage < begin) carriage = text.find('\r', begin);
+    const std::size_t end = std::min({feed, carriage, text.size()});
+    const std::size_t next = std::min(end + (end == carriage && carriage + 1 == feed ? 2 : 1), text.size());
     ReadLine(begin, end, next);
     begin = next;
   }

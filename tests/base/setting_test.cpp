@@ -224,13 +224,17 @@ TEST_P(NoSettingsFileTest, IsLeftAlone) {
   EXPECT_EQ(ReadBytes(path), "[B]\nl=1\n[A]\nk=2\nm=3\n");
 }
 
+/// Plain text in two bytes a character.
+std::string Widened(const std::string& text, bool highByteFirst) {
+  std::string result;
+  for (const char c : text) result += highByteFirst ? std::string{'\0', c} : std::string{c, '\0'};
+  return result;
+}
+
 const FaultRow kFaultRows[] = {
-    {"Utf16LittleEndian", std::string("\xFF\xFE[\0A\0]\0\n\0k\0=\0"
-                                      "1\0",
-                                      18)},
-    {"Utf16BigEndian", std::string("\xFE\xFF\0[\0A\0]\0\n\0k\0=\0"
-                                   "1",
-                                   18)},
+    {"Utf16LittleEndian", "\xFF\xFE" + Widened("[A]\nk=1\n", false)},
+    {"Utf16BigEndian", "\xFE\xFF" + Widened("[A]\nk=1\n", true)},
+    {"Utf16WithoutMark", Widened("[A]\nk=1\n", false)},
     {"Utf16WithoutNul", "\xFF\xFE\x2E\x4E\x2E\x4E"},
     {"Nul", std::string("[A]\nk=1\n\0", 9)},
     {"Oversized", "[A]\nk=1\n" + std::string((16U << 20), ';')},

@@ -40,6 +40,10 @@ void LineDriver::Unplug() {
   reopen_.stop();
   if (!Plugged()) return;
   transport_.HangUp();
+  ForgetAll();
+}
+
+void LineDriver::ForgetAll() {
   timer_.stop();
   due_.clear();
   input_.clear();
@@ -48,16 +52,13 @@ void LineDriver::Unplug() {
 }
 
 void LineDriver::Broken() {
-  timer_.stop();
-  due_.clear();
-  input_.clear();
-  line_.ForgetInput();
-  emit LineBroken();
+  ForgetAll();
   if (reopenSeconds_ >= 0.0) reopen_.start(static_cast<int>(std::lround(reopenSeconds_ * 1000.0)));
 }
 
 void LineDriver::Play(const Deliveries& pieces) {
   due_.clear();
+  input_.clear();
   Enqueue(pieces);
   Step();
 }

@@ -27,7 +27,7 @@ class LineDriver : public QObject {
 
   /// Joins the line; the result says why that failed.
   std::optional<std::string> Plug();
-  /// Breaks the line; what was still to be sent is lost.
+  /// Breaks the line; what was still to be sent is lost, and a running command ends.
   void Unplug();
   bool Plugged() const { return transport_.IsOpen(); }
   /// Drops what is under way and sends these pieces instead.
@@ -48,6 +48,8 @@ class LineDriver : public QObject {
   void Feed();
   void Enqueue(const Deliveries& pieces);
   void Step();
+  void ForgetAll();
+  /// The line broke without the operator's doing.
   void Broken();
   qint64 NowUs() const { return elapsed_.nsecsElapsed() / 1000; }
 

@@ -102,6 +102,7 @@ bool PtyTransport::PlaceLink(QString& reason) {
     reason = link_ + QStringLiteral(": exists and is no symbolic link");
     return false;
   }
+  fs::remove(temporary, error);
   fs::create_symlink(slaveName_.toStdString(), temporary, error);
   if (!error) fs::rename(temporary, link, error);
   if (!error) return true;

@@ -41,11 +41,13 @@ SimulatorProgram::SimulatorProgram(const ProgramOptions& options)
            }}),
       control_(console_) {
   connect(&driver_, &LineDriver::LineJoined, this, [this](const QString& name) {
-    Say("ready " + name.toStdString() + "\n");
+    // Nobody may be reading any more: only what is new is told again.
+    if (interactive_ || name != announced_) Say("ready " + name.toStdString() + "\n");
+    announced_ = name;
     if (logging_) log_.Remark(clock_.NowMs(), "line joined");
   });
   connect(&driver_, &LineDriver::LineBroken, this, [this] {
-    Say("broken\n");
+    if (interactive_) Say("broken\n");
     if (logging_) log_.Remark(clock_.NowMs(), "line broken");
   });
   connect(&control_, &ControlServer::QuitWanted, this, [] { QCoreApplication::quit(); });

@@ -63,6 +63,7 @@ class SimulatorProgram : public QObject {
   bool logging_ = false;
   StandardInput* input_ = nullptr;
   bool interactive_ = false;
+  QString announced_;
 };
 
 }  // namespace spectrane

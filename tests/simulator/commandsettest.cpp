@@ -143,7 +143,7 @@ TEST(CommandSet, EveryCommandEndsWithinTheProgramsTimeout) {
 
 TEST(SimulatedLine, SpeaksOverAPortInMemory) {
   ManualClock clock;
-  SimulatedLine line(Exact());
+  SimulatedLine line({.Instant = true, .Noise = 0.0});
   MemoryPort port(clock, line);
   ASSERT_TRUE(port.Open("anything"));
   ASSERT_TRUE(port.Write("getwl\r", 100));

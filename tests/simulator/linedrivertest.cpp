@@ -114,6 +114,34 @@ TEST_F(LineDriverTest, UnplugLosesWhatWasStillToCome) {
   EXPECT_TRUE(WaitForBytes("connect\r\ngetwl\r\n546.0\r\n>"));
 }
 
+TEST_F(LineDriverTest, BrokenLineEndsTheRunningCommand) {
+  Begin(1.0);
+  for (const bool pulled : {false, true}) {
+    wire_.All.clear();
+    emit wire_.Received("adjustwl\r");
+    wire_.HangUp();
+    if (pulled) {
+      ASSERT_FALSE(driver_->Plug());
+      driver_->Unplug();
+    } else {
+      emit wire_.Lost();
+    }
+    ASSERT_FALSE(driver_->Plug());
+    emit wire_.Received("getwl\r");
+    EXPECT_TRUE(WaitForBytes("adjustwl\r\ngetwl\r\n546.0\r\n>")) << pulled;
+  }
+}
+
+TEST_F(LineDriverTest, PlayDropsWhatIsUnderWay) {
+  Begin(1.0);
+  emit wire_.Received("connect\rgetwl\r");
+  driver_->Play({{20, "banner>", false}});
+  ASSERT_TRUE(WaitForBytes("connect\r\nbanner>"));
+  emit wire_.Received("x\r");
+  EXPECT_FALSE(WaitFor([] { return false; }, 300)) << "time for the dropped answer to appear";
+  EXPECT_EQ(wire_.All.find("ok."), std::string::npos);
+}
+
 TEST_F(LineDriverTest, RefusedOpeningIsReported) {
   line_ = std::make_unique<SimulatedLine>(Fast(1.0));
   driver_ = std::make_unique<LineDriver>(*line_, clock_, wire_, false, -1.0);

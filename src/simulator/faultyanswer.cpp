@@ -9,6 +9,8 @@ namespace spectrane {
 namespace {
 
 constexpr std::string_view LineEnd = "\r\n";
+// A hang-up throws away what the program has not read yet; the bytes before it are given the time to arrive.
+constexpr int HangUpAfterMs = 20;
 constexpr int WireBytesPerSecond = 11520;  // 115200 baud, ten bits a byte
 
 /// Bytes that are neither text nor prompt.
@@ -127,7 +129,7 @@ Deliveries Shortened(Deliveries pieces, const Fault& fault, const FaultSurroundi
       return pieces;
     case FaultKind::HangUp:
       TakeFrom(pieces, Place(fault, 0, length, description));
-      pieces.push_back({0, {}, true});
+      pieces.push_back({HangUpAfterMs, {}, true});
       return pieces;
     case FaultKind::NoPrompt:
       TakeFrom(pieces, length - 1);

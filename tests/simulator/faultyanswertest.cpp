@@ -217,6 +217,7 @@ TEST(FaultyLine, HangUpClosesThePortInMemoryAndTheNextConnectionWorks) {
   port.Open("x");
   port.Write("getwl\rgetd2\r", 100);
   EXPECT_EQ(port.Read(1000), "getw");
+  EXPECT_EQ(port.Read(1000), "");
   EXPECT_FALSE(port.IsOpen());
   port.Open("x");
   port.Write("getwl\r", 100);

@@ -10,6 +10,7 @@
 #include "base/version.h"
 #include "cli/command.h"
 #include "cli/filecommands.h"
+#include "cli/instrumentcommands.h"
 #include "cli/numbercommands.h"
 
 namespace spectrane {
@@ -21,6 +22,7 @@ constexpr const char* kProgram = "spectrane-cli";
 constexpr AddCommands kCommandGroups[] = {
     AddNumberCommands,
     AddFileCommands,
+    AddInstrumentCommands,
 };
 
 /// The arguments, last one first, as the reader takes them.
@@ -43,7 +45,8 @@ int Refuse(std::ostream& err, const std::string& line) {
 int RunChosen(BatchContext& context, std::ostream& out) {
   try {
     context.Chosen(context);
-    out << context.Result << std::endl;
+    if (!context.Result.empty() && context.Result.back() != '\n') context.Result += '\n';
+    out << context.Result << std::flush;
   } catch (const Refusal& refusal) {
     return Refuse(context.Err, refusal.what());
   } catch (const std::bad_alloc&) {
@@ -51,13 +54,13 @@ int RunChosen(BatchContext& context, std::ostream& out) {
   } catch (const std::exception& fault) {
     return Refuse(context.Err, std::string(kProgram) + ": " + fault.what());
   }
-  return out ? kBatchDone : Refuse(context.Err, "standard output: cannot be written");
+  return out ? context.Status : Refuse(context.Err, "standard output: cannot be written");
 }
 
 }  // namespace
 
 int RunBatch(int argc, const char* const* argv, std::istream& in, std::ostream& out, std::ostream& err) {
-  BatchContext context{in, err, {}, {}};
+  BatchContext context{in, err, {}, kBatchDone, {}};
   CLI::App root("Files, numbers and instrument of Spectrane without its windows. Results are JSON.",
                 kProgram);
   root.set_version_flag("--version", std::string(kProgram) + " " + VersionText());

@@ -11,9 +11,11 @@
 
 namespace spectrane {
 
-/// Ends a command with exit status 1 and one line on standard error: the last part of `path`, and why.
+/// Ends a command with exit status 1 and one line on standard error: the last part of `path`, and why; or, where no
+/// file is to blame, these words.
 class Refusal : public std::runtime_error {
  public:
+  explicit Refusal(const std::string& words);
   Refusal(const std::string& path, const std::string& reason);
   Refusal(const std::string& path, const FileFault& fault);
 };
@@ -22,8 +24,10 @@ class Refusal : public std::runtime_error {
 struct BatchContext {
   std::istream& In;
   std::ostream& Err;
-  /// The JSON document of the command; goes to standard output, with a line end, when the command is done.
+  /// The JSON document of the command; goes to standard output when the command is done.
   std::string Result;
+  /// The exit status when the command ends without a Refusal.
+  int Status = 0;
   /// The command that was chosen; set through RunsAs().
   std::function<void(BatchContext&)> Chosen;
 };

@@ -39,6 +39,8 @@ std::string DamageWords(const FileFault& fault) {
 
 }  // namespace
 
+Refusal::Refusal(const std::string& words) : std::runtime_error(OneLine(words)) {}
+
 Refusal::Refusal(const std::string& path, const std::string& reason)
     : std::runtime_error(OneLine(LastPart(path) + ": " + reason)) {}
 

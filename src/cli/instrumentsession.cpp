@@ -1,5 +1,10 @@
 #include "cli/instrumentsession.h"
 
+#include <QCoreApplication>
+#include <QLocale>
+#include <clocale>
+
+#include "base/applicationfolder.h"
 #include "base/brand.h"
 #include "base/language.h"
 #include "base/windowsettings.h"
@@ -10,10 +15,26 @@ namespace {
 constexpr int kCommunicationError = 1096;
 constexpr const char* kIncomplete = "the answer is incomplete";
 
+/// Serial ports need an application object. The locale it would set stays out of the process, and its remarks on the
+/// environment stay out of the one line that a refusal prints.
+std::unique_ptr<QCoreApplication> MakeApplication() {
+  if (QCoreApplication::instance()) return nullptr;
+  static int count = 1;
+  static char name[] = "spectrane-cli";
+  static char* arguments[] = {name, nullptr};
+  qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
+  auto application = std::make_unique<QCoreApplication>(count, arguments);
+  std::setlocale(LC_ALL, "C");
+  QLocale::setDefault(QLocale::c());
+  return application;
+}
+
 }  // namespace
 
-InstrumentSession::InstrumentSession(const std::string& folder)
-    : turn_(MakeNamedExclusion("ex_sim_sci")), settings_(folder) {
+InstrumentSession::InstrumentSession()
+    : application_(MakeApplication()),
+      turn_(MakeNamedExclusion("ex_sim_sci")),
+      settings_(ApplicationFolder(QCoreApplication::applicationDirPath().toStdString())) {
   link_ = std::make_unique<InstrumentLink>(
       LinkSurroundings{ports_, time_, loop_, *turn_, settings_, *this, *this, BuildBrand()});
   // Read only: a batch command leaves the defaults of the windows to the windows.
@@ -24,6 +45,8 @@ InstrumentSession::InstrumentSession(const std::string& folder)
   }
   link_->Apply(stored);
 }
+
+InstrumentSession::~InstrumentSession() = default;
 
 void InstrumentSession::Show(int textId, const std::string& details) {
   messageId_ = textId;

@@ -11,14 +11,17 @@
 #include "link/messageloop.h"
 #include "link/portlist.h"
 
+class QCoreApplication;
+
 namespace spectrane {
 
 /// The link on the machine's own ports, without a window: what a main window would show is kept, what a
 /// message box would say is kept for the one line that a failing command prints.
 class InstrumentSession : private MainDisplay, private Messages {
  public:
-  /// `folder` is the application folder; its settings are read here.
-  explicit InstrumentSession(const std::string& folder);
+  /// Reads the settings of the application folder. Brings an application object up when the process has none.
+  InstrumentSession();
+  ~InstrumentSession();
 
   InstrumentLink& Link() { return *link_; }
 
@@ -43,6 +46,7 @@ class InstrumentSession : private MainDisplay, private Messages {
   void UpdateCommands() override {}
   void Show(int textId, const std::string& details) override;
 
+  std::unique_ptr<QCoreApplication> application_;
   SteadyClock time_;
   QtMessageLoop loop_;
   std::unique_ptr<Exclusion> turn_;

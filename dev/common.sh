@@ -6,7 +6,7 @@ jobs=$(nproc 2>/dev/null || echo 2)
 build() {
   local preset=$1
   shift
-  cmake --preset "$preset" >/tmp/spectrane-configure.$$ 2>&1 || { cat /tmp/spectrane-configure.$$; return 1; }
+  cmake --preset "$preset" >/tmp/spectrane-configure.$$ 2>&1 || { cat /tmp/spectrane-configure.$$ >&2; return 1; }
   rm -f /tmp/spectrane-configure.$$
   cmake --build --preset "$preset" -j "$jobs" ${1:+--target "$@"}
 }

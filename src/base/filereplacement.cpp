@@ -138,7 +138,8 @@ bool TakeOverMode(int file, const struct stat& old) {
                       ::fchown(file, static_cast<uid_t>(-1), old.st_gid) == 0;
     static_cast<void>(kept);
   }
-  return ::fchmod(file, old.st_mode & 0777) == 0;
+  // Not every file system knows permission bits; where nothing differs nothing is asked of it.
+  return ((own.st_mode ^ old.st_mode) & 0777) == 0 || ::fchmod(file, old.st_mode & 0777) == 0;
 }
 
 /// Brings the temporary file to the disk and renames it. False: `reason` says why.

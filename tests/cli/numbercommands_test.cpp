@@ -157,8 +157,7 @@ TEST(BatchProgram, AnswersOnItsStreams) {
 
 TEST(BatchProgram, AnswersWithAPointInEveryLocale) {
   for (const char* locale : {"LC_ALL=C", "LC_ALL=de_DE.UTF-8", "LC_ALL=tr_TR.UTF-8", "LC_ALL=nonsense"}) {
-    EXPECT_EQ(Program("format 1.5 0.00 2>&1", locale).Out, "{\"text\":\"1.50\"}
-") << locale;
+    EXPECT_EQ(Program("format 1.5 0.00 2>&1", locale).Out, "{\"text\":\"1.50\"}\n") << locale;
   }
 }
 

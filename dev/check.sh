@@ -41,22 +41,24 @@ strings=$(grep -nE '\b(SIGNAL|SLOT)\(' "${sources[@]}" || true)
 [ -z "$strings" ] || fail "String connects:
 $strings"
 
-# Headers stand alone.
+# Headers stand alone: each is the only include of a file, compiled as the simulator's sources are (the widest set).
 if [ -f build/dev/compile_commands.json ]; then
-  flags=$(grep -m1 -A1 'src/link/sci.cpp' build/dev/compile_commands.json >/dev/null && \
-    grep -oE '"command": "[^"]*sci\.cpp[^"]*' build/dev/compile_commands.json | head -1 | grep -oE -- '(-I|-isystem )[^ ]+|-D[A-Z_0-9]+(=[^ ]+)?' | grep -v VERSION= | tr '\n' ' ')
-  printf '%s\n' "${sources[@]}" | grep '^src/.*\.h$' | xargs -P "$jobs" -I{} sh -c \
-    "g++ -std=c++20 -fPIC -fsyntax-only -x c++ -DSPECTRANE_VERSION='\"0\"' $flags -Isrc {} 2>/tmp/spectrane-header.\$\$ || { echo 'Header does not stand alone: {}'; head -3 /tmp/spectrane-header.\$\$; }; rm -f /tmp/spectrane-header.\$\$" \
-    >/tmp/spectrane-headers.$$
-  [ ! -s /tmp/spectrane-headers.$$ ] || fail "$(cat /tmp/spectrane-headers.$$)"
-  rm -f /tmp/spectrane-headers.$$
+  flags=$(grep '"command".*simulatorprogram\.cpp\.o' build/dev/compile_commands.json | head -1 |
+    grep -oE -- '(-I|-isystem )[^ ]+|-DQT[A-Z_0-9]+' | tr '\n' ' ')
+  lone=build/dev/lone-headers
+  rm -rf "$lone" && mkdir -p "$lone"
+  launcher=$(command -v ccache || true)
+  printf '%s\n' "${sources[@]}" | grep '^src/.*\.h$' | xargs -P "$jobs" -I{} bash -c \
+    'name=$(echo "{}" | tr / _); echo "#include \"${1#src/}\"" >"$0/$name.cpp"
+     '"$launcher"' g++ -std=c++20 -fPIC -c -o "$0/$name.o" -DSPECTRANE_VERSION="\"0\"" -DSPECTRANE_BRAND_NUMBER=9 '"$flags"' -Isrc "$0/$name.cpp" 2>"$0/$name.err" ||
+       { echo "Header does not stand alone: $1"; grep -m2 error "$0/$name.err"; }' "$lone" {} >"$lone/result"
+  [ ! -s "$lone/result" ] || fail "$(cat "$lone/result")"
 fi
 
+# clang-tidy, remembered by the content of the file with all that it includes.
 if [ "${1:-}" != --fast ] && [ -f build/dev/compile_commands.json ]; then
-  printf '%s\n' "${sources[@]}" | grep '^src/.*\.cpp$' |
-    xargs -P "$jobs" -n 4 clang-tidy -p build/dev --quiet >/tmp/spectrane-tidy.$$ 2>/tmp/spectrane-tidy-err.$$ || \
-    fail "$(grep -E 'error:|warning:' /tmp/spectrane-tidy.$$ | sort -u; grep -E '^error' /tmp/spectrane-tidy-err.$$)"
-  rm -f /tmp/spectrane-tidy.$$ /tmp/spectrane-tidy-err.$$
+  tidied=$(printf '%s\n' "${sources[@]}" | grep '^src/.*\.cpp$' | xargs -P "$jobs" -n 1 ./dev/tidy-file.sh) || status=1
+  [ -z "$tidied" ] || fail "$tidied"
 fi
 
 [ "$status" -eq 0 ] && echo "All rules hold."

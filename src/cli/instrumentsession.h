@@ -21,7 +21,7 @@ class InstrumentSession : private MainDisplay, private Messages {
  public:
   /// Reads the settings of the application folder. Brings an application object up when the process has none.
   InstrumentSession();
-  ~InstrumentSession();
+  ~InstrumentSession() override;
 
   InstrumentLink& Link() { return *link_; }
 

@@ -36,7 +36,7 @@ class MeasureRun {
   std::optional<std::string> Run() {
     Connection& connection = session_.Link().Connect;
     if (!connection.mmuOperationConnect()) return session_.FailureWords();
-    const std::optional<std::string> problem = BlankAndSamples();
+    std::optional<std::string> problem = BlankAndSamples();
     connection.ReleaseConnection();
     return problem;
   }

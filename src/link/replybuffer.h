@@ -11,7 +11,7 @@ namespace spectrane {
 /// beyond makes the reply one that never becomes whole.
 class ReplyBuffer {
  public:
-  static constexpr std::size_t kLimit = 64 * 1024;
+  static constexpr std::size_t kLimit = 65536;
   static constexpr char kPrompt = '>';
 
   /// Adds a piece; an empty piece changes nothing.

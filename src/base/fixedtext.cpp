@@ -1,5 +1,6 @@
 #include "base/fixedtext.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 
@@ -71,10 +72,17 @@ bool IsAscii(std::string_view bytes) {
   return all < 0x80;
 }
 
-/// Length without the blanks at the right. Fields are mostly blank, so eight bytes are looked at together.
+/// Length without the blanks at the right. Fields are mostly blank, so 32 bytes are looked at together.
 std::size_t TrimmedLength(std::string_view bytes) {
+  constexpr std::uint64_t kBlanks = 0x2020202020202020;
   std::size_t length = bytes.size();
-  while (length >= 8 && std::memcmp(bytes.data() + length - 8, "        ", 8) == 0) length -= 8;
+  for (; length >= 32; length -= 32) {
+    std::uint64_t words[4];
+    std::memcpy(words, bytes.data() + length - sizeof words, sizeof words);
+    const std::uint64_t other =
+        (words[0] ^ kBlanks) | (words[1] ^ kBlanks) | (words[2] ^ kBlanks) | (words[3] ^ kBlanks);
+    if (other != 0) break;
+  }
   while (length > 0 && bytes[length - 1] == ' ') --length;
   return length;
 }
@@ -95,7 +103,6 @@ std::string ToSingleByte(std::string_view utf8, bool* lost) {
 }
 
 std::string FromSingleByte(std::string_view bytes) {
-  if (IsAscii(bytes)) return std::string(bytes);
   std::string text;
   text.reserve(bytes.size());
   for (const char c : bytes) {
@@ -116,13 +123,36 @@ std::string FromSingleByte(std::string_view bytes) {
 }
 
 std::string PadField(std::string_view utf8, std::size_t width, bool* lost) {
-  std::string field = ToSingleByte(utf8, lost);
-  field.resize(width, ' ');
+  std::string field(width, ' ');
+  WriteField(utf8, field.data(), width, lost);
   return field;
 }
 
 std::string TrimField(std::string_view bytes) {
-  return FromSingleByte(bytes.substr(0, TrimmedLength(bytes)));
+  std::string text;
+  ReadField(bytes, text);
+  return text;
+}
+
+void WriteField(std::string_view utf8, char* field, std::size_t width, bool* lost) {
+  // Most texts are plain and need no single-byte copy on the way.
+  std::string converted;
+  if (!IsAscii(utf8)) {
+    converted = ToSingleByte(utf8, lost);
+    utf8 = converted;
+  }
+  const std::size_t used = std::min(utf8.size(), width);
+  std::memcpy(field, utf8.data(), used);
+  std::memset(field + used, ' ', width - used);
+}
+
+void ReadField(std::string_view bytes, std::string& text) {
+  bytes = bytes.substr(0, TrimmedLength(bytes));
+  if (IsAscii(bytes)) {
+    text.assign(bytes);
+  } else {
+    text = FromSingleByte(bytes);
+  }
 }
 
 }  // namespace spectrane

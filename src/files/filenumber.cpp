@@ -21,7 +21,7 @@ namespace {
 namespace fs = std::filesystem;
 
 /// Bytes read ahead or gathered before they are written. One system call a block.
-constexpr std::size_t kBlock = 131072;
+constexpr std::size_t kBlock = 262144;
 static_assert(kBlock >= kLargestPiece);
 
 FileFault PlatformFault(int code) {

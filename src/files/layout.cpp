@@ -1,7 +1,6 @@
 #include "files/layout.h"
 
 #include <bit>
-#include <cstring>
 
 #include "base/fixedtext.h"
 
@@ -22,23 +21,6 @@ Unsigned Load(const unsigned char* bytes) {
   return value;
 }
 
-bool IsAscii(const std::string& text) {
-  unsigned char all = 0;
-  for (const char c : text) all = static_cast<unsigned char>(all | static_cast<unsigned char>(c));
-  return all < 0x80;
-}
-
-void StoreText(unsigned char* bytes, std::size_t width, const std::string& text, bool& lost) {
-  // Most texts are short and plain; they need no field of their own on the way.
-  if (text.size() <= width && IsAscii(text)) {
-    std::memcpy(bytes, text.data(), text.size());
-    std::memset(bytes + text.size(), ' ', width - text.size());
-    return;
-  }
-  const std::string field = PadField(text, width, &lost);
-  std::memcpy(bytes, field.data(), width);
-}
-
 void StoreElement(const LayoutField& field, const void* element, unsigned char* bytes, bool& lost) {
   switch (field.Type) {
     case FieldType::Long:
@@ -54,7 +36,8 @@ void StoreElement(const LayoutField& field, const void* element, unsigned char* 
       Store(bytes, static_cast<std::uint16_t>(*static_cast<const bool*>(element) ? 0xFFFF : 0));
       break;
     case FieldType::Text:
-      StoreText(bytes, field.ElementWidth(), *static_cast<const std::string*>(element), lost);
+      WriteField(*static_cast<const std::string*>(element), reinterpret_cast<char*>(bytes),
+                 field.ElementWidth, &lost);
       break;
   }
 }
@@ -74,8 +57,8 @@ void LoadElement(const LayoutField& field, const unsigned char* bytes, void* ele
       *static_cast<bool*>(element) = Load<std::uint16_t>(bytes) != 0;
       break;
     case FieldType::Text:
-      *static_cast<std::string*>(element) =
-          TrimField({reinterpret_cast<const char*>(bytes), field.ElementWidth()});
+      ReadField({reinterpret_cast<const char*>(bytes), field.ElementWidth},
+                *static_cast<std::string*>(element));
       break;
   }
 }
@@ -84,8 +67,8 @@ void LoadElement(const LayoutField& field, const unsigned char* bytes, void* ele
 
 void EncodeBlock(Layout layout, const void* object, unsigned char* block, bool& lost) {
   for (const LayoutField& field : layout) {
-    const std::size_t width = field.ElementWidth();
-    for (std::size_t i = 0; i < field.Count(); ++i) {
+    const std::size_t width = field.ElementWidth;
+    for (std::size_t i = 0; i < field.Count; ++i) {
       StoreElement(field, field.Element(object, i), block + field.Offset + i * width, lost);
     }
   }
@@ -93,8 +76,8 @@ void EncodeBlock(Layout layout, const void* object, unsigned char* block, bool& 
 
 void DecodeBlock(Layout layout, const unsigned char* block, void* object) {
   for (const LayoutField& field : layout) {
-    const std::size_t width = field.ElementWidth();
-    for (std::size_t i = 0; i < field.Count(); ++i) {
+    const std::size_t width = field.ElementWidth;
+    for (std::size_t i = 0; i < field.Count; ++i) {
       // The object came in writable; only the shared accessor is const.
       LoadElement(field, block + field.Offset + i * width, const_cast<void*>(field.Element(object, i)));
     }

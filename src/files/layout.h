@@ -27,18 +27,17 @@ struct LayoutField {
   const char* Name;
   /// From the start of the block [bytes].
   std::size_t Offset;
-  /// All elements together [bytes].
+  /// All elements together, and one of them [bytes].
   std::size_t Width;
+  std::size_t ElementWidth;
   FieldType Type;
   /// 0 for a single value, 1 for an array of `Rows`, 2 for `Rows` by `Columns`, row by row.
   int Dimensions;
   std::size_t Rows;
   std::size_t Columns;
+  std::size_t Count;
   /// Address of the element of that index, counted row by row, in an object of the block's structure.
   const void* (*Element)(const void* object, std::size_t index);
-
-  constexpr std::size_t Count() const { return Rows * Columns; }
-  constexpr std::size_t ElementWidth() const { return Width / Count(); }
 };
 
 /// The description of a block; its fields in the order of their offsets.
@@ -64,9 +63,9 @@ constexpr std::size_t FixedWidth(FieldType type) {
 constexpr bool LayoutHolds(Layout layout, std::size_t size) {
   std::size_t end = 0;
   for (const LayoutField& field : layout) {
-    if (field.Offset != end || field.Width == 0 || field.Width % field.Count() != 0) return false;
+    if (field.Offset != end || field.Width == 0 || field.Width % field.Count != 0) return false;
     const std::size_t fixed = FixedWidth(field.Type);
-    if (fixed != 0 && field.ElementWidth() != fixed) return false;
+    if (fixed != 0 && field.ElementWidth != fixed) return false;
     end += field.Width;
   }
   return end == size;
@@ -144,7 +143,9 @@ struct MemberOf<Member> : Shape<ValueT> {
 template <auto Member>
 constexpr LayoutField Field(const char* name, std::size_t offset, std::size_t width) {
   using M = layoutdetail::MemberOf<Member>;
-  return {name, offset, width, M::kType, M::kDimensions, M::kRows, M::kColumns, &M::Address};
+  constexpr std::size_t kCount = M::kRows * M::kColumns;
+  return {name,           offset,   width,       width / kCount, M::kType,
+          M::kDimensions, M::kRows, M::kColumns, kCount,         &M::Address};
 }
 
 }  // namespace spectrane

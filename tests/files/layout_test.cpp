@@ -129,7 +129,7 @@ TEST(Layout, TheShapeFollowsFromTheMember) {
   EXPECT_EQ(kSample[6].Dimensions, 2);
   EXPECT_EQ(kSample[6].Rows, 3u);
   EXPECT_EQ(kSample[6].Columns, 2u);
-  EXPECT_EQ(kSample[7].ElementWidth(), 3u);
+  EXPECT_EQ(kSample[7].ElementWidth, 3u);
 }
 
 TEST(Layout, ATableWithAFaultDoesNotHold) {

@@ -62,6 +62,7 @@ INSTANTIATE_TEST_SUITE_P(
                     ShapeCase{"argumentNoNumber", "swl abc", "swl abc\r\nInvalid Command.\r\n>"},
                     ShapeCase{"argumentNotWanted", "getwl 5", "getwl 5\r\nInvalid Command.\r\n>"},
                     ShapeCase{"countZero", "ge 0", "ge 0\r\nInvalid Command.\r\n>"},
+                    ShapeCase{"countNotWhole", "ge 2.5", "ge 2.5\r\nInvalid Command.\r\n>"},
                     ShapeCase{"countTooLarge", "ge 201", "ge 201\r\nInvalid Command.\r\n>"},
                     ShapeCase{"gainTooHigh", "sa 9", "sa 9\r\nInvalid Command.\r\n>"},
                     ShapeCase{"slitTooHigh", "setslip 6", "setslip 6\r\nInvalid Command.\r\n>"},

@@ -62,14 +62,18 @@ TEST(ExchangeLog, IsOnDiskLineByLine) {
   const std::string path = (folder / "log").string();
   ExchangeLog log;
   ASSERT_TRUE(log.Open(path));
+  const auto onDisk = [&] {
+    std::ifstream file(path);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(file, line);) lines.push_back(line);
+    return lines;
+  };
   log.Write({1, 5, "", "getd2", "getd2\r\n1\r\n>"});
+  ASSERT_EQ(onDisk().size(), 2U);
+  EXPECT_EQ(onDisk()[1], "1\t5\t-\t\"getd2\"\t\"getd2\\r\\n1\\r\\n>\"");
   log.Remark(6, "beam dye-1");
-  std::ifstream file(path);
-  std::vector<std::string> lines;
-  for (std::string line; std::getline(file, line);) lines.push_back(line);
-  ASSERT_EQ(lines.size(), 3U);
-  EXPECT_EQ(lines[1], "1\t5\t-\t\"getd2\"\t\"getd2\\r\\n1\\r\\n>\"");
-  EXPECT_EQ(lines[2], "# 6 beam dye-1");
+  ASSERT_EQ(onDisk().size(), 3U);
+  EXPECT_EQ(onDisk()[2], "# 6 beam dye-1");
   EXPECT_FALSE(ExchangeLog().Open((folder / "missing" / "log").string()));
   std::filesystem::remove_all(folder);
 }

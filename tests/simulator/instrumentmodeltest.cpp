@@ -264,6 +264,25 @@ TEST(NoiseOfReadings, GrowsAsShotNoiseAndWithItsFactor) {
   EXPECT_EQ(Variance(Readings(bench, 1)), 0.0);
 }
 
+TEST(NoiseOfReadings, HasNoTraceOfTheReadingBefore) {
+  SeededNoise noise(7);
+  constexpr int Count = 100'000;
+  double sum = 0.0;
+  double products = 0.0;
+  double fourth = 0.0;
+  double before = noise.Normal();
+  for (int i = 0; i < Count; ++i) {
+    const double value = noise.Normal();
+    sum += value;
+    products += value * before;
+    fourth += value * value * value * value;
+    before = value;
+  }
+  EXPECT_NEAR(sum / Count, 0.0, 0.02);
+  EXPECT_NEAR(products / Count, 0.0, 0.02);
+  EXPECT_NEAR(fourth / Count, 3.0, 0.2) << "fourth moment of the normal distribution";
+}
+
 TEST(NoiseOfReadings, LeavesTheMeanAlone) {
   InstrumentOptions options = Exact();
   Bench bench(options);

@@ -31,7 +31,7 @@ std::string AbsDisplay(double abs, const DisplayFormats& formats) {
 }
 
 std::string TransDisplay(double trans, const DisplayFormats& formats) {
-  const std::string text = Format(trans, formats.TransFormat) + "%T";
+  std::string text = Format(trans, formats.TransFormat) + "%T";
   const bool high = formats.IsHighPrecision();
   if (trans > (high ? 99.995 : 99.95)) return text;
   return (trans > (high ? 9.995 : 9.95) ? " " : "  ") + text;

@@ -11,8 +11,8 @@
 
 namespace spectrane {
 
-/// Ends a command with exit status 1 and one line on standard error: the last part of `path`, and why; or, where no
-/// file is to blame, these words.
+/// Ends a command with exit status 1 and one line on standard error: the last part of `path`, and why; or,
+/// where no file is to blame, these words.
 class Refusal : public std::runtime_error {
  public:
   explicit Refusal(const std::string& words);

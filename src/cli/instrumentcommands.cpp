@@ -70,7 +70,8 @@ void Send(const SendArguments& arguments, BatchContext& run) {
     throw Refusal(InstrumentSession::Words(kPortError, DescribeAttempts(link.Instrument.Attempts())));
   }
   const std::string command = ToSingleByte(arguments.Text);
-  const int timeout = arguments.TimeoutSeconds > 0 ? arguments.TimeoutSeconds : Interface::TimeoutFor(command);
+  const int timeout =
+      arguments.TimeoutSeconds > 0 ? arguments.TimeoutSeconds : Interface::TimeoutFor(command);
   std::string reply;
   const bool passed = link.Transport.Exchange(command, reply, timeout);
   const ExchangeEnd end = link.Transport.LastEnd();

@@ -1,8 +1,8 @@
 #include "cli/instrumentsession.h"
 
+#include <clocale>
 #include <QCoreApplication>
 #include <QLocale>
-#include <clocale>
 
 #include "base/applicationfolder.h"
 #include "base/brand.h"
@@ -15,8 +15,8 @@ namespace {
 constexpr int kCommunicationError = 1096;
 constexpr const char* kIncomplete = "the answer is incomplete";
 
-/// Serial ports need an application object. The locale it would set stays out of the process, and its remarks on the
-/// environment stay out of the one line that a refusal prints.
+/// Serial ports need an application object. The locale it would set stays out of the process, and its remarks
+/// on the environment stay out of the one line that a refusal prints.
 std::unique_ptr<QCoreApplication> MakeApplication() {
   if (QCoreApplication::instance()) return nullptr;
   static int count = 1;

@@ -12,7 +12,8 @@ inline constexpr std::int32_t kMostMeasurements = 100000;
 struct MeasureOrder {
   /// Test wavelength [nm]; held inside the instrument's range.
   double Wavelength = 546.0;
-  /// How often a measurement is started: one row each by hand, one row for each position in use with a sampler.
+  /// How often a measurement is started: one row each by hand, one row for each position in use with a
+  /// sampler.
   std::int32_t Count = 1;
   /// The .bas file to write.
   std::string Out;
@@ -22,8 +23,8 @@ struct MeasureOrder {
   bool Force = false;
 };
 
-/// Connects, takes the blank, measures, releases, writes the file and gives its rows. A run that fails or is stopped
-/// (Ctrl+C, end of input) saves the rows it has, says how many, and ends in a Refusal.
+/// Connects, takes the blank, measures, releases, writes the file and gives its rows. A run that fails or is
+/// stopped (Ctrl+C, end of input) saves the rows it has, says how many, and ends in a Refusal.
 void Measure(const MeasureOrder& order, BatchContext& run);
 
 }  // namespace spectrane

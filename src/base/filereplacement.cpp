@@ -186,8 +186,7 @@ bool WriteNewFile(const std::string& path, std::string_view bytes, std::string& 
     return false;
   };
   if (file == nullptr) return fault();
-  bool done = bytes.empty() || std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
-  done = std::fflush(file) == 0 && done;
+  const bool done = bytes.empty() || std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
   if (!done) fault();
   if (std::fclose(file) != 0 && done) return fault();
   return done;

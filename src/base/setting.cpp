@@ -176,16 +176,14 @@ void Setting::Read(const Stamp& stamp, std::string reason) {
   stamp_ = stamp;
   std::string bytes;
   if (stamp.Is == Stamp::Kind::Regular) {
-    reason =
-        stamp.Size > kMostBytes ? std::make_error_code(std::errc::file_too_large).message() : std::string();
-    if (reason.empty()) bytes = ReadWhole(path_, reason);
+    bytes = ReadWhole(path_, reason);
     if (reason.empty() && !IsText(bytes)) reason = "not a text file";
   }
   readProblem_ = reason.empty() ? std::string() : path_ + ": " + reason;
   text_ = IniText(reason.empty() ? std::move(bytes) : std::string());
 }
 
-/// The file's bytes; `reason` is set when they cannot be had.
+/// The file's bytes; `reason` is set when they cannot be had or are too many.
 std::string Setting::ReadWhole(const std::string& path, std::string& reason) {
 #ifdef _WIN32
   std::FILE* file = ::_wfopen(PathFromUtf8(path).c_str(), L"rb");

@@ -49,8 +49,8 @@ INSTANTIATE_TEST_SUITE_P(Rows, DateSerialTest, testing::ValuesIn(kRows), NameOfR
 
 TEST(DateSerial, OutsideTheYearsThereIsNoDate) {
   const double infinity = std::numeric_limits<double>::infinity();
-  for (const double serial : {-657435.0, 2958466.0, 2958465.9999999999, 1e300, -1e300, infinity, -infinity,
-                              std::numeric_limits<double>::quiet_NaN()}) {
+  for (const double serial : {-657435.0, 2958466.0, std::nextafter(2958466.0, 0.0), 1e300, -1e300, infinity,
+                              -infinity, std::numeric_limits<double>::quiet_NaN()}) {
     EXPECT_EQ(CivilFromSerial(serial), std::nullopt) << serial;
     EXPECT_EQ(DateTimeText(serial), "") << serial;
   }

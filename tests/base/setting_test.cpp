@@ -80,6 +80,15 @@ TEST_F(SettingTest, AChangeByAnotherProgramIsSeen) {
   EXPECT_EQ(settings_.GetSetting("A", "k"), "");
 }
 
+TEST_F(SettingTest, AFileOfTheSameSizeWrittenInPlaceIsSeen) {
+  Put("[A]\nk=1\n");
+  EXPECT_EQ(settings_.GetSetting("A", "k"), "1");
+  const auto time = fs::last_write_time(Ini());
+  Put("[A]\nk=2\n");
+  fs::last_write_time(Ini(), time + std::chrono::nanoseconds(1));
+  EXPECT_EQ(settings_.GetSetting("A", "k"), "2");
+}
+
 TEST_F(SettingTest, AReplacedFileOfTheSameSizeAndTimeIsSeen) {
   Put("[A]\nk=1\n");
   EXPECT_EQ(settings_.GetSetting("A", "k"), "1");

@@ -29,6 +29,10 @@ target_compile_definitions(
 if(SPECTRANE_SANITIZE)
   target_compile_options(spectrane_rules INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all)
   target_link_options(spectrane_rules INTERFACE -fsanitize=address,undefined)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # The instrumented standard library looks uninitialised to the compiler.
+    target_compile_options(spectrane_rules INTERFACE -Wno-maybe-uninitialized)
+  endif()
 endif()
 
 # One floor of the house: a static library that links only what it may use, so an include that runs upward does not link.

@@ -20,7 +20,7 @@ double TransFromEnergy(std::int32_t E, std::int32_t R, std::int32_t D) {
 double AbsFromTrans(double T) {
   const double t = T / 100.0;
   if (!(t > 0.0)) return 3.0;
-  const double A = -std::log(t) / std::log(10.0);
+  const double A = 0.0 - std::log(t) / std::log(10.0);  // no light lost is 0, not -0
   if (A > 3.0) return 3.0;
   if (A < -0.5) return -0.5;
   return A;

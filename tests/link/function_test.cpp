@@ -39,6 +39,11 @@ TEST(Function, TransAndAbsOfEnergies) {
   }
 }
 
+TEST(Function, AbsOfTheReferenceItselfHasNoSign) {
+  EXPECT_FALSE(std::signbit(AbsFromEnergy(50000, 50000, 100)));
+  EXPECT_FALSE(std::signbit(AbsFromTrans(100.0)));
+}
+
 TEST(Function, SmallNegativeTransIsNotHeld) {
   EXPECT_DOUBLE_EQ(TransFromEnergy(95, 1100, 100), -0.5);
 }

@@ -6,8 +6,8 @@ source "$(dirname "$0")/common.sh"
 
 ./dev/install.sh
 echo "Building ..."
-build release spectrane-cli spectrane-simulator >/dev/null
-bin=build/release/bin
+build dev spectrane-cli spectrane-simulator >/dev/null
+bin=build/dev/bin
 samples=(dye-2 dye-4 dye-6)
 
 scratch=$(mktemp -d)

@@ -30,7 +30,7 @@ TEST_P(BatchAnswer, IsOneJsonDocument) {
 INSTANTIATE_TEST_SUITE_P(
     Energy, BatchAnswer,
     testing::Values(
-        AnswerRow{"Full", {"energy", "20000", "20000", "100"}, R"({"Trans":100.0,"Abs":-0.0})"},
+        AnswerRow{"Full", {"energy", "20000", "20000", "100"}, R"({"Trans":100.0,"Abs":0.0})"},
         AnswerRow{"Half", {"energy", "50", "100", "0"}, R"({"Trans":50.0,"Abs":0.30102999566398114})"},
         AnswerRow{"Dark", {"energy", "100", "20000", "100"}, R"({"Trans":0.0,"Abs":3.0})"},
         AnswerRow{"BelowDark", {"energy", "-5000", "20000", "100"}, R"({"Trans":-1.0,"Abs":3.0})"},

@@ -57,6 +57,9 @@ fi
 
 # clang-tidy, remembered by the content of the file with all that it includes.
 if [ "${1:-}" != --fast ] && [ -f build/dev/compile_commands.json ]; then
+  # Without the precompiled headers, which are those of another compiler.
+  mkdir -p build/dev/tidy
+  sed -E 's/ -Winvalid-pch| -include [^ ]*cmake_pch\.hxx//g' build/dev/compile_commands.json >build/dev/tidy/compile_commands.json
   tidied=$(printf '%s\n' "${sources[@]}" | grep '^src/.*\.cpp$' | xargs -P "$jobs" -n 1 ./dev/tidy-file.sh) || status=1
   [ -z "$tidied" ] || fail "$tidied"
 fi

@@ -1,6 +1,7 @@
 #include "cli/instrumentcommands.h"
 
 #include <algorithm>
+#include <cmath>
 #include <memory>
 
 #include "base/fixedtext.h"
@@ -88,8 +89,9 @@ std::string CheckOneLine(const std::string& text) {
 
 std::string CheckFrom(const std::string& text, std::int32_t lowest, std::int32_t highest) {
   const auto value = ParseNumber(PlainArgument(text));
-  if (!value || (*value >= lowest && *value <= highest)) return {};  // another check tells what is no number
-  return "not from " + std::to_string(lowest) + " to " + std::to_string(highest);
+  if (!value || (*value >= lowest && *value <= highest && *value == std::floor(*value)))
+    return {};  // another check tells what is no number
+  return "not a whole number from " + std::to_string(lowest) + " to " + std::to_string(highest);
 }
 
 void AddSend(CLI::App* group, BatchContext& context) {
@@ -110,7 +112,9 @@ void AddMeasure(CLI::App* group, BatchContext& context) {
   AddLong(command, "--count", order->Count, "How many samples")
       ->required()
       ->check([](const std::string& text) { return CheckFrom(text, 1, kMostMeasurements); });
-  AddText(command, "--out", order->Out, "The .bas file to write")->required();
+  AddText(command, "--out", order->Out, "The .bas file to write")
+      ->required()
+      ->check([](const std::string& text) { return text.empty() ? "the path is empty" : ""; });
   command->add_flag("--yes", order->Yes, "No waiting for Enter before the blank and the samples");
   command->add_flag("--force", order->Force, "Replace an existing file");
   RunsAs(command, context, [order](BatchContext& run) { Measure(*order, run); });

@@ -1,8 +1,9 @@
 #include "cli/measurecommand.h"
 
 #include <filesystem>
+#include <iostream>
 #include <optional>
-#include <ostream>
+#include <system_error>
 
 #include "base/language.h"
 #include "base/utf8path.h"
@@ -20,6 +21,7 @@ constexpr int kBlankWanted = 971;
 constexpr int kSampleWanted = 978;
 constexpr int kSaveError = 1213;
 constexpr const char* kStopped = "The run was stopped.";
+constexpr const char* kNoPosition = "No position of the sampler is in use.";
 
 /// One run of `measure`: what it connected and measured.
 class MeasureRun {
@@ -50,9 +52,12 @@ class MeasureRun {
     test_.mmuOperationRezero();
     if (!test_.BlankDone) return session_.FailureWords();
     for (std::int32_t i = 0; i < order_.Count; ++i) {
+      ShowProgress(i);
       if (!Ready(kSampleWanted)) return kStopped;
       if (!test_.mmuStartTest()) return session_.FailureWords();
     }
+    ShowProgress(order_.Count);
+    if (document_.RecordCount() == 0) return kNoPosition;
     return std::nullopt;
   }
 
@@ -60,6 +65,15 @@ class MeasureRun {
     if (order_.Yes) return !person_.AsksToStop();
     prompts_ << Text(promptId) << " [Enter]" << std::endl;
     return person_.PressesEnter();
+  }
+
+  /// A bar on the terminal while nobody is asked to press Enter.
+  void ShowProgress(std::int32_t done) {
+    constexpr std::int32_t kWidth = 40;
+    if (!order_.Yes || &prompts_ != &std::cerr || !Operator::SeesErrors()) return;
+    const auto filled = static_cast<std::size_t>(std::int64_t{done} * kWidth / order_.Count);
+    prompts_ << "\r[" << std::string(filled, '#') << std::string(kWidth - filled, ' ') << "] " << done
+             << " of " << order_.Count << (done == order_.Count ? "\n" : "") << std::flush;
   }
 
   const MeasureOrder& order_;
@@ -97,6 +111,24 @@ void RefuseUnwritable(const MeasureOrder& order) {
   }
   const std::filesystem::path folder = target.has_parent_path() ? target.parent_path() : ".";
   if (!std::filesystem::is_directory(folder, error)) throw Refusal(order.Out, "its folder does not exist");
+  if (!Operator::MayWrite(Utf8FromPath(folder))) throw Refusal(order.Out, "its folder cannot be written to");
+}
+
+/// `path`, or where a file has come to stand there since the run began and must stay, the first free name
+/// beside it.
+std::string FreeName(const std::string& path, bool force) {
+  std::error_code error;
+  const auto taken = [&error](const std::filesystem::path& name) {
+    return std::filesystem::exists(std::filesystem::symlink_status(name, error));
+  };
+  const std::filesystem::path wanted = PathFromUtf8(path);
+  if (force || !taken(wanted)) return path;
+  std::filesystem::path free = wanted;
+  for (int n = 2; taken(free); ++n) {
+    free.replace_filename(wanted.stem() += std::filesystem::path("-" + std::to_string(n)) +=
+                          wanted.extension());
+  }
+  return Utf8FromPath(free);
 }
 
 }  // namespace
@@ -104,13 +136,15 @@ void RefuseUnwritable(const MeasureOrder& order) {
 void Measure(const MeasureOrder& order, BatchContext& run) {
   RefuseUnwritable(order);
   MeasureRun measuring(order, run);
-  const std::optional<std::string> problem = measuring.Run();
+  std::optional<std::string> problem = measuring.Run();
   PhotometryDocument& document = measuring.Document();
   if (document.RecordCount() == 0) throw Refusal(problem.value_or(std::string()));
-  if (!document.SaveFile(order.Out)) {
-    throw Refusal(order.Out, Text(kSaveError) + " (" + FaultWords(document.LastFault()) + ")");
+  const std::string path = FreeName(order.Out, order.Force);
+  if (!document.SaveFile(path)) {
+    throw Refusal(path, Text(kSaveError) + " (" + FaultWords(document.LastFault()) + ")");
   }
-  if (problem) throw Refusal(*problem + " Saved " + RowCount(document) + " in " + order.Out + ".");
+  if (!problem && path != order.Out) problem = order.Out + " was made by somebody else during the run.";
+  if (problem) throw Refusal(*problem + " Saved " + RowCount(document) + " in " + path + ".");
   Json rows = Json::array();
   for (std::int32_t row = 0; row < document.RecordCount(); ++row) rows.push_back(RowOf(document, row));
   run.Result = JsonText({{"file", order.Out}, {"records", document.RecordCount()}, {"data", rows}});

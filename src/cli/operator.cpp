@@ -4,7 +4,11 @@
 #include <iostream>
 #include <string>
 
-#ifndef _WIN32
+#ifdef _WIN32
+#include <io.h>
+
+#include <cstdio>
+#else
 #include <poll.h>
 #include <unistd.h>
 #endif
@@ -61,5 +65,21 @@ bool Operator::PressesEnter() {
 bool Operator::AsksToStop() const {
   return stopAsked != 0;
 }
+
+#ifdef _WIN32
+bool Operator::SeesErrors() {
+  return _isatty(_fileno(stderr)) != 0;
+}
+bool Operator::MayWrite(const std::string&) {
+  return true;
+}
+#else
+bool Operator::SeesErrors() {
+  return isatty(STDERR_FILENO) != 0;
+}
+bool Operator::MayWrite(const std::string& folder) {
+  return access(folder.c_str(), W_OK | X_OK) == 0;
+}
+#endif
 
 }  // namespace spectrane

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <iosfwd>
+#include <string>
 
 namespace spectrane {
 
@@ -16,6 +17,11 @@ class Operator {
   /// Waits for Enter. False when the input ended or a stop was asked for.
   bool PressesEnter();
   bool AsksToStop() const;
+
+  /// Standard error is a terminal.
+  static bool SeesErrors();
+  /// The program may make files in `folder` (UTF-8), as far as the platform tells before it is tried.
+  static bool MayWrite(const std::string& folder);
 
  private:
   std::istream& in_;

@@ -27,7 +27,10 @@ Connection::Connection(Interface& instrument, InstrumentState& state, LiveReadin
       brand_(brand) {}
 
 bool Connection::mmuOperationConnect() {
+  const InstrumentRun run(state_);
+  if (!run.Owns() || state_.InstrumentConnected) return state_.InstrumentConnected;
   report_ = {};
+  live_.ForgetLinkLost();
   live_.SampleTimerStop();
   state_.PortOpen = true;
   state_.InstrumentBusy = true;
@@ -98,21 +101,21 @@ void Connection::ReadSampler() {
 
 void Connection::ReadSlit() {
   std::int32_t code = 0;
-  if (instrument_.GetSlip(code)) display_.SetStatus(StatusPane::Slit, SlipWidthText(code));
+  instrument_.GetSlip(code);
+  display_.SetStatus(StatusPane::Slit, SlipWidthText(code));
 }
 
 // Taken only when they make a range: a garbled limit must not lock the monochromator out of its own
 // wavelengths.
 void Connection::ReadRange() {
-  double start = state_.WavelengthMin;
-  double end = state_.WavelengthMax;
-  const bool hasStart = instrument_.GetStartWavelength(start) && start > 0.0;
-  const bool hasEnd = instrument_.GetEndWavelength(end) && end > 0.0;
-  if (!hasStart) start = state_.WavelengthMin;
-  if (!hasEnd) end = state_.WavelengthMax;
-  if (!(start < end)) return;
-  state_.WavelengthMin = start;
-  state_.WavelengthMax = end;
+  const InstrumentState defaults;
+  double start = 0.0;
+  double end = 0.0;
+  if (!instrument_.GetStartWavelength(start) || !(start > 0.0)) start = defaults.WavelengthMin;
+  if (!instrument_.GetEndWavelength(end) || !(end > 0.0)) end = defaults.WavelengthMax;
+  const bool range = start < end;
+  state_.WavelengthMin = range ? start : defaults.WavelengthMin;
+  state_.WavelengthMax = range ? end : defaults.WavelengthMax;
 }
 
 void Connection::ConnectCommand() {
@@ -120,10 +123,11 @@ void Connection::ConnectCommand() {
 }
 
 void Connection::ReleaseCommand() {
-  if (state_.InstrumentConnected) ReleaseConnection();
+  if (state_.InstrumentConnected && !state_.RunUnderWay) ReleaseConnection();
 }
 
 void Connection::ReleaseConnection() {
+  live_.ForgetLinkLost();
   live_.SampleTimerStop();
   state_.InstrumentBusy = true;
   instrument_.QuitInstrument();

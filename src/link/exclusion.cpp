@@ -27,13 +27,19 @@ class NamedExclusion : public Exclusion {
   ~NamedExclusion() override { Release(); }
 
   bool Acquire() override {
-    handle_ = CreateMutexA(nullptr, FALSE, name_.c_str());
+    // Open to every user of the machine: all share the line.
+    SECURITY_DESCRIPTOR everyone = {};
+    InitializeSecurityDescriptor(&everyone, SECURITY_DESCRIPTOR_REVISION);
+    SetSecurityDescriptorDacl(&everyone, TRUE, nullptr, FALSE);
+    SECURITY_ATTRIBUTES attributes = {sizeof attributes, &everyone, FALSE};
+    handle_ = CreateMutexA(&attributes, FALSE, name_.c_str());
     if (!handle_) return Failed();
     const DWORD result = WaitForSingleObject(handle_, INFINITE);
     if (result == WAIT_OBJECT_0 || result == WAIT_ABANDONED) return true;
+    Failed();
     CloseHandle(handle_);
     handle_ = nullptr;
-    return Failed();
+    return false;
   }
 
   void Release() override {

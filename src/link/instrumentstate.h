@@ -2,11 +2,13 @@
 
 #include <array>
 #include <cstdint>
+#include <limits>
 
 namespace spectrane {
 
 /// Gains have numbers below this; entry 0 of a table by gain is not used.
 inline constexpr int kGainTableSize = 12;
+inline constexpr std::int32_t kUnknownGain = std::numeric_limits<std::int32_t>::min();
 inline constexpr int kSamplerPositionCount = 8;
 inline constexpr int kEnergyRingUsed = 20;
 
@@ -36,7 +38,7 @@ struct InstrumentState {
   /// Raw readings [counts] that stand for 100 %T and for 0 %T.
   std::int32_t FullEnergy = 0;
   std::int32_t DarkEnergy = 0;
-  /// Gain as the last `rezero` reported it.
+  /// Gain as the last `rezero` reported it; kUnknownGain once the instrument may have restarted.
   std::int32_t GainIndex = 0;
   /// Wavelength of the monochromator [nm].
   double CurrentWavelength = 0.0;
@@ -46,6 +48,8 @@ struct InstrumentState {
   bool InstrumentConnected = false;
   /// A routine is in the middle of instrument traffic.
   bool InstrumentBusy = false;
+  /// A routine of several commands owns the instrument (InstrumentRun); no other may begin.
+  bool RunUnderWay = false;
   /// 0: search all ports; 1: use the stored port.
   int PortSearchMode = 0;
   /// Offset [nm] that setting a wavelength adds; ignored at 5 and more in size.
@@ -54,6 +58,26 @@ struct InstrumentState {
   int SampleIndex = 0;
   /// The last 20 live energies; one entry more than is in use.
   std::array<std::int32_t, kEnergyRingUsed + 1> EnergyRing = {};
+};
+
+/// Owns the instrument while it lives, unless another one does already: connecting, releasing, blanks and
+/// test runs, which yield between their commands, keep each other out by it. The live reading is no such run:
+/// it gives way.
+class InstrumentRun {
+ public:
+  explicit InstrumentRun(InstrumentState& state) : state_(state), owns_(!state.RunUnderWay) {
+    state_.RunUnderWay = true;
+  }
+  ~InstrumentRun() {
+    if (owns_) state_.RunUnderWay = false;
+  }
+  InstrumentRun(const InstrumentRun&) = delete;
+  InstrumentRun& operator=(const InstrumentRun&) = delete;
+  bool Owns() const { return owns_; }
+
+ private:
+  InstrumentState& state_;
+  bool owns_;
 };
 
 }  // namespace spectrane

@@ -112,11 +112,11 @@ int Interface::TimeoutFor(std::string_view text) {
 Interface::Interface(SCI& sci, InstrumentState& state, Setting& settings)
     : sci_(sci), state_(state), settings_(settings) {}
 
-// ---- The search
-// -----------------------------------------------------------------------------------------------------
+// ---- The search ----
 
 bool Interface::FindInstrument() {
   attempts_.clear();
+  sci_.RefreshPorts();
   if (state_.PortSearchMode == 0) {
     for (int number = 1; number <= kSearchedPorts; ++number) {
       if (ProbePort(number)) return FoundAt(number);
@@ -140,7 +140,11 @@ bool Interface::ProbePort(int number) {
   }
   std::string line;
   if (AskFirstLine(Command::Check, line) && line == kUnknownCommandAnswer) return true;
-  attempts_.push_back({number, PortFault::None, {}});
+  if (lastReply_.End == ExchangeEnd::NoExclusion) {
+    attempts_.push_back({number, PortFault::Other, sci_.ExclusionReason()});
+  } else {
+    attempts_.push_back({number, PortFault::None, {}});
+  }
   sci_.ClosePort();
   return false;
 }
@@ -157,8 +161,7 @@ bool Interface::ReleaseInstrument() {
   return closed;
 }
 
-// ---- The commands
-// ---------------------------------------------------------------------------------------------------
+// ---- The commands ----
 
 bool Interface::CheckCompany() {
   company_.clear();
@@ -288,14 +291,18 @@ bool Interface::SetSampler(std::int32_t& position) {
   return OrderInteger(Command::SetSampler, position);
 }
 
-// ---- Shapes of commands
-// ---------------------------------------------------------------------------------------------
+// ---- Shapes of commands ----
 
 bool Interface::Send(Command command, const std::string& argument, std::string& text, std::string& reply) {
   const CommandRow& row = Row(command);
   text = row.Text + argument;
   const bool passed = sci_.Exchange(text, reply, row.TimeoutSeconds);
   lastReply_ = {sci_.LastEnd(), 0};
+  // An answer without the echo anywhere is the mark of an instrument that restarted: it has forgotten its
+  // gain.
+  if (lastReply_.End == ExchangeEnd::WrongEcho && reply.find(text) == std::string::npos) {
+    state_.GainIndex = kUnknownGain;
+  }
   return passed;
 }
 
@@ -377,8 +384,7 @@ double Interface::ClampWavelength(double wavelength) const {
   return wavelength >= state_.WavelengthMin ? wavelength : state_.WavelengthMin;
 }
 
-// ---- The statistic
-// --------------------------------------------------------------------------------------------------
+// ---- The statistic ----
 
 std::int32_t EnergyOfSamples(std::vector<std::int32_t> samples) {
   const std::size_t n = samples.size();

@@ -26,7 +26,7 @@ LiveReading::LiveReading(SCI& sci, Interface& instrument, InstrumentState& state
     : sci_(sci), instrument_(instrument), state_(state), formats_(formats), display_(display) {}
 
 void LiveReading::SampleTimerTick() {
-  if (!display_.DataDisplayShown() || state_.InstrumentBusy) return;
+  if (!display_.DataDisplayShown() || state_.InstrumentBusy || !state_.InstrumentConnected) return;
   state_.InstrumentBusy = true;
   std::int32_t samples = kLiveSamples;
   const std::int32_t energy = instrument_.GetEnergy(samples);
@@ -34,8 +34,13 @@ void LiveReading::SampleTimerTick() {
   state_.EnergyRing[static_cast<std::size_t>(state_.SampleIndex)] = energy;
   state_.SampleIndex = (state_.SampleIndex + 1) % kEnergyRingUsed;
   state_.InstrumentBusy = false;
-  if (lost != linkLost_) display_.SetRemark(lost ? Text(kCommunicationError) : std::string());
-  linkLost_ = lost;
+  if (!state_.InstrumentConnected) return;  // released while the reading yielded
+  if (lost) {
+    ReportLinkLost();
+  } else if (linkLost_) {
+    linkLost_ = false;
+    display_.SetRemark({});
+  }
   if (state_.SampleIndex % kReadingsPerDisplay == 0) ShowMean();
 }
 
@@ -88,6 +93,8 @@ void LiveReading::mmuOperationRezero(RezeroTarget* active) {
     active->mmuOperationRezero();
     return;
   }
+  const InstrumentRun run(state_);
+  if (!run.Owns()) return;
   SampleTimerStop();
   mmuRezeroEnergy();
   SampleTimerStart();
@@ -101,6 +108,8 @@ bool LiveReading::mmuRezeroEnergy() {
 
 bool LiveReading::mmuToolsbarReZero() {
   if (!state_.InstrumentConnected) return false;
+  const InstrumentRun run(state_);
+  if (!run.Owns()) return false;
   SampleTimerStop();
   double linkTest = 0.0;
   const bool done = instrument_.GetWavelength(linkTest) ? TakeReference(kToolbarRezeroSamples) : Failed();
@@ -124,8 +133,13 @@ bool LiveReading::TakeReference(std::int32_t sampleCount) {
   return true;
 }
 
-bool LiveReading::Failed() {
+void LiveReading::ReportLinkLost() {
+  linkLost_ = true;
   display_.SetRemark(Text(kCommunicationError));
+}
+
+bool LiveReading::Failed() {
+  ReportLinkLost();
   state_.InstrumentBusy = false;
   return false;
 }
@@ -139,6 +153,7 @@ void LiveReading::ShowReference() {
   const std::int32_t R = state_.FullEnergy;
   ToolsBarAbsData(AbsFromEnergy(R, R, state_.DarkEnergy));
   ToolsBarTransData(TransFromEnergy(R, R, state_.DarkEnergy));
+  linkLost_ = false;
   display_.SetRemark(R > state_.DarkEnergy ? std::string() : std::string(kNoLight));
 }
 

@@ -51,6 +51,11 @@ class LiveReading {
   /// Rezero with 10 samples behind a link test; the ring is left to follow. False as above. Yields.
   bool mmuToolsbarReZero();
 
+  /// Says in the status bar that the link is lost, until a reading passes; and forgets that, for a new
+  /// connection.
+  void ReportLinkLost();
+  void ForgetLinkLost() { linkLost_ = false; }
+
   /// Dark energy of `gain` becomes the current one when the table has that gain.
   void TakeDarkEnergyOf(std::int32_t gain);
   /// Absorbance and %T of the reference against itself, shown in their fields.

@@ -58,7 +58,7 @@ std::vector<std::string> SplitPortPaths(const std::string& list, char separator)
 }
 
 SerialPortList::SerialPortList() {
-  Refresh();
+  SerialPortList::Refresh();
 }
 
 void SerialPortList::Refresh() {

@@ -12,6 +12,8 @@ namespace spectrane {
 class PortList {
  public:
   virtual ~PortList() = default;
+  /// Looks again which ports there are: an adapter may be back under another name.
+  virtual void Refresh() {}
   /// Device path of port `number`; empty when there is no such port.
   virtual std::string Path(int number) const = 0;
   virtual std::unique_ptr<Port> MakePort(int number) = 0;
@@ -22,9 +24,9 @@ class PortList {
 /// in name order (on Windows port n is COMn).
 class SerialPortList : public PortList {
  public:
-  /// Looks at the environment and the machine at each call of Refresh(), and once now.
+  /// Looks at the environment and the machine now and at each Refresh().
   SerialPortList();
-  void Refresh();
+  void Refresh() override;
 
   std::string Path(int number) const override;
   std::unique_ptr<Port> MakePort(int number) override;

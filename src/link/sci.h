@@ -27,6 +27,8 @@ class SCI {
   /// All four must outlive this object.
   SCI(PortList& ports, Clock& clock, MessageLoop& loop, Exclusion& exclusion);
 
+  /// Looks again which ports the machine has.
+  void RefreshPorts() { ports_.Refresh(); }
   /// Opens port `number` (1-based). False: LastOpenFault() and LastOpenReason() say why.
   bool OpenPort(int& number);
   /// True when an open port was closed.
@@ -42,6 +44,8 @@ class SCI {
   void PauseMs(int delayMs);
 
   ExchangeEnd LastEnd() const { return lastEnd_; }
+  /// Why the exclusion could not be had (ExchangeEnd::NoExclusion).
+  std::string ExclusionReason() const { return exclusion_.Reason(); }
   PortFault LastOpenFault() const { return openFault_; }
   /// The platform's words for the last failed OpenPort; empty when there are none.
   const std::string& LastOpenReason() const { return openReason_; }

@@ -7,6 +7,7 @@
 #include <QDeadlineTimer>
 #include <QElapsedTimer>
 #include <QFileInfo>
+#include <QScopedValueRollback>
 #include <QSerialPort>
 
 #ifndef _WIN32
@@ -20,8 +21,20 @@ namespace {
 
 QString ResolvedName(const std::string& path) {
   const QString name = QString::fromStdString(path);
+#ifdef _WIN32
+  return name;  // a device name, no file
+#else
   const QString resolved = QFileInfo(name).canonicalFilePath();
   return resolved.isEmpty() ? name : resolved;
+#endif
+}
+
+bool LockFolderWritable() {
+#ifdef _WIN32
+  return true;
+#else
+  return access("/run/lock", W_OK) == 0 || access("/var/lock", W_OK) == 0;
+#endif
 }
 
 }  // namespace
@@ -49,6 +62,10 @@ PortFault ExamineDevice(const std::string& path, std::string& reason) {
 SerialPort::SerialPort() : port_(std::make_unique<QSerialPort>()) {
   QObject::connect(port_.get(), &QSerialPort::errorOccurred, port_.get(),
                    [this](QSerialPort::SerialPortError) { OnError(); });
+  // What comes while the message loop runs was not asked for: it must not pile up.
+  QObject::connect(port_.get(), &QSerialPort::readyRead, port_.get(), [this] {
+    if (!exchanging_) port_->readAll();
+  });
 }
 
 SerialPort::~SerialPort() = default;
@@ -79,8 +96,8 @@ bool SerialPort::OpenFailed(const std::string& path) {
       SetFault(PortFault::Missing, path + ": " + words);
       break;
     case QSerialPort::PermissionError:
-      // The rights were there a moment ago: another program holds the device or its lock file.
-      SetFault(PortFault::InUse, path + ": " + words);
+      // The rights were there a moment ago: another program holds the device, or its lock cannot be made.
+      SetFault(LockFolderWritable() ? PortFault::InUse : PortFault::Other, path + ": " + words);
       break;
     default:
       SetFault(PortFault::Other, path + ": " + words);
@@ -109,6 +126,7 @@ bool SerialPort::Write(std::string_view bytes, int timeoutMs) {
 }
 
 bool SerialPort::WriteInTime(std::string_view bytes, int timeoutMs) {
+  const QScopedValueRollback<bool> inExchange(exchanging_, true);
   QElapsedTimer clock;
   clock.start();
   if (port_->write(bytes.data(), static_cast<qint64>(bytes.size())) != static_cast<qint64>(bytes.size())) {
@@ -132,6 +150,7 @@ std::size_t SerialPort::WriteAtOnce(std::string_view) {
 }
 
 std::string SerialPort::Read(int timeoutMs) {
+  const QScopedValueRollback<bool> inExchange(exchanging_, true);
   if (port_->isOpen() && port_->bytesAvailable() == 0) port_->waitForReadyRead(std::max(timeoutMs, 0));
   if (!port_->isOpen()) return {};
   return port_->readAll().toStdString();

@@ -36,6 +36,7 @@ class SerialPort : public Port {
 
   std::unique_ptr<QSerialPort> port_;
   bool opening_ = false;
+  bool exchanging_ = false;
 };
 
 /// What `path` says about a failed opening before the device itself is asked: missing, no rights (with the

@@ -2,7 +2,6 @@
 
 #include <limits>
 
-#include "base/language.h"
 #include "base/numbers.h"
 #include "link/function.h"
 
@@ -13,7 +12,6 @@ constexpr std::int32_t kSamples = 10;
 constexpr int kNoInstrument = 970;
 constexpr int kBlankWanted = 971;
 constexpr int kTestCommunicationError = 972;
-constexpr int kCommunicationError = 1096;
 constexpr int kSamplerError = 1912;
 // Differs from every wavelength, so that an instrument that tells none is moved.
 constexpr double kUnknownWavelength = std::numeric_limits<double>::quiet_NaN();
@@ -24,13 +22,13 @@ PhotometryTest::PhotometryTest(const TestBench& bench, PhotometryDocument& docum
     : bench_(bench), document_(document) {}
 
 void PhotometryTest::mmuOperationRezero() {
-  if (!bench_.State.InstrumentConnected || TestRunning || rezeroing_) return;
-  rezeroing_ = true;
+  if (!bench_.State.InstrumentConnected) return;
+  const InstrumentRun run(bench_.State);
+  if (!run.Owns()) return;
   bench_.Live.SampleTimerStop();
   TakeBlank();
   bench_.State.InstrumentBusy = false;
   bench_.Live.SampleTimerStart();
-  rezeroing_ = false;
 }
 
 bool PhotometryTest::TakeBlank() {
@@ -58,7 +56,7 @@ bool PhotometryTest::MoveFrom(double wavelength) {
 }
 
 bool PhotometryTest::LinkFailed() {
-  bench_.Display.SetRemark(Text(kCommunicationError));
+  bench_.Live.ReportLinkLost();
   return false;
 }
 
@@ -78,12 +76,12 @@ bool PhotometryTest::mmuStartTest() {
     bench_.Boxes.Show(kNoInstrument);
     return false;
   }
-  if (rezeroing_) return false;
+  const InstrumentRun run(bench_.State);
+  if (!run.Owns()) return false;
   if (!BlankHolds()) {
     bench_.Boxes.Show(kBlankWanted);
     return false;
   }
-  if (TestRunning) return false;
   TestRunning = true;
   bench_.Live.SampleTimerStop();
   const bool done = MeasureAll();
@@ -125,8 +123,6 @@ bool PhotometryTest::MeasureRow(const std::string& note) {
 }
 
 bool PhotometryTest::RunFailed() {
-  // An answer without the echo is the mark of an instrument that restarted: it has forgotten its gain.
-  if (bench_.Instrument.LastReply().End == ExchangeEnd::WrongEcho) BlankDone = false;
   bench_.Boxes.Show(kTestCommunicationError);
   return false;
 }

@@ -58,7 +58,6 @@ class PhotometryTest : public RezeroTarget {
 
   TestBench bench_;
   PhotometryDocument& document_;
-  bool rezeroing_ = false;
   // Energies of different gains cannot be compared.
   std::int32_t blankGain_ = 0;
 };

@@ -51,6 +51,54 @@ TEST_F(SlitBrandTest, TwoBrandsAskForTheSlit) {
   EXPECT_EQ(Display.Panes[3], "Slip width 2.0 nm");
 }
 
+TEST_F(SlitBrandTest, AQueryThatFailsShowsNoWidth) {
+  Display.Panes[3] = "Slip width 2.0 nm";
+  Peer.Next("getslip", {});
+  EXPECT_TRUE(Link.Connect.mmuOperationConnect());
+  EXPECT_EQ(Display.Panes[3], "Slip width ");
+}
+
+TEST_F(ConnectionTest, ConnectingTwiceKeepsTheLine) {
+  ConnectNow();
+  EXPECT_TRUE(Link.Connect.mmuOperationConnect());
+  EXPECT_TRUE(Peer.Commands.empty());
+}
+
+/// Connects again at every yield, as a timer would.
+class ConnectingLoop : public MessageLoop {
+ public:
+  void RunOnce() override {
+    if (Connect) Connect();
+  }
+  void RunUntil(const Clock&, std::int64_t) override {}
+  std::function<void()> Connect;
+};
+
+TEST_F(ConnectionTest, ASecondAttemptInsideTheFirstDoesNothing) {
+  ConnectingLoop loop;
+  SCI sci(Ports, Time, loop, Turn);
+  InstrumentState state;
+  Interface instrument(sci, state, Settings);
+  LiveReading live(sci, instrument, state, Link.Formats, Display);
+  Connection connection(instrument, state, live, Display, Boxes, BrandRow(9));
+  loop.Connect = [&connection] { connection.mmuOperationConnect(); };
+  EXPECT_TRUE(connection.mmuOperationConnect());
+  EXPECT_EQ(Peer.Received, "check\rcompany\rconnect\rgetwl\rgetdark\rrezero\rgetsampler\rstartwl\rendwl\r");
+  EXPECT_EQ(Ports.Opened, (std::vector<int>{1}));
+}
+
+TEST_F(ConnectionTest, TheStatusBarOfAnEarlierLinkDoesNotWipeTheDarkTableRemark) {
+  ConnectNow();
+  Ports.Current->HangUp();
+  Link.Live.SampleTimerTick();
+  Link.Connect.ReleaseCommand();
+  EXPECT_EQ(Display.Remark, "");
+  Peer.NextText("getdark", "getdark\r\n11\r\n12\r\n13\r\n>");
+  Link.Connect.ConnectCommand();
+  Link.Live.SampleTimerTick();
+  EXPECT_EQ(Display.Remark, "The instrument's dark table is incomplete.");
+}
+
 TEST(SlipWidthText, OfEachCode) {
   EXPECT_EQ(SlipWidthText(1), "Slip width 0.5 nm");
   EXPECT_EQ(SlipWidthText(2), "Slip width 1.0 nm");
@@ -181,8 +229,9 @@ TEST_F(ConnectionTest, RangesThatAreNoneLeaveTheStartValues) {
                         {"500", "500", 190.0, 1100.0},    {"-5", "900", 190.0, 900.0},
                         {"200.5", "1000", 200.5, 1000.0}, {"1200", "0", 190.0, 1100.0}};
   for (const Case& c : cases) {
-    Link.State.WavelengthMin = 190.0;
-    Link.State.WavelengthMax = 1100.0;
+    // An earlier instrument's limits do not survive.
+    Link.State.WavelengthMin = 250.0;
+    Link.State.WavelengthMax = 800.0;
     Peer.Lines["startwl"] = {c.Start};
     Peer.Lines["endwl"] = {c.End};
     EXPECT_TRUE(Link.Connect.mmuOperationConnect());

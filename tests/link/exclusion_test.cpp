@@ -17,6 +17,15 @@ std::string OwnName(const char* what) {
   return std::string("spectrane_test_") + what + std::to_string(getpid());
 }
 
+/// Removes the lock files of a name when the test ends; the program leaves its one file for the next
+/// exchange.
+struct Tidy {
+  std::string Name;
+  ~Tidy() {
+    for (const char* folder : {"/run/lock/", "/tmp/"}) unlink((folder + Name).c_str());
+  }
+};
+
 /// Acquires the exclusion in another process, says so through a pipe, and keeps it until killed.
 pid_t HoldInChild(const std::string& name) {
   int told[2];
@@ -42,7 +51,8 @@ void Kill(pid_t child) {
 }
 
 TEST(Exclusion, CanBeTakenAgainAfterRelease) {
-  const auto turn = MakeNamedExclusion(OwnName("again"));
+  const Tidy tidy{OwnName("again")};
+  const auto turn = MakeNamedExclusion(tidy.Name);
   for (int i = 0; i < 3; ++i) {
     EXPECT_TRUE(turn->Acquire());
     turn->Release();
@@ -50,7 +60,8 @@ TEST(Exclusion, CanBeTakenAgainAfterRelease) {
 }
 
 TEST(Exclusion, WaitsForAnotherProcessAndIsFreedWhenThatIsKilled) {
-  const std::string name = OwnName("killed");
+  const Tidy tidy{OwnName("killed")};
+  const std::string& name = tidy.Name;
   const pid_t child = HoldInChild(name);
   std::thread killer([child] {
     std::this_thread::sleep_for(std::chrono::milliseconds(150));
@@ -66,8 +77,10 @@ TEST(Exclusion, WaitsForAnotherProcessAndIsFreedWhenThatIsKilled) {
 }
 
 TEST(Exclusion, NamesDoNotDisturbEachOther) {
-  const pid_t child = HoldInChild(OwnName("one"));
-  const auto other = MakeNamedExclusion(OwnName("other"));
+  const Tidy one{OwnName("one")};
+  const Tidy two{OwnName("other")};
+  const pid_t child = HoldInChild(one.Name);
+  const auto other = MakeNamedExclusion(two.Name);
   EXPECT_TRUE(other->Acquire());
   other->Release();
   Kill(child);

@@ -462,5 +462,48 @@ TEST_F(SearchTest, ReleaseTellsWhetherAPortWasOpenAndAlwaysClearsTheFlag) {
   EXPECT_FALSE(Link.State.PortOpen);
 }
 
+/// The instrument's adapter comes back under another number after it was pulled.
+class WanderingPorts : public MemoryPortList {
+ public:
+  WanderingPorts(ManualClock& clock, LinePeer& peer) : MemoryPortList(clock), peer_(peer) {}
+  void Refresh() override { Put(++Looks, peer_); }
+  std::string Path(int number) const override {
+    return number == Looks ? MemoryPortList::Path(number) : std::string();
+  }
+  int Looks = 0;
+
+ private:
+  LinePeer& peer_;
+};
+
+TEST_F(SearchTest, EachSearchLooksForThePortsAnew) {
+  WanderingPorts ports(Time, Peer);
+  SCI sci(ports, Time, Loop, Turn);
+  Interface instrument(sci, Link.State, Settings);
+  EXPECT_TRUE(instrument.FindInstrument());
+  EXPECT_EQ(instrument.GetPortID(), 1);
+  instrument.ReleaseInstrument();
+  EXPECT_TRUE(instrument.FindInstrument());
+  EXPECT_EQ(instrument.GetPortID(), 2);
+}
+
+class BarredExclusion : public Exclusion {
+ public:
+  bool Acquire() override { return false; }
+  void Release() override {}
+  std::string Reason() const override { return "/run/lock: Permission denied"; }
+};
+
+TEST_F(SearchTest, ALockThatCannotBeHadIsNotCalledAMissingInstrument) {
+  BarredExclusion barred;
+  SCI sci(Ports, Time, Loop, barred);
+  Interface instrument(sci, Link.State, Settings);
+  EXPECT_FALSE(instrument.FindInstrument());
+  ASSERT_FALSE(instrument.Attempts().empty());
+  EXPECT_EQ(instrument.Attempts().front().Fault, PortFault::Other);
+  EXPECT_EQ(instrument.Attempts().front().Reason, "/run/lock: Permission denied");
+  EXPECT_EQ(Peer.Received, "");
+}
+
 }  // namespace
 }  // namespace spectrane::testing_link

@@ -82,6 +82,28 @@ TEST_F(LiveReadingTest, CableGoneWhileIdleFailsAtOnceAndStaysConnected) {
   EXPECT_EQ(Display.Remark, "Communication error.Please check instrument link cable.");
 }
 
+TEST_F(LiveReadingTest, AReleaseInsideATickShowsNoError) {
+  class ReleasingLoop : public MessageLoop {
+   public:
+    void RunOnce() override {
+      if (Release) std::exchange(Release, {})();
+    }
+    void RunUntil(const Clock&, std::int64_t) override {}
+    std::function<void()> Release;
+  } loop;
+  SCI sci(Ports, Time, loop, Turn);
+  Interface instrument(sci, Link.State, Settings);
+  LiveReading live(sci, instrument, Link.State, Link.Formats, Display);
+  Connection connection(instrument, Link.State, live, Display, Boxes, BrandRow(9));
+  int number = 1;
+  ASSERT_TRUE(sci.OpenPort(number));
+  loop.Release = [&connection] { connection.ReleaseCommand(); };
+  live.SampleTimerTick();
+  EXPECT_FALSE(Link.State.InstrumentConnected);
+  EXPECT_EQ(Display.Remark, "");
+  EXPECT_FALSE(Link.State.InstrumentBusy);
+}
+
 TEST_F(LiveReadingTest, FieldsAreEmptyWithoutAnInstrument) {
   Link.State.InstrumentConnected = false;
   Link.Live.ToolsBarWaveLength(546.0);

@@ -229,6 +229,38 @@ class ImpatientLoop : public MessageLoop {
   std::function<void()> OnYield;
 };
 
+TEST_F(PhotometryRun, ARestartSeenAtAnyCommandAsksForANewBlank) {
+  Blank();
+  Peer.NextText("getwl", "Spectrophotometer 1.0\r\nready\r\n>");
+  EXPECT_FALSE(Test.mmuStartTest());
+  EXPECT_TRUE(Boxes.Ids.empty());
+  EXPECT_FALSE(Test.mmuStartTest());
+  EXPECT_EQ(Boxes.Ids, (std::vector<int>{971}));
+  Boxes.Ids.clear();
+  Blank();
+  Peer.NextText("ge 10", "Spectrophotometer 1.0\r\nready\r\n>");
+  Link.Live.SampleTimerTick();
+  EXPECT_FALSE(Test.mmuStartTest());
+  EXPECT_EQ(Boxes.Ids, (std::vector<int>{971})) << "the live reading met it";
+}
+
+TEST_F(PhotometryRun, NoiseBeforeTheEchoIsNoRestart) {
+  Blank();
+  Peer.NextText("getwl", "\xfe\x01getwl\r\n546.0\r\n>");
+  EXPECT_FALSE(Test.mmuStartTest());
+  EXPECT_TRUE(Test.mmuStartTest());
+  EXPECT_EQ(Document.RecordCount(), 1);
+}
+
+TEST_F(PhotometryRun, TheRemarkOfALostLinkGoesWithTheFirstGoodReading) {
+  Blank();
+  Peer.Next("getwl", {});
+  EXPECT_FALSE(Test.mmuStartTest());
+  EXPECT_FALSE(Display.Remark.empty());
+  Link.Live.SampleTimerTick();
+  EXPECT_EQ(Display.Remark, "");
+}
+
 TEST_F(PhotometryRun, TwoQuickStartsTakeOneMeasurement) {
   ImpatientLoop impatient;
   SCI sci(Ports, Time, impatient, Turn);
@@ -249,6 +281,38 @@ TEST_F(PhotometryRun, TwoQuickStartsTakeOneMeasurement) {
   EXPECT_EQ(std::count(Peer.Commands.begin(), Peer.Commands.end(), "ge 10"), 1)
       << "not even a live reading comes between";
   EXPECT_TRUE(Boxes.Ids.empty());
+}
+
+TEST_F(PhotometryRun, TwoWindowsNeverShareTheInstrument) {
+  ImpatientLoop impatient;
+  SCI sci(Ports, Time, impatient, Turn);
+  Interface instrument(sci, Link.State, Settings);
+  LiveReading live(sci, instrument, Link.State, Link.Formats, Display);
+  Connection connection(instrument, Link.State, live, Display, Boxes, BrandRow(9));
+  PhotometryDocument otherDocument;
+  PhotometryTest test({instrument, Link.State, live, Display, Boxes, Link.Formats}, Document);
+  PhotometryTest other({instrument, Link.State, live, Display, Boxes, Link.Formats}, otherDocument);
+  int number = 1;
+  ASSERT_TRUE(sci.OpenPort(number));
+  test.mmuOperationRezero();
+  other.mmuOperationRezero();
+  other.WaveLength = 600.0;
+  FitSampler();
+  Link.State.SamplerPositions = {false, true, true, false, false, false, false, false, false};
+  Peer.Commands.clear();
+  impatient.OnYield = [&] {
+    EXPECT_FALSE(other.mmuStartTest());
+    other.mmuOperationRezero();
+    live.mmuToolsbarReZero();
+    live.mmuOperationRezero(nullptr);
+    connection.ReleaseCommand();
+    connection.ConnectCommand();
+    EXPECT_TRUE(connection.mmuOperationConnect()) << "connected already: nothing to do";
+  };
+  EXPECT_TRUE(test.mmuStartTest());
+  EXPECT_EQ(Peer.Commands, (Commands{"getwl", "setsampler 1", "ge 10", "setsampler 2", "ge 10"}));
+  EXPECT_TRUE(Boxes.Ids.empty());
+  EXPECT_FALSE(Link.State.RunUnderWay);
 }
 
 }  // namespace

@@ -68,33 +68,49 @@ class NamedExclusion : public Exclusion {
 class NamedExclusion : public Exclusion {
  public:
   explicit NamedExclusion(std::string name) : name_(std::move(name)) {}
-  ~NamedExclusion() override { Release(); }
+  ~NamedExclusion() override { Forget(); }
 
   bool Acquire() override {
-    Release();
-    for (const char* folder : {"/run/lock/", "/tmp/"}) {
-      file_ = OpenLockFile(folder + name_);
-      if (file_ >= 0) break;
+    for (;;) {
+      if (file_ < 0 && !OpenLockFile()) return false;
+      if (flock(file_, LOCK_EX) == 0) {
+        if (IsInItsFolder()) return true;
+        Forget();  // somebody removed the file: others would meet at a new one
+      } else if (errno != EINTR) {
+        reason_ = name_ + ": " + std::strerror(errno);
+        Forget();
+        return false;
+      }
     }
-    if (file_ < 0) return false;
-    while (flock(file_, LOCK_EX) != 0) {
-      if (errno == EINTR) continue;
-      reason_ = name_ + ": " + std::strerror(errno);
-      Release();
-      return false;
-    }
-    return true;
   }
 
+  // The file stays open for the next turn; opening it each time costs more than the lock itself.
   void Release() override {
-    if (file_ >= 0) close(file_);
-    file_ = -1;
+    if (file_ >= 0) flock(file_, LOCK_UN);
   }
 
   std::string Reason() const override { return reason_; }
 
  private:
-  int OpenLockFile(const std::string& path) {
+  bool OpenLockFile() {
+    for (const char* folder : {"/run/lock/", "/tmp/"}) {
+      file_ = OpenIn(folder + name_);
+      if (file_ >= 0) return true;
+    }
+    return false;
+  }
+
+  bool IsInItsFolder() const {
+    struct stat about = {};
+    return fstat(file_, &about) == 0 && about.st_nlink > 0;
+  }
+
+  void Forget() {
+    if (file_ >= 0) close(file_);
+    file_ = -1;
+  }
+
+  int OpenIn(const std::string& path) {
     // Without O_CREAT first: in a sticky folder the kernel may refuse O_CREAT on another user's file.
     int file = open(path.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW);
     if (file < 0 && errno == ENOENT) {

@@ -76,6 +76,19 @@ TEST(Exclusion, WaitsForAnotherProcessAndIsFreedWhenThatIsKilled) {
   turn->Release();
 }
 
+TEST(Exclusion, AFileThatWasRemovedIsMadeAnew) {
+  const Tidy tidy{OwnName("removed")};
+  const auto turn = MakeNamedExclusion(tidy.Name);
+  EXPECT_TRUE(turn->Acquire());
+  turn->Release();
+  for (const char* folder : {"/run/lock/", "/tmp/"}) unlink((folder + tidy.Name).c_str());
+  EXPECT_TRUE(turn->Acquire());
+  const bool there = access(("/run/lock/" + tidy.Name).c_str(), F_OK) == 0 ||
+                     access(("/tmp/" + tidy.Name).c_str(), F_OK) == 0;
+  EXPECT_TRUE(there) << "others must meet at the same file";
+  turn->Release();
+}
+
 TEST(Exclusion, NamesDoNotDisturbEachOther) {
   const Tidy one{OwnName("one")};
   const Tidy two{OwnName("other")};

@@ -222,9 +222,8 @@ Setting::Stamp Setting::StampOf(const std::string& path, std::string& reason) {
   const bool folder = (facts.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
   const bool regular = (facts.dwFileAttributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE)) == 0;
   stamp.Size = (std::uint64_t{facts.nFileSizeHigh} << 32) | facts.nFileSizeLow;
-  stamp.ModifiedNs = static_cast<std::int64_t>((std::uint64_t{facts.ftLastWriteTime.dwHighDateTime} << 32) |
-                                               facts.ftLastWriteTime.dwLowDateTime) *
-                     100;
+  stamp.Modified = static_cast<std::int64_t>((std::uint64_t{facts.ftLastWriteTime.dwHighDateTime} << 32) |
+                                             facts.ftLastWriteTime.dwLowDateTime);
 #else
   struct stat facts {};
   if (::stat(path.c_str(), &facts) != 0) {
@@ -236,7 +235,7 @@ Setting::Stamp Setting::StampOf(const std::string& path, std::string& reason) {
   const bool folder = S_ISDIR(facts.st_mode);
   const bool regular = S_ISREG(facts.st_mode);
   stamp.Size = static_cast<std::uint64_t>(facts.st_size);
-  stamp.ModifiedNs = std::int64_t{facts.st_mtim.tv_sec} * 1'000'000'000 + facts.st_mtim.tv_nsec;
+  stamp.Modified = std::int64_t{facts.st_mtim.tv_sec} * 1'000'000'000 + facts.st_mtim.tv_nsec;
   stamp.Device = facts.st_dev;
   stamp.Number = facts.st_ino;
 #endif

@@ -40,7 +40,7 @@ class Setting {
   struct Stamp {
     enum class Kind { Missing, Regular, Other } Is = Kind::Missing;
     std::uint64_t Size = 0;
-    std::int64_t ModifiedNs = 0;
+    std::int64_t Modified = 0;  ///< in the platform's own unit; only compared
     std::uint64_t Device = 0;
     std::uint64_t Number = 0;
     bool operator==(const Stamp&) const = default;

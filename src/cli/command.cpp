@@ -42,7 +42,7 @@ std::string DamageWords(const FileFault& fault) {
 Refusal::Refusal(const std::string& words) : std::runtime_error(OneLine(words)) {}
 
 Refusal::Refusal(const std::string& path, const std::string& reason)
-    : std::runtime_error(OneLine(LastPart(path) + ": " + reason)) {}
+    : std::runtime_error(OneLine((path.empty() ? "empty path" : LastPart(path)) + ": " + reason)) {}
 
 Refusal::Refusal(const std::string& path, const FileFault& fault) : Refusal(path, FaultWords(fault)) {}
 
@@ -67,7 +67,7 @@ CLI::Option* AddNumber(CLI::App* command, const std::string& name, double& value
   const auto take = [&value, name](const std::string& argument) {
     const std::string text = PlainArgument(argument);
     const std::optional<double> number = ParseNumber(text);
-    if (!number) throw CLI::ConversionError(text + " is no number", name);
+    if (!number) throw CLI::ConversionError(name + ": " + text + " is no number");
     value = *number;
   };
   return command->add_option_function<std::string>(name, take, description)->type_name("NUMBER");
@@ -80,7 +80,7 @@ CLI::Option* AddLong(CLI::App* command, const std::string& name, std::int32_t& v
     try {
       value = ParseLong(text);
     } catch (const NumericFault&) {
-      throw CLI::ConversionError(text + " is no whole number of 32 bits", name);
+      throw CLI::ConversionError(name + ": " + text + " is no whole number of 32 bits");
     }
   };
   return command->add_option_function<std::string>(name, take, description)->type_name("INTEGER");

@@ -4,9 +4,10 @@
 #include "cli/batch.h"
 
 #ifdef _WIN32
-// clang-format off: the second header needs the first.
-#include <shellapi.h>
+// The second header needs the first.
+// clang-format off
 #include <windows.h>
+#include <shellapi.h>
 // clang-format on
 
 #include <string>
@@ -14,6 +15,9 @@
 
 #include "base/utf8path.h"
 #else
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <csignal>
 #endif
 
@@ -32,6 +36,12 @@ int main(int argc, char** argv) {
 #else
   // A file that grows beyond the limit of its size is a failed write, not the end of the program.
   std::signal(SIGXFSZ, SIG_IGN);
+  // So is a reader that has gone away.
+  std::signal(SIGPIPE, SIG_IGN);
+  // A standard stream that came closed must not become the number of a file or a serial line.
+  int opened = open("/dev/null", O_RDWR);
+  while (opened >= 0 && opened <= STDERR_FILENO) opened = open("/dev/null", O_RDWR);
+  if (opened >= 0) close(opened);
   return spectrane::RunBatch(argc, argv, std::cin, std::cout, std::cerr);
 #endif
 }

@@ -11,6 +11,10 @@
 #ifndef NOMINMAX
 #define NOMINMAX
 #endif
+#include <fcntl.h>
+#include <io.h>
+#include <share.h>
+#include <sys/stat.h>
 #include <windows.h>
 #else
 #include <fcntl.h>
@@ -89,6 +93,17 @@ std::string RefusalOf(const std::string& target) {
   if (::access(path.c_str(), W_OK) != 0) return LastFault();
 #endif
   return {};
+}
+
+/// An existing file that not everybody may read.
+bool IsPrivate([[maybe_unused]] const std::string& target) {
+#ifdef _WIN32
+  return false;
+#else
+  constexpr mode_t kOthersRead = S_IRGRP | S_IROTH;
+  struct stat old {};
+  return ::stat(target.c_str(), &old) == 0 && (old.st_mode & kOthersRead) != kOthersRead;
+#endif
 }
 
 #ifdef _WIN32
@@ -174,13 +189,34 @@ bool SyncAndRename(const std::string& temporary, const std::string& target, std:
 
 #endif
 
-/// Creates `path`, which must not exist, with this content. False: `reason` says why.
-bool WriteNewFile(const std::string& path, std::string_view bytes, std::string& reason) {
+/// Creates `path`, which must not exist, for writing. Null: errno says why. Rights count where the platform
+/// has permission bits.
+std::FILE* OpenNew(const std::string& path, [[maybe_unused]] bool ownerOnly) {
 #ifdef _WIN32
-  std::FILE* file = ::_wfopen(PathFromUtf8(path).c_str(), L"wbx");
+  // Not _wfopen: the oldest runtime has no letter for a file that must be new.
+  int descriptor = -1;
+  constexpr int kFlags = _O_RDWR | _O_CREAT | _O_EXCL | _O_BINARY | _O_NOINHERIT;
+  const errno_t fault =
+      ::_wsopen_s(&descriptor, PathFromUtf8(path).c_str(), kFlags, _SH_DENYNO, _S_IREAD | _S_IWRITE);
+  if (fault != 0) {
+    errno = fault;
+    return nullptr;
+  }
+  std::FILE* const file = ::_fdopen(descriptor, "wb");
+  if (file == nullptr) ::_close(descriptor);
 #else
-  std::FILE* file = std::fopen(path.c_str(), "wbxe");
+  const int descriptor =
+      ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, ownerOnly ? 0600 : 0666);
+  if (descriptor < 0) return nullptr;
+  std::FILE* const file = ::fdopen(descriptor, "wb");
+  if (file == nullptr) ::close(descriptor);
 #endif
+  return file;
+}
+
+/// Creates `path`, which must not exist, with this content. False: `reason` says why.
+bool WriteNewFile(const std::string& path, bool ownerOnly, std::string_view bytes, std::string& reason) {
+  std::FILE* file = OpenNew(path, ownerOnly);
   const auto fault = [&reason] {
     reason = std::generic_category().message(errno);
     return false;
@@ -200,6 +236,7 @@ FileReplacement::FileReplacement(std::string path) : targetPath_(std::move(path)
     const fs::path followed = FollowLinks(PathFromUtf8(targetPath_));
     if (!followed.empty()) targetPath_ = Utf8FromPath(followed);
   }
+  ownerOnly_ = IsPrivate(targetPath_);
   temporaryPath_ = Utf8FromPath(FreeNameBeside(PathFromUtf8(targetPath_)));
 }
 
@@ -223,7 +260,9 @@ bool ReplaceFileContent(const std::string& path, std::string_view bytes, std::st
   std::string words = RefusalOf(path);
   if (words.empty()) {
     FileReplacement replacement(path);
-    if (WriteNewFile(replacement.TemporaryPath(), bytes, words) && replacement.Commit(&words)) return true;
+    if (WriteNewFile(replacement.TemporaryPath(), replacement.OwnerOnly(), bytes, words) &&
+        replacement.Commit(&words))
+      return true;
   }
   if (reason != nullptr) *reason = words;
   return false;

@@ -17,6 +17,9 @@ class FileReplacement {
   FileReplacement(const FileReplacement&) = delete;
   FileReplacement& operator=(const FileReplacement&) = delete;
 
+  /// The target exists and not everybody may read it: the temporary file is to be created with no rights but
+  /// its owner's. Commit() gives it the bits of the target.
+  bool OwnerOnly() const { return ownerOnly_; }
   /// Path of the file to build: in the target's own folder, a name that no other file has. The caller creates
   /// and closes it.
   const std::string& TemporaryPath() const { return temporaryPath_; }
@@ -27,6 +30,7 @@ class FileReplacement {
  private:
   std::string targetPath_;
   std::string temporaryPath_;
+  bool ownerOnly_ = false;
   bool committed_ = false;
 };
 

@@ -33,9 +33,10 @@ void NoteDamage(int fileNumber) {
 
 }  // namespace
 
-bool CreateDataFile(const FileKind& kind, const std::string& path, int& fileNumber, const void* option) {
+bool CreateDataFile(const FileKind& kind, const std::string& path, int& fileNumber, const void* option,
+                    bool ownerOnly) {
   fileNumber = FreeFileNumber();
-  if (!CreateBinaryFile(path, fileNumber)) return false;
+  if (!CreateBinaryFile(path, fileNumber, ownerOnly)) return false;
   const FileHeader header = NewFileHeader(kind.FileType);
   WriteBlock(fileNumber, 0, kFileHeaderSize, FileHeaderLayout(), &header);
   WriteBlock(fileNumber, kFileHeaderSize, kind.OptionSize, kind.Option, option);

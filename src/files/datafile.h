@@ -39,7 +39,8 @@ constexpr bool KindHolds(const FileKind& kind) {
 
 /// The procedures of all kinds. `option` and `record` point to the structures that the kind's layouts
 /// describe.
-bool CreateDataFile(const FileKind& kind, const std::string& path, int& fileNumber, const void* option);
+bool CreateDataFile(const FileKind& kind, const std::string& path, int& fileNumber, const void* option,
+                    bool ownerOnly = false);
 bool OpenDataFile(const FileKind& kind, const std::string& path, int& fileNumber, void* option);
 bool ReadDataRecord(const FileKind& kind, int fileNumber, void* record, std::int32_t index);
 bool WriteDataRecord(const FileKind& kind, int fileNumber, const void* record, std::int32_t index);
@@ -62,8 +63,9 @@ struct FileModule : FileKind {
   void (*StateCount)(OptionT& option, std::int32_t count);
 
   /// A new file with header and option block, left open. False: the path was taken or could not be opened.
-  bool Create(const std::string& path, int& fileNumber, const OptionT& option) const {
-    return CreateDataFile(*this, path, fileNumber, &option);
+  /// `ownerOnly`: nobody else may read it, where the platform has such bits.
+  bool Create(const std::string& path, int& fileNumber, const OptionT& option, bool ownerOnly = false) const {
+    return CreateDataFile(*this, path, fileNumber, &option, ownerOnly);
   }
   /// An existing file. False: `option` is untouched; the file may stay open under `fileNumber` and is the
   /// caller's to close.
@@ -116,7 +118,7 @@ FileFault SaveDataFile(const FileModule<OptionT, RecordT>& module, const std::st
   module.StateCount(option, count);
   FileReplacement replacement(path);
   int fileNumber = 0;
-  if (module.Create(replacement.TemporaryPath(), fileNumber, option)) {
+  if (module.Create(replacement.TemporaryPath(), fileNumber, option, replacement.OwnerOnly())) {
     for (std::int32_t i = 0; i < count && !FaultOf(fileNumber); ++i) {
       module.Write(fileNumber, recordAt(i), i);
     }

@@ -9,9 +9,12 @@
 
 #include "base/utf8path.h"
 
-#ifndef _WIN32
 #include <fcntl.h>
 #include <sys/stat.h>
+#ifdef _WIN32
+#include <io.h>
+#include <share.h>
+#else
 #include <unistd.h>
 #endif
 
@@ -71,8 +74,18 @@ FileFault Refusal(const fs::path& path) {
 
 #ifdef _WIN32
 
-std::FILE* OpenNew(const fs::path& path) {
-  return ::_wfopen(path.c_str(), L"w+bxN");
+/// Not _wfopen: the oldest runtime has no letter for a file that must be new.
+std::FILE* OpenNew(const fs::path& path, bool /*ownerOnly*/) {
+  int descriptor = -1;
+  constexpr int kFlags = _O_RDWR | _O_CREAT | _O_EXCL | _O_BINARY | _O_NOINHERIT;
+  const errno_t fault = ::_wsopen_s(&descriptor, path.c_str(), kFlags, _SH_DENYNO, _S_IREAD | _S_IWRITE);
+  if (fault != 0) {
+    errno = fault;
+    return nullptr;
+  }
+  std::FILE* const file = ::_fdopen(descriptor, "w+b");
+  if (file == nullptr) ::_close(descriptor);
+  return file;
 }
 
 std::FILE* OpenOld(const fs::path& path) {
@@ -93,8 +106,9 @@ std::FILE* Stream(int descriptor, const char* mode) {
   return file;
 }
 
-std::FILE* OpenNew(const fs::path& path) {
-  return Stream(::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666), "w+b");
+std::FILE* OpenNew(const fs::path& path, bool ownerOnly) {
+  constexpr int kFlags = O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC;
+  return Stream(::open(path.c_str(), kFlags, ownerOnly ? 0600 : 0666), "w+b");
 }
 
 /// O_NONBLOCK: a pipe that took the file's place a moment ago must not hold the program up.
@@ -246,14 +260,14 @@ int FreeFileNumber() {
   return static_cast<int>(index) + 1;
 }
 
-bool CreateBinaryFile(const std::string& path, int fileNumber) {
+bool CreateBinaryFile(const std::string& path, int fileNumber, bool ownerOnly) {
   OpenFile* const file = FileOf(fileNumber);
   if (file == nullptr || file->IsOpen()) return false;
   if (path.empty() || path.find('\0') != std::string::npos) {
     file->Note(SimpleFault(FileError::Missing));
     return false;
   }
-  return file->Start(OpenNew(PathFromUtf8(path)));
+  return file->Start(OpenNew(PathFromUtf8(path), ownerOnly));
 }
 
 bool OpenBinaryFile(const std::string& path, int fileNumber) {

@@ -17,8 +17,9 @@ namespace spectrane {
 int FreeFileNumber();
 
 /// Opens a file that does not exist yet for reading and writing. False: the path was taken or the platform
-/// refused; nothing is open under the number.
-bool CreateBinaryFile(const std::string& path, int fileNumber);
+/// refused; nothing is open under the number. `ownerOnly`: nobody else may read it, where the platform has
+/// permission bits.
+bool CreateBinaryFile(const std::string& path, int fileNumber, bool ownerOnly = false);
 /// Opens an existing regular file, for writing too when its rights allow it. Never blocks on a pipe. False:
 /// nothing is open under the number.
 bool OpenBinaryFile(const std::string& path, int fileNumber);

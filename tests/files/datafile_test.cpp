@@ -3,10 +3,12 @@
 #include "files/datafile.h"
 
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
+#include <filesystem>
 
 #include "files/file.h"
 #include "files/filesupport.h"
@@ -154,6 +156,36 @@ TEST_F(DataFile, LoadingClosesTheFile) {
     EXPECT_EQ(FreeFileNumber(), 1);
     EXPECT_FALSE(IsOpenFileNumber(1));
   }
+}
+
+/// Permission bits of the temporary file in `folder` while a file there is saved.
+std::filesystem::perms BitsWhileSaving(const std::string& folder, const std::string& path) {
+  auto bits = std::filesystem::perms::unknown;
+  const FileFault fault = SaveDataFile(kModule, path, {{5, 6}, 0}, 1, [&](std::int32_t) {
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+      if (entry.path().extension() == ".tmp") bits = entry.status().permissions();
+    }
+    return Record{1, "n"};
+  });
+  EXPECT_FALSE(fault);
+  return bits;
+}
+
+TEST_F(DataFile, WhatReplacesAPrivateFileIsPrivateFromItsFirstByte) {
+  using std::filesystem::perms;
+  const mode_t before = ::umask(022);
+  const perms all = perms{0644};
+  EXPECT_EQ(BitsWhileSaving(folder_.Path(), File()), all) << "a new file";
+  EXPECT_EQ(std::filesystem::status(File()).permissions(), all);
+  for (const perms bits : {perms{0600}, perms{0640}, perms{0604}}) {
+    std::filesystem::permissions(File(), bits);
+    EXPECT_EQ(BitsWhileSaving(folder_.Path(), File()), perms{0600});
+    EXPECT_EQ(std::filesystem::status(File()).permissions(), bits);
+  }
+  std::filesystem::permissions(File(), perms{0664});
+  EXPECT_EQ(BitsWhileSaving(folder_.Path(), File()), all);
+  EXPECT_EQ(std::filesystem::status(File()).permissions(), perms{0664});
+  ::umask(before);
 }
 
 FileFault Save(const std::string& path, std::int32_t count, bool* lost = nullptr,

@@ -38,9 +38,10 @@ int main(int argc, char** argv) {
   std::signal(SIGXFSZ, SIG_IGN);
   // So is a reader that has gone away.
   std::signal(SIGPIPE, SIG_IGN);
-  // A standard stream that came closed must not become the number of a file or a serial line.
-  int opened = open("/dev/null", O_RDWR);
-  while (opened >= 0 && opened <= STDERR_FILENO) opened = open("/dev/null", O_RDWR);
+  // A standard stream that came closed must not become the number of a file or a serial line. Read-only, so
+  // that a result that reaches nobody still is a failed write.
+  int opened = open("/dev/null", O_RDONLY);
+  while (opened >= 0 && opened <= STDERR_FILENO) opened = open("/dev/null", O_RDONLY);
   if (opened >= 0) close(opened);
   return spectrane::RunBatch(argc, argv, std::cin, std::cout, std::cerr);
 #endif

@@ -1,7 +1,13 @@
+#include <fcntl.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <array>
+#include <chrono>
+#include <clocale>
 #include <cstdio>
+#include <filesystem>
+#include <thread>
 
 #include "cli/batchsupport.h"
 #include "cli/command.h"
@@ -155,17 +161,84 @@ TEST(BatchProgram, AnswersOnItsStreams) {
   EXPECT_EQ(Program("info 2>/dev/null").Out, "");
 }
 
-TEST(BatchProgram, AnswersWithAPointInEveryLocale) {
-  for (const char* locale : {"LC_ALL=C", "LC_ALL=de_DE.UTF-8", "LC_ALL=tr_TR.UTF-8", "LC_ALL=nonsense"}) {
-    EXPECT_EQ(Program("format 1.5 0.00 2>&1", locale).Out, "{\"text\":\"1.50\"}\n") << locale;
-  }
+class BatchProgramLocale : public testing::TestWithParam<const char*> {};
+
+TEST_P(BatchProgramLocale, AnswersWithAPoint) {
+  const std::string name = GetParam();
+  const bool installed = std::setlocale(LC_ALL, name.c_str()) != nullptr;
+  std::setlocale(LC_ALL, "C");
+  if (!installed && name != "nonsense") GTEST_SKIP() << name << " is not installed";
+  EXPECT_EQ(Program("format 1.5 0.00 2>&1", "LC_ALL=" + name).Out, "{\"text\":\"1.50\"}\n");
 }
+
+INSTANTIATE_TEST_SUITE_P(Locales, BatchProgramLocale,
+                         testing::Values("C", "nonsense", "de_DE.UTF-8", "tr_TR.UTF-8"));
 
 TEST(BatchProgram, AFullOutputIsNotDone) {
   const BatchOutcome outcome = Program("energy 50 100 0 2>&1 >/dev/full");
   EXPECT_EQ(outcome.Status, 1);
   EXPECT_EQ(outcome.Out, "standard output: cannot be written\n");
   EXPECT_EQ(Program("--help 2>&1 >/dev/full").Status, 1);
+}
+
+/// Starts the program with these descriptors as its streams; -1 leaves a stream closed.
+pid_t StartProgram(const Words& arguments, const std::array<int, 3>& streams) {
+  const std::string program = SPECTRANE_BIN "/spectrane-cli";
+  std::vector<char*> argv = {const_cast<char*>(program.c_str())};
+  for (const std::string& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
+  argv.push_back(nullptr);
+  const pid_t child = ::fork();
+  if (child != 0) return child;
+  for (int stream = 0; stream < 3; ++stream) {
+    const int given = streams[static_cast<std::size_t>(stream)];
+    if (given < 0) ::close(stream);
+    if (given >= 0 && ::dup2(given, stream) < 0) ::_exit(99);
+  }
+  ::execv(program.c_str(), argv.data());
+  ::_exit(98);
+}
+
+/// The exit status, or -1 when a signal ended the program.
+int EndOf(pid_t child) {
+  int status = 0;
+  ::waitpid(child, &status, 0);
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+TEST(BatchProgram, ClosedStreamsAreHeldSoThatNoFileTakesTheirNumbers) {
+  const TemporaryFolder folder;
+  std::array<int, 2> in{};
+  ASSERT_EQ(::pipe2(in.data(), O_CLOEXEC), 0);
+  // Waits for its document with both output streams closed.
+  const pid_t child = StartProgram({"pack", "-", folder.Path("a.bas")}, {in[0], -1, -1});
+  const std::string descriptors = "/proc/" + std::to_string(child) + "/fd/";
+  std::error_code code;
+  for (const char* stream : {"1", "2"}) {
+    std::filesystem::path held;
+    for (int i = 0; i < 500 && held != "/dev/null"; ++i) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+      held = std::filesystem::read_symlink(descriptors + stream, code);
+    }
+    EXPECT_EQ(held, "/dev/null") << stream;
+  }
+  const std::string document = R"({"kind":"bas"})";
+  EXPECT_EQ(::write(in[1], document.data(), document.size()), static_cast<ssize_t>(document.size()));
+  ::close(in[1]);
+  EXPECT_EQ(EndOf(child), 1) << "nobody has got the result";
+  ::close(in[0]);
+  EXPECT_GT(std::filesystem::file_size(folder.Path("a.bas")), 0u);
+}
+
+TEST(BatchProgram, AClosedInputIsAnEmptyOne) {
+  const TemporaryFolder folder;
+  std::array<int, 2> err{};
+  ASSERT_EQ(::pipe2(err.data(), O_CLOEXEC), 0);
+  EXPECT_EQ(EndOf(StartProgram({"pack", "-", folder.Path("a.bas")}, {-1, 1, err[1]})), 1);
+  ::close(err[1]);
+  std::array<char, 256> words{};
+  EXPECT_GT(::read(err[0], words.data(), words.size() - 1), 0);
+  EXPECT_STREQ(words.data(), "standard input: not valid JSON at byte 1\n");
+  ::close(err[0]);
 }
 
 }  // namespace

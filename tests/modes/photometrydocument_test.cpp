@@ -200,6 +200,31 @@ TEST_F(PhotometryDocumentTest, FewerRowsThanStatedAreShownAndNotSaved) {
   EXPECT_TRUE(document_.SaveFile(folder_.Path("b.bas")));
 }
 
+TEST_F(PhotometryDocumentTest, RowsMeasuredIntoAHalfLoadedDocumentAreSavedElsewhere) {
+  const std::string before = BasicFileBytes(2, 5);
+  WriteBytes(File(), before);
+  std::filesystem::create_symlink(File(), folder_.Path("link.bas"));
+  EXPECT_FALSE(document_.OpenFile(File()));
+  EXPECT_FALSE(document_.SaveFile(folder_.Path("b.bas"))) << "nothing new in it";
+  document_.Append(BasicRow(100, "new"));
+  for (const char* own : {"a.bas", "./a.bas", "link.bas"}) {
+    EXPECT_FALSE(document_.SaveFile(folder_.Path(own))) << own;
+    EXPECT_EQ(document_.LastFault().Error, FileError::NotSavable) << own;
+  }
+  EXPECT_TRUE(document_.IsModified());
+  ASSERT_TRUE(document_.SaveFile(folder_.Path("b.bas")));
+  EXPECT_FALSE(document_.IsModified());
+  EXPECT_FALSE(document_.IsHalfLoaded());
+  EXPECT_EQ(document_.FileName(), folder_.Path("b.bas"));
+  EXPECT_EQ(ReadBytes(File()), before);
+  PhotometryDocument other;
+  ASSERT_TRUE(other.OpenFile(folder_.Path("b.bas")));
+  EXPECT_EQ(other.RecordCount(), 3);
+  EXPECT_EQ(other.RecordNote(2), "new");
+  document_.SetRecordNote(2, "newer");
+  EXPECT_TRUE(document_.SaveFile(folder_.Path("b.bas"))) << "its own file is whole now";
+}
+
 TEST_F(PhotometryDocumentTest, ADocumentWithoutRowsIsNotSaved) {
   EXPECT_FALSE(document_.SaveFile(File()));
   EXPECT_EQ(document_.LastFault().Error, FileError::NotSavable);

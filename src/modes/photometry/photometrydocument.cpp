@@ -1,13 +1,25 @@
 #include "modes/photometry/photometrydocument.h"
 
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 #include "base/dateserial.h"
 #include "base/numericfault.h"
+#include "base/utf8path.h"
 #include "base/version.h"
 #include "link/function.h"
 
 namespace spectrane {
+namespace {
+
+/// The same file, under whatever name.
+bool SameFile(const std::string& one, const std::string& other) {
+  std::error_code fault;
+  return one == other || std::filesystem::equivalent(PathFromUtf8(one), PathFromUtf8(other), fault);
+}
+
+}  // namespace
 
 const BasicRecord& PhotometryDocument::Record(std::int32_t row) const {
   if (row < 0 || row >= RecordCount()) throw NumericFault("row outside the table");
@@ -55,8 +67,12 @@ bool PhotometryDocument::OpenFile(const std::string& path) {
   return !halfLoaded_;
 }
 
+bool PhotometryDocument::MaySave(const std::string& path) const {
+  return !rows_.empty() && (!halfLoaded_ || (modified_ && !SameFile(path, fileName_)));
+}
+
 bool PhotometryDocument::SaveFile(const std::string& path) {
-  if (rows_.empty() || halfLoaded_) {
+  if (!MaySave(path)) {
     fault_ = {FileError::NotSavable, 0, 0, 0, {}};
     return false;
   }
@@ -70,6 +86,7 @@ bool PhotometryDocument::SaveFile(const std::string& path) {
   if (fault_) return false;
   fileName_ = path;
   modified_ = false;
+  halfLoaded_ = false;
   textLost_ = lost;
   return true;
 }

@@ -34,7 +34,8 @@ class PhotometryDocument {
 
   /// Rows that no file has yet.
   bool IsModified() const { return modified_; }
-  /// Only a part of the rows of its file could be read. Such a document is shown but never saved.
+  /// Only a part of the rows of its file could be read. Such a document is shown; it
+  /// never takes the place of that file.
   bool IsHalfLoaded() const { return halfLoaded_; }
   /// Path of the file; empty before the first save.
   const std::string& FileName() const { return fileName_; }
@@ -47,10 +48,14 @@ class PhotometryDocument {
   /// with fewer rows than it states gives those it has (IsHalfLoaded).
   bool OpenFile(const std::string& path);
   /// Writes all rows to `path`, whose old file is replaced when the new one is whole. False: the old file is
-  /// as it was and the document stays modified. A document without rows, or half loaded, is refused.
+  /// as it was and the document stays modified. A document without rows is refused. A half-loaded one is
+  /// saved only when it was modified, and elsewhere than in its own file, which still has what was not read;
+  /// from then on it is whole.
   bool SaveFile(const std::string& path);
 
  private:
+  bool MaySave(const std::string& path) const;
+
   std::vector<BasicRecord> rows_;
   std::string fileName_;
   FileFault fault_;

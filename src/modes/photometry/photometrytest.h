@@ -4,24 +4,10 @@
 #include <functional>
 #include <string>
 
-#include "base/displayformats.h"
-#include "link/displays.h"
-#include "link/instrumentstate.h"
-#include "link/interface.h"
-#include "link/livereading.h"
 #include "modes/photometry/photometrydocument.h"
+#include "modes/testbench.h"
 
 namespace spectrane {
-
-/// The parts of the program that a test run works with. All must outlive it.
-struct TestBench {
-  Interface& Instrument;
-  InstrumentState& State;
-  LiveReading& Live;
-  MainDisplay& Display;
-  Messages& Boxes;
-  const DisplayFormats& Formats;
-};
 
 /// Blank and measurement of the photometry window: one sample after another at one wavelength, by hand or
 /// from the automatic sampler.

@@ -1,0 +1,166 @@
+#include "app/ground/documentwindow.h"
+
+#include <QCloseEvent>
+#include <QDir>
+#include <QEvent>
+#include <QFileInfo>
+#include <QTimer>
+
+#include "app/ground/languagefont.h"
+#include "app/ground/words.h"
+
+namespace spectrane {
+namespace {
+
+constexpr int kSaveRecordQuestion = 1210;
+constexpr int kStopTestQuestion = 1211;
+constexpr int kOverwriteQuestion = 1212;
+constexpr int kSaveError = 1213;
+constexpr int kOpenError = 1214;
+
+constexpr const char* kFilePathKey = "File Path";
+
+}  // namespace
+
+DocumentWindow::Run::Run(DocumentWindow& window) : window_(window), notice_(window.frame_, &window) {
+  if (window_.runs_++ == 0) window_.stopWanted_ = false;
+}
+
+DocumentWindow::Run::~Run() {
+  if (--window_.runs_ > 0) return;
+  // What could not close in the middle of the run closes from the message loop, when nothing of it is left.
+  if (window_.frameCloseWanted_) {
+    QTimer::singleShot(0, &window_, [w = &window_] { emit w->FrameCloseWanted(); });
+  } else if (window_.closeWanted_) {
+    QTimer::singleShot(0, &window_,
+                       [w = &window_] { w->parentWidget() ? w->parentWidget()->close() : w->close(); });
+  }
+  window_.closeWanted_ = window_.frameCloseWanted_ = false;
+}
+
+DocumentWindow::DocumentWindow(MainWindow& frame) : frame_(frame) {
+  ApplyLanguageFont(*this);
+}
+
+void DocumentWindow::SetCaption(const QString& caption) {
+  caption_ = caption;
+  setWindowTitle(QString(caption).replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")) +
+                 QStringLiteral("[*]"));
+  setAccessibleName(caption);
+}
+
+void DocumentWindow::DocumentChanged() {
+  setWindowModified(IsModified());
+  frame_.Display().UpdateCommands();
+}
+
+bool DocumentWindow::QueryClose(bool withFrame) {
+  if (asking_) return false;
+  if (runs_ > 0) return AskToStop(withFrame);
+  return AskToSave();
+}
+
+bool DocumentWindow::AskToStop(bool withFrame) {
+  asking_ = true;
+  const Answer answer = frame_.Boxes().AskYesNo(Words(kStopTestQuestion));
+  asking_ = false;
+  if (answer != Answer::Yes) return false;
+  stopWanted_ = true;
+  closeWanted_ = true;
+  frameCloseWanted_ = frameCloseWanted_ || withFrame;
+  return false;
+}
+
+bool DocumentWindow::AskToSave() {
+  CommitEditors();
+  if (!IsModified()) return true;
+  asking_ = true;
+  const Answer answer = frame_.Boxes().AskYesNoCancel(Words(kSaveRecordQuestion));
+  const bool may = answer == Answer::No || (answer == Answer::Yes && mmuSaveFile());
+  asking_ = false;
+  return may;
+}
+
+void DocumentWindow::closeEvent(QCloseEvent* event) {
+  if (runs_ == 0 && (closeAllowed_ || QueryClose(false))) {
+    event->accept();
+  } else {
+    event->ignore();
+  }
+}
+
+void DocumentWindow::changeEvent(QEvent* event) {
+  // The frame of the window shows the mark of unsaved work for its child.
+  if (event->type() == QEvent::ModifiedChange && parentWidget())
+    parentWidget()->setWindowModified(isWindowModified());
+  QWidget::changeEvent(event);
+}
+
+bool DocumentWindow::mmuOpenFile(const QString& path) {
+  QString fault;
+  const bool whole = ReadDocument(path, fault);
+  if (!whole) frame_.Boxes().ShowWords(path + Words(kOpenError), fault);
+  RememberFile(path);
+  DocumentChanged();
+  return whole;
+}
+
+bool DocumentWindow::mmuSaveFile() {
+  CommitEditors();
+  if (OpenFileName().isEmpty()) return mmuSaveAsFile();
+  if (FileWasChanged()) {
+    // Somebody else has written the file since; what they wrote goes only on a Yes.
+    if (frame_.Boxes().AskYesNo(OpenFileName() + u' ' + Words(kOverwriteQuestion)) != Answer::Yes)
+      return false;
+  }
+  return SaveTo(OpenFileName());
+}
+
+QString DocumentWindow::PathToBeginWith() const {
+  if (!OpenFileName().isEmpty()) return OpenFileName();
+  const QString last =
+      QString::fromStdString(frame_.Settings().GetSetting(FileWords().Section, kFilePathKey));
+  return last.isEmpty() ? QDir::homePath() : QFileInfo(last).absolutePath();
+}
+
+bool DocumentWindow::mmuSaveAsFile() {
+  CommitEditors();
+  const FileKindWords words = FileWords();
+  QString path = frame_.Boxes().SaveFileName(Words(words.FilterTextId), PathToBeginWith());
+  if (path.isEmpty()) return false;
+  const QString ending = QString::fromLatin1(words.Ending);
+  if (!path.endsWith(ending, Qt::CaseInsensitive)) path += ending;
+  if (QFileInfo::exists(path) &&
+      frame_.Boxes().AskYesNo(path + u' ' + Words(kOverwriteQuestion)) != Answer::Yes) {
+    return false;
+  }
+  return SaveTo(path);
+}
+
+bool DocumentWindow::SaveTo(const QString& path) {
+  QString fault;
+  if (!WriteDocument(path, fault)) {
+    frame_.Boxes().ShowWords(Words(kSaveError), fault);
+    DocumentChanged();
+    return false;
+  }
+  RememberFile(path);
+  frame_.Settings().PutSetting(FileWords().Section, kFilePathKey, path.toStdString());
+  frame_.NoteFile(path);
+  SetCaption(QFileInfo(path).fileName());
+  DocumentChanged();
+  return true;
+}
+
+void DocumentWindow::RememberFile(const QString& path) {
+  const QFileInfo file(path);
+  fileTime_ = file.lastModified();
+  fileSize_ = file.exists() ? file.size() : -1;
+}
+
+bool DocumentWindow::FileWasChanged() const {
+  const QFileInfo file(OpenFileName());
+  return file.exists() && (file.size() != fileSize_ || file.lastModified() != fileTime_);
+}
+
+}  // namespace spectrane

@@ -1,0 +1,137 @@
+#pragma once
+
+#include <QDateTime>
+#include <QString>
+#include <QWidget>
+
+#include "app/ground/mainwindow.h"
+#include "link/livereading.h"
+
+namespace spectrane {
+
+/// What a kind of data file needs in dialogs.
+struct FileKindWords {
+  /// Text number of the dialog filter.
+  int FilterTextId;
+  /// With the point.
+  const char* Ending;
+  /// Section of config.ini whose `File Path` begins the save dialog.
+  const char* Section;
+};
+
+/// A child of the main window. The main window calls these procedures on the active child; what a window has
+/// no use for stays empty, and Offers() tells the enabling pass which ones are more than that.
+class DocumentWindow : public QWidget, public RezeroTarget {
+  Q_OBJECT
+
+ public:
+  explicit DocumentWindow(MainWindow& frame);
+
+  /// Measuring. These yield.
+  virtual void mmuStartTest() {}
+  virtual void mmuStopTest() {}
+  void mmuOperationRezero() override {}
+  virtual void mmuScanEnergy() {}
+  /// Shows the file at `path`. False: it could not be read; the person was told. Yields.
+  virtual bool mmuOpenFile(const QString& path);
+  /// Saves to the known path, or asks for one. False: nothing was saved, by choice or by a fault that the
+  /// person was told of; the document stays modified. Yields.
+  virtual bool mmuSaveFile();
+  virtual bool mmuSaveAsFile();
+  virtual void mmuDeleteReport() {}
+  virtual void PrintReport() {}
+  virtual void ShowConfigWindow() {}
+  virtual void CopyPicture() {}
+  virtual void mmuFileOutputBMP() {}
+  virtual void mmuFileOutputXLS() {}
+  virtual void mmuFileOutputTXT() {}
+  virtual void mmuZoomOut() {}
+  virtual void mmuZoomIn() {}
+  virtual void mmuZoomWindow() {}
+  virtual void mmuSetPeakHeight() {}
+  virtual void FindPeak() {}
+  virtual void mmuSpectrumDev() {}
+  virtual void mmuSpectrumSmooth() {}
+  virtual void ShowMaxMinAverageWindow() {}
+
+  /// File type number of the header that this window shows.
+  virtual int CheckFileType() const = 0;
+  /// Path of the open file; empty before the first save.
+  virtual QString OpenFileName() const = 0;
+  /// Whether `command` does something here, as the document stands.
+  virtual bool Offers(int command) const = 0;
+  /// Number formats have changed: the window shows its figures anew.
+  virtual void FormatsChanged() {}
+  /// Text typed into an editor that is still open is taken over.
+  virtual void CommitEditors() {}
+
+  /// The text before the mark of unsaved work.
+  void SetCaption(const QString& caption);
+  const QString& Caption() const { return caption_; }
+
+  /// Asks what has to be asked before the window goes: to stop a test that runs, to save. True: it may close
+  /// now. While a test runs the answer is false; after a Yes the window (or the main window, when
+  /// `withFrame`) closes itself at the end of the run. Yields.
+  bool QueryClose(bool withFrame);
+  /// The next close does not ask again: QueryClose() has.
+  void AllowClose() { closeAllowed_ = true; }
+  /// A measurement of this window is under way.
+  bool RunsNow() const { return runs_ > 0; }
+
+ signals:
+  /// A close that had to wait for the end of a run is due.
+  void FrameCloseWanted();
+
+ protected:
+  MainWindow& Frame() { return frame_; }
+  const MainWindow& Frame() const { return frame_; }
+
+  /// Marks a stretch of code that yields and touches this window afterwards: the window does not go while one
+  /// lives, and the main window knows that a run is under way.
+  class Run {
+   public:
+    explicit Run(DocumentWindow& window);
+    ~Run();
+    Run(const Run&) = delete;
+    Run& operator=(const Run&) = delete;
+
+   private:
+    DocumentWindow& window_;
+    RunNotice notice_;
+  };
+  /// The person wants the run to end at its next step.
+  bool StopWanted() const { return stopWanted_; }
+
+  virtual FileKindWords FileWords() const = 0;
+  virtual bool IsModified() const = 0;
+  /// Writes the document; false leaves a reason in `fault`. No message is shown here.
+  virtual bool WriteDocument(const QString& path, QString& fault) = 0;
+  virtual bool ReadDocument(const QString& path, QString& fault) = 0;
+  /// To be called after every change of the document.
+  void DocumentChanged();
+
+  void closeEvent(QCloseEvent* event) override;
+  void changeEvent(QEvent* event) override;
+
+ private:
+  bool AskToStop(bool withFrame);
+  bool AskToSave();
+  bool SaveTo(const QString& path);
+  QString PathToBeginWith() const;
+  void RememberFile(const QString& path);
+  bool FileWasChanged() const;
+
+  MainWindow& frame_;
+  QString caption_;
+  int runs_ = 0;
+  bool asking_ = false;
+  bool stopWanted_ = false;
+  bool closeAllowed_ = false;
+  bool closeWanted_ = false;
+  bool frameCloseWanted_ = false;
+  // The file as this window last read or wrote it.
+  QDateTime fileTime_;
+  qint64 fileSize_ = -1;
+};
+
+}  // namespace spectrane

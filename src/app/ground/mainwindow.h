@@ -1,0 +1,70 @@
+#pragma once
+
+#include "app/ground/questions.h"
+#include "base/setting.h"
+#include "base/windowsettings.h"
+#include "link/instrumentlink.h"
+#include "modes/testbench.h"
+
+class QString;
+class QWidget;
+
+namespace spectrane {
+
+class DocumentWindow;
+class LayoutStore;
+
+/// The main window as every other window sees it. One per process; it outlives all others.
+class MainWindow {
+ public:
+  virtual ~MainWindow() = default;
+
+  virtual InstrumentLink& Link() = 0;
+  virtual Setting& Settings() = 0;
+  /// The general options, as config.ini has them.
+  virtual WindowSettings& Window() = 0;
+  virtual MainDisplay& Display() = 0;
+  virtual Questions& Boxes() = 0;
+  /// Parent of dialogs.
+  virtual QWidget& Frame() = 0;
+  /// Sizes and places that are remembered from one start to the next.
+  virtual LayoutStore& Layout() = 0;
+
+  /// The active child, or null.
+  virtual DocumentWindow* ActiveForm() const = 0;
+  /// Whether this program can make a document of that kind (numbers of the New File guide, 1 to 6).
+  virtual bool CanCreate(int newFileType) const = 0;
+  /// Creates, shows and sets up a document of that kind. Yields.
+  virtual void NewFile(int newFileType) = 0;
+  /// The file was opened or saved: head of the recent files.
+  virtual void NoteFile(const QString& path) = 0;
+  /// Draws the command bars in another look of the style list, at once.
+  virtual void SetMenuStyle(int style) = 0;
+  /// Number formats have changed: what is on show is written anew.
+  virtual void FormatsChanged() = 0;
+
+  /// A routine of several instrument commands begins and ends; between the two the measuring commands are
+  /// disabled and the main window does not close. `window` (may be null) is the one that measures.
+  virtual void RunBegins(DocumentWindow* window) = 0;
+  virtual void RunEnds() = 0;
+};
+
+/// Tells the main window of a run while it lives.
+class RunNotice {
+ public:
+  RunNotice(MainWindow& frame, DocumentWindow* window) : frame_(frame) { frame_.RunBegins(window); }
+  ~RunNotice() { frame_.RunEnds(); }
+  RunNotice(const RunNotice&) = delete;
+  RunNotice& operator=(const RunNotice&) = delete;
+
+ private:
+  MainWindow& frame_;
+};
+
+/// What the test runs work with, taken from the main window.
+inline TestBench BenchOf(MainWindow& frame) {
+  InstrumentLink& link = frame.Link();
+  return {link.Instrument, link.State, link.Live, frame.Display(), frame.Boxes(), link.Formats};
+}
+
+}  // namespace spectrane

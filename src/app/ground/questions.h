@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QString>
+
+#include "link/displays.h"
+
+namespace spectrane {
+
+enum class Answer { Yes, No, Cancel };
+
+/// Everything that stops to wait for a word from the person: boxes and file dialogs. Tests put a queue of
+/// answers here. Every procedure yields. The numbered texts come by Messages::Show.
+class Questions : public Messages {
+ public:
+  /// An information box with words that are put together, such as a path and a text; `details` may be empty
+  /// and stands behind the message.
+  virtual void ShowWords(const QString& words, const QString& details) = 0;
+  void ShowWords(const QString& words) { ShowWords(words, {}); }
+  /// Yes and No; closing the box is No.
+  virtual Answer AskYesNo(const QString& words) = 0;
+  /// Yes, No and Cancel; closing the box is Cancel.
+  virtual Answer AskYesNoCancel(const QString& words) = 0;
+  /// The path of a file to open or to save to; empty when the person chose none. `filter` is a text of the
+  /// table: captions and patterns in turn, between bars. `path` is the folder or file to begin with.
+  virtual QString OpenFileName(const QString& filter, const QString& path) = 0;
+  virtual QString SaveFileName(const QString& filter, const QString& path) = 0;
+};
+
+/// A filter text of the table as the toolkit wants it: "Caption (*.a *.b)" for each pair.
+QString DialogFilter(const QString& tableFilter);
+
+}  // namespace spectrane

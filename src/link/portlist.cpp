@@ -57,19 +57,22 @@ std::vector<std::string> SplitPortPaths(const std::string& list, char separator)
   }
 }
 
-SerialPortList::SerialPortList() {
-  SerialPortList::Refresh();
+void SerialPortList::Refresh() {
+  paths_.reset();
 }
 
-void SerialPortList::Refresh() {
-  paths_ = !qEnvironmentVariableIsEmpty("SPECTRANE_PORTS")
-               ? SplitPortPaths(qEnvironmentVariable("SPECTRANE_PORTS").toStdString(), kSeparator)
-               : MachinePaths();
+const std::vector<std::string>& SerialPortList::Paths() const {
+  if (!paths_) {
+    paths_ = !qEnvironmentVariableIsEmpty("SPECTRANE_PORTS")
+                 ? SplitPortPaths(qEnvironmentVariable("SPECTRANE_PORTS").toStdString(), kSeparator)
+                 : MachinePaths();
+  }
+  return *paths_;
 }
 
 std::string SerialPortList::Path(int number) const {
-  if (number < 1 || static_cast<std::size_t>(number) > paths_.size()) return {};
-  return paths_[static_cast<std::size_t>(number) - 1];
+  if (number < 1 || static_cast<std::size_t>(number) > Paths().size()) return {};
+  return Paths()[static_cast<std::size_t>(number) - 1];
 }
 
 std::unique_ptr<Port> SerialPortList::MakePort(int) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,18 +22,19 @@ class PortList {
 
 /// Serial ports of the machine: those of the environment variable SPECTRANE_PORTS (paths separated by ":", on
 /// Windows by ";"; an empty entry is a port that does not exist), or without it the machine's serial devices
-/// in name order (on Windows port n is COMn).
+/// in name order (on Windows port n is COMn). The machine is looked at when a port is asked for, first and
+/// after each Refresh(): that takes tens of milliseconds.
 class SerialPortList : public PortList {
  public:
-  /// Looks at the environment and the machine now and at each Refresh().
-  SerialPortList();
   void Refresh() override;
 
   std::string Path(int number) const override;
   std::unique_ptr<Port> MakePort(int number) override;
 
  private:
-  std::vector<std::string> paths_;
+  const std::vector<std::string>& Paths() const;
+
+  mutable std::optional<std::vector<std::string>> paths_;
 };
 
 /// The entries of a list of paths; an empty text gives no entry, ":" two empty ones.

@@ -28,15 +28,6 @@ std::string LastPart(const std::string& path) {
   return path.substr(last + 1);
 }
 
-std::string DamageWords(const FileFault& fault) {
-  if (fault.Stated < 0) return "damaged: states a negative number of records";
-  if (fault.Stated > fault.Held) {
-    return "damaged: has " + std::to_string(fault.Held) + " of the " + std::to_string(fault.Stated) +
-           " records that it states";
-  }
-  return "damaged: ends too early, at byte " + std::to_string(fault.Offset);
-}
-
 }  // namespace
 
 Refusal::Refusal(const std::string& words) : std::runtime_error(OneLine(words)) {}
@@ -84,31 +75,6 @@ CLI::Option* AddLong(CLI::App* command, const std::string& name, std::int32_t& v
     }
   };
   return command->add_option_function<std::string>(name, take, description)->type_name("INTEGER");
-}
-
-std::string FaultWords(const FileFault& fault) {
-  switch (fault.Error) {
-    case FileError::None:
-      return "no fault";
-    case FileError::Missing:
-      return "no such file";
-    case FileError::Exists:
-      return "exists already";
-    case FileError::NotRegular:
-      return "not a regular file";
-    case FileError::WrongKind:
-      return "not a data file of the kind that is wanted";
-    case FileError::Damaged:
-      return DamageWords(fault);
-    case FileError::TooBig:
-      return "states " + std::to_string(fault.Stated) + " records, more than the " +
-             std::to_string(fault.Held) + " that can be taken";
-    case FileError::InputOutput:
-      return fault.Reason.empty() ? "input/output error" : fault.Reason;
-    case FileError::NotSavable:
-      return "nothing to save";
-  }
-  return "unknown fault";
 }
 
 }  // namespace spectrane

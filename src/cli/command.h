@@ -53,7 +53,4 @@ inline constexpr char kValueMark = '\x1F';
 /// The text of an argument as it was typed.
 std::string PlainArgument(const std::string& text);
 
-/// Why a file was not taken, in plain words.
-std::string FaultWords(const FileFault& fault);
-
 }  // namespace spectrane

@@ -39,4 +39,7 @@ struct FileFault {
   explicit operator bool() const { return Error != FileError::None; }
 };
 
+/// Why a file was not taken, in plain words.
+std::string FaultWords(const FileFault& fault);
+
 }  // namespace spectrane

@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QEvent>
 #include <QFileInfo>
+#include <QScopedValueRollback>
 #include <QTimer>
 
 #include "app/ground/languagefont.h"
@@ -55,7 +56,7 @@ void DocumentWindow::DocumentChanged() {
 }
 
 bool DocumentWindow::QueryClose(bool withFrame) {
-  if (asking_) return false;
+  if (asking_ || saving_) return false;
   if (runs_ > 0) return AskToStop(withFrame);
   return AskToSave();
 }
@@ -106,8 +107,10 @@ bool DocumentWindow::mmuOpenFile(const QString& path) {
 }
 
 bool DocumentWindow::mmuSaveFile() {
+  if (saving_) return false;
+  const QScopedValueRollback<bool> saving(saving_, true);
   CommitEditors();
-  if (OpenFileName().isEmpty()) return mmuSaveAsFile();
+  if (OpenFileName().isEmpty() || SavesElsewhere()) return SaveUnderNewName();
   if (FileWasChanged()) {
     // Somebody else has written the file since; what they wrote goes only on a Yes.
     if (frame_.Boxes().AskYesNo(OpenFileName() + u' ' + Words(kOverwriteQuestion)) != Answer::Yes)
@@ -124,6 +127,12 @@ QString DocumentWindow::PathToBeginWith() const {
 }
 
 bool DocumentWindow::mmuSaveAsFile() {
+  if (saving_) return false;
+  const QScopedValueRollback<bool> saving(saving_, true);
+  return SaveUnderNewName();
+}
+
+bool DocumentWindow::SaveUnderNewName() {
   CommitEditors();
   const FileKindWords words = FileWords();
   QString path = frame_.Boxes().SaveFileName(Words(words.FilterTextId), PathToBeginWith());

@@ -36,6 +36,7 @@ class DocumentWindow : public QWidget, public RezeroTarget {
   virtual bool mmuOpenFile(const QString& path);
   /// Saves to the known path, or asks for one. False: nothing was saved, by choice or by a fault that the
   /// person was told of; the document stays modified. Yields.
+  /// A second call while one still asks does nothing.
   virtual bool mmuSaveFile();
   virtual bool mmuSaveAsFile();
   virtual void mmuDeleteReport() {}
@@ -101,9 +102,13 @@ class DocumentWindow : public QWidget, public RezeroTarget {
   };
   /// The person wants the run to end at its next step.
   bool StopWanted() const { return stopWanted_; }
+  /// Asks a run that is under way to end there; its rows and points stay.
+  void EndRun() { stopWanted_ = stopWanted_ || RunsNow(); }
 
   virtual FileKindWords FileWords() const = 0;
   virtual bool IsModified() const = 0;
+  /// The open file must not be replaced by what this window holds: Save asks for another name.
+  virtual bool SavesElsewhere() const { return false; }
   /// Writes the document; false leaves a reason in `fault`. No message is shown here.
   virtual bool WriteDocument(const QString& path, QString& fault) = 0;
   virtual bool ReadDocument(const QString& path, QString& fault) = 0;
@@ -116,6 +121,7 @@ class DocumentWindow : public QWidget, public RezeroTarget {
  private:
   bool AskToStop(bool withFrame);
   bool AskToSave();
+  bool SaveUnderNewName();
   bool SaveTo(const QString& path);
   QString PathToBeginWith() const;
   void RememberFile(const QString& path);
@@ -125,6 +131,7 @@ class DocumentWindow : public QWidget, public RezeroTarget {
   QString caption_;
   int runs_ = 0;
   bool asking_ = false;
+  bool saving_ = false;
   bool stopWanted_ = false;
   bool closeAllowed_ = false;
   bool closeWanted_ = false;

@@ -36,18 +36,22 @@ bool PhotometryTest::TakeBlank() {
   state.InstrumentBusy = true;
   double wavelength = kUnknownWavelength;
   if (!bench_.Instrument.GetWavelength(wavelength)) return LinkFailed();
+  if (Stopped()) return false;
   if (state.SamplerPresent && !bench_.Instrument.SetSampler(state.SamplerZeroPosition)) {
     bench_.Boxes.Show(kSamplerError);
     return false;
   }
+  if (Stopped()) return false;
   if (!MoveFrom(wavelength)) return LinkFailed();
   TellWavelength();
+  if (Stopped()) return false;
   // From here on the instrument may have chosen another gain: an older blank no longer fits what it reads.
   BlankDone = bench_.Live.mmuRezeroEnergy();
   if (!BlankDone) return false;
   BlankFullEnergy = state.FullEnergy;
   BlankDarkEnergy = state.DarkEnergy;
   blankGain_ = state.GainIndex;
+  blankWavelength_ = WaveLength;
   return true;
 }
 
@@ -68,7 +72,7 @@ void PhotometryTest::TellWavelength() {
 }
 
 bool PhotometryTest::BlankHolds() const {
-  return BlankDone && blankGain_ == bench_.State.GainIndex;
+  return BlankDone && blankGain_ == bench_.State.GainIndex && blankWavelength_ == WaveLength;
 }
 
 bool PhotometryTest::mmuStartTest() {
@@ -95,16 +99,24 @@ bool PhotometryTest::MeasureAll() {
   InstrumentState& state = bench_.State;
   state.InstrumentBusy = true;
   double wavelength = kUnknownWavelength;
-  if (!bench_.Instrument.GetWavelength(wavelength) || !MoveFrom(wavelength)) return LinkFailed();
+  if (!bench_.Instrument.GetWavelength(wavelength)) return LinkFailed();
+  if (Stopped()) return false;
+  if (!MoveFrom(wavelength)) return LinkFailed();
   TellWavelength();
   bench_.Live.ToolsBarFullEnergyData(BlankFullEnergy, BlankDarkEnergy, state.GainIndex);
+  if (Stopped()) return false;
   if (!state.SamplerPresent) return MeasureRow({}) || RunFailed();
+  return MeasureCells();
+}
+
+bool PhotometryTest::MeasureCells() {
   for (std::int32_t position = 1; position <= kSamplerPositionCount; ++position) {
-    if (!state.SamplerPositions[static_cast<std::size_t>(position)]) continue;
+    if (!bench_.State.SamplerPositions[static_cast<std::size_t>(position)]) continue;
+    if (Stopped()) return false;
     std::int32_t cell = position;
-    if (!bench_.Instrument.SetSampler(cell) || !MeasureRow("Sampler Position " + std::to_string(position))) {
-      return RunFailed();
-    }
+    if (!bench_.Instrument.SetSampler(cell)) return RunFailed();
+    if (Stopped()) return false;
+    if (!MeasureRow("Sampler Position " + std::to_string(position))) return RunFailed();
   }
   return true;
 }

@@ -24,28 +24,36 @@ class PhotometryTest : public RezeroTarget {
 
   /// Test wavelength [nm]; held inside the instrument's range when it is set there.
   double WaveLength = 546.0;
-  /// Raw readings [counts] of the last blank.
+  /// Raw readings [counts] of the last blank, which holds for the wavelength and the gain it was taken at.
   std::int32_t BlankFullEnergy = 0;
   std::int32_t BlankDarkEnergy = 0;
   bool BlankDone = false;
   bool TestRunning = false;
+  bool IsConnected() const { return bench_.State.InstrumentConnected; }
+  /// A start would not ask for a blank first.
+  bool BlankHolds() const;
   /// Called after each row that was stored, with its index from 0.
   std::function<void(std::int32_t)> OnRow;
+  /// Asked between two instrument commands. True ends the blank or the run there, without a message; rows
+  /// taken before stay.
+  std::function<bool()> StopWanted;
 
  private:
   bool TakeBlank();
   bool MoveFrom(double wavelength);
   bool LinkFailed();
   void TellWavelength();
-  bool BlankHolds() const;
+  bool Stopped() const { return StopWanted && StopWanted(); }
   bool MeasureAll();
+  bool MeasureCells();
   bool MeasureRow(const std::string& note);
   bool RunFailed();
 
   TestBench bench_;
   PhotometryDocument& document_;
-  // Energies of different gains cannot be compared.
+  // Energies of different gains or wavelengths cannot be compared.
   std::int32_t blankGain_ = 0;
+  double blankWavelength_ = 0;
 };
 
 }  // namespace spectrane

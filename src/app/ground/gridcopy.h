@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QItemSelection>
+#include <QMimeData>
+
+#include <memory>
+
+namespace spectrane {
+
+/// The rows that a selection touches, or all of them when it is empty, with the headings above: as lines of
+/// text with a tab between cells, and as an HTML table. What is no number stays text where it is pasted, a
+/// formula included.
+std::unique_ptr<QMimeData> GridMimeData(const QAbstractItemModel& model, const QItemSelection& selection);
+/// The same into the clipboard.
+void CopyGrid(const QAbstractItemModel& model, const QItemSelection& selection);
+
+}  // namespace spectrane

@@ -1,0 +1,287 @@
+#include "modes/windows/frmbasic.h"
+
+#include <QAction>
+#include <QHeaderView>
+#include <QPointer>
+#include <QVBoxLayout>
+
+#include "app/ground/commands.h"
+#include "app/ground/languagefont.h"
+#include "app/ground/layoutstore.h"
+#include "app/ground/words.h"
+#include "modes/photometry/basicsettings.h"
+#include "modes/windows/basictable.h"
+#include "modes/windows/frmbasicconfig.h"
+#include "modes/windows/notegrid.h"
+
+namespace spectrane {
+namespace {
+
+constexpr int kFileType = 11;
+constexpr int kNoPicture = 969;
+constexpr int kFileFilter = 1193;
+constexpr int kRemoveError = 1215;
+constexpr int kRemoveQuestion = 1216;
+constexpr int kRemoveQuestionEnd = 1217;
+
+const QString kGridLayout = QStringLiteral("FrmBasic/DataGrid");
+
+/// The cursor of a wait, over this window only: the commands of the main window stay in reach.
+class BusyCursor {
+ public:
+  explicit BusyCursor(QWidget& window) : window_(window) { window_.setCursor(Qt::BusyCursor); }
+  ~BusyCursor() { window_.unsetCursor(); }
+  BusyCursor(const BusyCursor&) = delete;
+  BusyCursor& operator=(const BusyCursor&) = delete;
+
+ private:
+  QWidget& window_;
+};
+
+QString PlainWords(int textId) {
+  return PlainCaption(Caption(textId));
+}
+
+}  // namespace
+
+FrmBasic::FrmBasic(MainWindow& frame)
+    : DocumentWindow(frame),
+      test_(BenchOf(frame), document_),
+      grid_(new NoteGrid(QStringLiteral("EditText"), this)),
+      table_(new BasicTable(document_, frame.Link().Formats, this)) {
+  setObjectName(QStringLiteral("FrmBasic"));
+  SetCaption(Words(kNewBasic).trimmed());
+  LoadSettings();
+  BuildGrid();
+  BuildActions();
+  test_.OnRow = [this](std::int32_t row) { ShowNewRow(row); };
+  test_.StopWanted = [this] { return StopWanted(); };
+  UpdateOffers();
+}
+
+FrmBasic::~FrmBasic() {
+  if (ColumnWidths() != widthsAtStart_)
+    Frame().Layout().StoreColumns(kGridLayout, *grid_->horizontalHeader());
+}
+
+void FrmBasic::LoadSettings() {
+  BasicSettings settings;
+  spectrane::LoadSettings<BasicSettings>(Frame().Settings(), kBasicSettingRows, settings);
+  test_.WaveLength = settings.WaveLength;
+}
+
+void FrmBasic::BuildGrid() {
+  grid_->setObjectName(QStringLiteral("DataGrid"));
+  grid_->setAccessibleName(PlainWords(kNewBasic));
+  grid_->setModel(table_);
+  grid_->Hint = [this] { return NextStep(); };
+  connect(grid_, &NoteGrid::RowSelectionChanged, this, &FrmBasic::UpdateOffers);
+  connect(table_, &QAbstractItemModel::dataChanged, this, &FrmBasic::DocumentChanged);
+  auto* const layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(grid_);
+  setFocusProxy(grid_);
+  FitColumns();
+  Frame().Layout().RestoreColumns(kGridLayout, *grid_->horizontalHeader());
+  grid_->horizontalHeader()->setStretchLastSection(true);
+  widthsAtStart_ = ColumnWidths();
+}
+
+void FrmBasic::FitColumns() {
+  // Room for the heading and for the widest figure of the column.
+  constexpr const char* kWidest[] = {"00000", "1000.0", "-0.0000", "200.00", "000000"};
+  grid_->ensurePolished();
+  QHeaderView& header = *grid_->horizontalHeader();
+  header.setMinimumSectionSize(grid_->fontMetrics().averageCharWidth() * 5);
+  for (int column = 0; column < BasicTable::kNote; ++column) {
+    const int figure = grid_->fontMetrics().horizontalAdvance(QLatin1String(kWidest[column])) +
+                       grid_->fontMetrics().averageCharWidth() * 3;
+    header.resizeSection(column, std::max(header.sectionSizeHint(column), figure));
+  }
+}
+
+QList<int> FrmBasic::ColumnWidths() const {
+  QList<int> widths;
+  for (int column = 0; column < BasicTable::kNote; ++column) widths.append(grid_->columnWidth(column));
+  return widths;
+}
+
+void FrmBasic::BuildActions() {
+  copyAction_ = new QAction(QStringLiteral("&Copy"), this);
+  copyAction_->setObjectName(QStringLiteral("GridCopy"));
+  copyAction_->setShortcut(QKeySequence::Copy);
+  copyAction_->setShortcutContext(Qt::WidgetShortcut);
+  connect(copyAction_, &QAction::triggered, grid_, [this] { grid_->Copy(); });
+  QSet<QChar> used = {u'C'};
+  deleteAction_ = new QAction(WithAccessKey(Words(kDeleteRecord), used), this);
+  deleteAction_->setObjectName(QStringLiteral("GridDelete"));
+  connect(deleteAction_, &QAction::triggered, this, [this] { mmuDeleteReport(); });
+  grid_->addActions({copyAction_, deleteAction_});
+  grid_->setContextMenuPolicy(Qt::ActionsContextMenu);
+}
+
+void FrmBasic::SetWaveLength(double wavelength) {
+  test_.WaveLength = wavelength;
+  grid_->viewport()->update();
+}
+
+void FrmBasic::mmuStartTest() {
+  if (RunsNow()) return;
+  CommitEditors();
+  {
+    const Run run(*this);
+    const BusyCursor busy(*this);
+    UpdateOffers();
+    test_.mmuStartTest();
+  }
+  DocumentChanged();
+  UpdateOffers();
+}
+
+void FrmBasic::mmuStopTest() {
+  EndRun();
+}
+
+void FrmBasic::mmuOperationRezero() {
+  if (RunsNow()) return;
+  CommitEditors();
+  {
+    const Run run(*this);
+    const BusyCursor busy(*this);
+    UpdateOffers();
+    test_.mmuOperationRezero();
+  }
+  grid_->viewport()->update();
+  UpdateOffers();
+}
+
+void FrmBasic::ShowNewRow(int row) {
+  table_->RowAdded();
+  // Somebody who is typing a note goes on typing it; it belongs to its own row.
+  if (!grid_->EditorIsOpen()) grid_->ShowRow(row);
+  DocumentChanged();
+}
+
+void FrmBasic::mmuDeleteReport() {
+  if (RunsNow()) return;
+  CommitEditors();
+  const int number = grid_->SelectedRow() + 1;
+  if (number < 1 || number > document_.RecordCount()) {
+    Frame().Boxes().Show(kRemoveError);
+    return;
+  }
+  const QPointer<FrmBasic> self(this);
+  const QString question =
+      Words(kRemoveQuestion) + u'<' + QString::number(number) + u'>' + Words(kRemoveQuestionEnd);
+  if (Frame().Boxes().AskYesNo(question) != Answer::Yes || !self) return;
+  if (!document_.DeleteRecord(number)) return;
+  table_->RowRemoved(number - 1);
+  grid_->ShowRow(std::min(number, document_.RecordCount()) - 1);
+  DocumentChanged();
+  UpdateOffers();
+}
+
+void FrmBasic::mmuFileOutputBMP() {
+  Frame().Boxes().Show(kNoPicture);
+}
+
+void FrmBasic::ShowConfigWindow() {
+  if (RunsNow()) return;
+  CommitEditors();
+  const QPointer<FrmBasic> self(this);
+  FrmBasicConfig dialog(Frame(), WaveLength());
+  if (dialog.exec() == QDialog::Accepted && self) SetWaveLength(dialog.WaveLength());
+}
+
+int FrmBasic::CheckFileType() const {
+  return kFileType;
+}
+
+QString FrmBasic::OpenFileName() const {
+  return QString::fromStdString(document_.FileName());
+}
+
+bool FrmBasic::Offers(int command) const {
+  switch (command) {
+    case kStopTest:
+      return RunsNow();
+    case kClose:
+      return true;
+    case kStartTest:
+    case kSetBlank:
+    case kTestOption:
+      return !RunsNow();
+    case kSave:
+    case kSaveAs:
+      return !RunsNow() && document_.RecordCount() > 0;
+    case kDeleteRecord:
+      return !RunsNow() && grid_->SelectedRow() >= 0;
+    default:
+      return false;
+  }
+}
+
+void FrmBasic::UpdateOffers() {
+  copyAction_->setEnabled(document_.RecordCount() > 0);
+  deleteAction_->setEnabled(Offers(kDeleteRecord));
+  Frame().Display().UpdateCommands();
+}
+
+void FrmBasic::FormatsChanged() {
+  table_->FormatsChanged();
+}
+
+void FrmBasic::CommitEditors() {
+  grid_->CommitEditor();
+}
+
+FileKindWords FrmBasic::FileWords() const {
+  return {kFileFilter, ".bas", kBasicSection};
+}
+
+bool FrmBasic::IsModified() const {
+  // Rows that were taken and removed again leave nothing to save.
+  return document_.IsModified() && (document_.RecordCount() > 0 || !document_.FileName().empty());
+}
+
+bool FrmBasic::SavesElsewhere() const {
+  return document_.IsHalfLoaded();
+}
+
+bool FrmBasic::WriteDocument(const QString& path, QString& fault) {
+  const bool halfLoaded = document_.IsHalfLoaded();
+  if (!document_.SaveFile(path.toStdString())) {
+    const bool refused = halfLoaded && document_.LastFault().Error == FileError::NotSavable;
+    fault = refused ? QStringLiteral(
+                          "The file holds rows that could not be read; rows measured since can be "
+                          "saved under another name.")
+                    : QString::fromStdString(FaultWords(document_.LastFault()));
+    return false;
+  }
+  if (document_.TextWasLost()) {
+    Frame().Display().SetRemark("Saved. Characters that the file has no place for stand there as \"?\".");
+  }
+  return true;
+}
+
+bool FrmBasic::ReadDocument(const QString& path, QString& fault) {
+  const bool whole = document_.OpenFile(path.toStdString());
+  if (!whole) fault = QString::fromStdString(FaultWords(document_.LastFault()));
+  table_->RowsReplaced();
+  grid_->ShowRow(0);
+  UpdateOffers();
+  return whole;
+}
+
+QString FrmBasic::NextStep() const {
+  const bool connected = test_.IsConnected();
+  if (!connected) {
+    return QStringLiteral("No readings yet. Connect the instrument, insert the blank and choose %1.")
+        .arg(PlainWords(kSetBlank));
+  }
+  if (!test_.BlankHolds())
+    return QStringLiteral("Insert the blank and choose %1.").arg(PlainWords(kSetBlank));
+  return QStringLiteral("Insert a sample and choose %1.").arg(PlainWords(kStartTest));
+}
+
+}  // namespace spectrane

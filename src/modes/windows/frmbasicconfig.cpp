@@ -1,0 +1,108 @@
+#include "modes/windows/frmbasicconfig.h"
+
+#include <QFormLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+
+#include <optional>
+
+#include "app/ground/languagefont.h"
+#include "app/ground/words.h"
+#include "base/numbers.h"
+#include "modes/photometry/basicsettings.h"
+
+namespace spectrane {
+namespace {
+
+constexpr int kTitle = 1318;
+constexpr int kWavelengthLabel = 701;
+constexpr int kOK = 712;
+constexpr int kCancel = 713;
+constexpr int kWavelengthError = 1006;
+constexpr const char* kFieldFormat = "0.0";
+constexpr int kFieldCharacters = 12;
+
+QPushButton* MakeButton(const char* name, int textId, QSet<QChar>& used, QWidget* parent) {
+  auto* const button = new QPushButton(WithAccessKey(Caption(textId), used), parent);
+  button->setObjectName(QLatin1String(name));
+  button->setAccessibleName(PlainCaption(Caption(textId)));
+  return button;
+}
+
+}  // namespace
+
+FrmBasicConfig::FrmBasicConfig(MainWindow& frame, double wavelength)
+    : QDialog(&frame.Frame()), frame_(frame), wavelength_(wavelength), field_(new QLineEdit(this)) {
+  ApplyLanguageFont(*this);
+  setObjectName(QStringLiteral("FrmBasicConfig"));
+  setWindowTitle(Caption(kTitle));
+  setAccessibleName(windowTitle());
+  QSet<QChar> used;
+
+  textAtStart_ = QString::fromStdString(Format(wavelength, kFieldFormat));
+  field_->setObjectName(QStringLiteral("WavelengthText"));
+  field_->setAccessibleName(PlainCaption(Caption(kWavelengthLabel)));
+  field_->setAccessibleDescription(RangeText());
+  field_->setText(textAtStart_);
+  field_->setAlignment(Qt::AlignRight);
+  field_->setMinimumWidth(field_->fontMetrics().averageCharWidth() * kFieldCharacters);
+  field_->selectAll();
+  auto* const label = new QLabel(WithAccessKey(Caption(kWavelengthLabel), used), this);
+  label->setBuddy(field_);
+  auto* const range = new QLabel(RangeText(), this);
+  range->setForegroundRole(QPalette::PlaceholderText);
+  range->setAlignment(Qt::AlignRight);
+  auto* const form = new QFormLayout;
+  form->addRow(label, field_);
+  form->addRow(QString(), range);
+
+  QPushButton* const ok = MakeButton("OKCmd", kOK, used, this);
+  QPushButton* const cancel = MakeButton("CancelCmd", kCancel, used, this);
+  ok->setDefault(true);
+  cancel->setAutoDefault(false);
+  connect(ok, &QPushButton::clicked, this, &FrmBasicConfig::accept);
+  connect(cancel, &QPushButton::clicked, this, &FrmBasicConfig::reject);
+  auto* const buttons = new QHBoxLayout;
+  buttons->addStretch();
+  buttons->addWidget(ok);
+  buttons->addWidget(cancel);
+
+  auto* const all = new QVBoxLayout(this);
+  all->addLayout(form);
+  all->addStretch();
+  all->addLayout(buttons);
+  all->setSizeConstraint(QLayout::SetFixedSize);
+  field_->setFocus();
+}
+
+QString FrmBasicConfig::RangeText() const {
+  const InstrumentState& state = frame_.Link().State;
+  return QString::fromStdString(Format(state.WavelengthMin, kFieldFormat)) + QStringLiteral(" \u2013 ") +
+         QString::fromStdString(Format(state.WavelengthMax, kFieldFormat)) + QStringLiteral(" nm");
+}
+
+bool FrmBasicConfig::TakeField() {
+  // What the field does not show is not lost by a mere OK.
+  const std::optional<double> wavelength =
+      field_->text() == textAtStart_ ? wavelength_ : ParseNumber(field_->text().toStdString());
+  const InstrumentState& state = frame_.Link().State;
+  if (!wavelength || *wavelength < state.WavelengthMin || *wavelength > state.WavelengthMax) return false;
+  wavelength_ = *wavelength;
+  return true;
+}
+
+void FrmBasicConfig::accept() {
+  if (!TakeField()) {
+    frame_.Boxes().Show(kWavelengthError);
+    field_->setFocus();
+    field_->selectAll();
+    return;
+  }
+  BasicSettings settings{wavelength_};
+  StoreSettings<BasicSettings>(frame_.Settings(), kBasicSettingRows, settings);
+  QDialog::accept();
+}
+
+}  // namespace spectrane

@@ -69,7 +69,7 @@ Deliveries FloodOf(int count) {
 }
 
 /// Faults in what the answer says; the others are faults in how it travels.
-bool ChangeWords(Answer& answer, const Fault& fault, std::string& description) {
+bool ChangeWords(InstrumentAnswer& answer, const Fault& fault, std::string& description) {
   const auto lines = static_cast<int>(answer.Lines.size());
   switch (fault.Kind) {
     case FaultKind::WrongEcho: {
@@ -212,7 +212,7 @@ std::int64_t DurationOf(const Deliveries& pieces) {
   return sum;
 }
 
-Deliveries PlainDelivery(const Answer& answer) {
+Deliveries PlainDelivery(const InstrumentAnswer& answer) {
   std::string head = answer.Echo + std::string(LineEnd);
   std::string data;
   for (const std::string& line : answer.Lines) data += line + std::string(LineEnd);
@@ -221,13 +221,14 @@ Deliveries PlainDelivery(const Answer& answer) {
   return {{0, std::move(head)}, {answer.WorkMs, std::move(data)}};
 }
 
-Deliveries FaultyDelivery(const Answer& answer, const Fault& fault, const FaultSurroundings& around,
+Deliveries FaultyDelivery(const InstrumentAnswer& answer, const Fault& fault, const FaultSurroundings& around,
                           SeededNoise& random, std::string& description) {
   const auto kinds = FaultKinds();
   const auto kind = std::find_if(kinds.begin(), kinds.end(),
                                  [&](const FaultKindEntry& entry) { return entry.Kind == fault.Kind; });
   description = std::string(kind->Name);
-  if (Answer changed = answer; ChangeWords(changed, fault, description)) return PlainDelivery(changed);
+  if (InstrumentAnswer changed = answer; ChangeWords(changed, fault, description))
+    return PlainDelivery(changed);
   const Deliveries plain = PlainDelivery(answer);
   switch (fault.Kind) {
     case FaultKind::NoReply:

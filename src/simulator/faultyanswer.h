@@ -11,7 +11,7 @@
 namespace spectrane {
 
 /// The answer to one request before it goes onto the wire.
-struct Answer {
+struct InstrumentAnswer {
   std::string Echo;
   std::vector<std::string> Lines;
   std::int64_t WorkMs = 0;  ///< between echo and data
@@ -34,10 +34,10 @@ std::int64_t DurationOf(const Deliveries& pieces);
 
 /// The answer as the instrument sends it: echo and line end at once, the data and the prompt when the work is
 /// done.
-Deliveries PlainDelivery(const Answer& answer);
+Deliveries PlainDelivery(const InstrumentAnswer& answer);
 
 /// The answer with the fault in it. `description` tells kind and the parameters that took effect.
-Deliveries FaultyDelivery(const Answer& answer, const Fault& fault, const FaultSurroundings& around,
+Deliveries FaultyDelivery(const InstrumentAnswer& answer, const Fault& fault, const FaultSurroundings& around,
                           SeededNoise& random, std::string& description);
 
 }  // namespace spectrane

@@ -64,8 +64,8 @@ std::string SimulatedLine::Banner() const {
 
 Deliveries SimulatedLine::Respond(const std::string& command, std::int64_t startMs) {
   CommandResult result = RunCommand(model_, command, startMs, timeScale_);
-  const Answer answer{command, std::move(result.Lines),
-                      static_cast<std::int64_t>(result.DurationMs * timeScale_)};
+  const InstrumentAnswer answer{command, std::move(result.Lines),
+                                static_cast<std::int64_t>(result.DurationMs * timeScale_)};
   ExchangeRecord record{++requests_, startMs, {}, command, {}};
   Deliveries pieces;
   if (const auto fault = faults_.Due(command)) {

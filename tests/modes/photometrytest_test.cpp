@@ -219,6 +219,53 @@ TEST_F(PhotometryRun, ABlankOfAnotherGainCountsAsMissing) {
   EXPECT_EQ(Boxes.Ids, (std::vector<int>{971}));
 }
 
+TEST_F(PhotometryRun, ABlankHoldsForItsWavelengthOnly) {
+  Blank();
+  EXPECT_TRUE(Test.BlankHolds());
+  Test.WaveLength = 600.0;
+  EXPECT_FALSE(Test.BlankHolds());
+  EXPECT_FALSE(Test.mmuStartTest());
+  EXPECT_EQ(Boxes.Ids, (std::vector<int>{971}));
+  EXPECT_TRUE(Peer.Commands.empty());
+  Test.WaveLength = 546.0;
+  EXPECT_TRUE(Test.mmuStartTest());
+}
+
+TEST_F(PhotometryRun, AStopIsLookedAtBetweenAnyTwoCommandsOfARun) {
+  FitSampler();
+  Blank();
+  Link.State.SamplerPositions = {false, true, true, false, false, false, false, false, false};
+  Peer.Lines["getwl"] = {"600.0"};
+  const Commands all = {"getwl", "swl  546", "setsampler 1", "ge 10", "setsampler 2", "ge 10"};
+  for (std::size_t wanted = 1; wanted < all.size(); ++wanted) {
+    Peer.Commands.clear();
+    const std::int32_t rows = Document.RecordCount();
+    Test.StopWanted = [&] { return Peer.Commands.size() >= wanted; };
+    EXPECT_FALSE(Test.mmuStartTest());
+    EXPECT_EQ(Peer.Commands, Commands(all.begin(), all.begin() + static_cast<std::ptrdiff_t>(wanted)));
+    EXPECT_EQ(Document.RecordCount() - rows, wanted < 4 ? 0 : 1) << "what was read is kept";
+    EXPECT_TRUE(Boxes.Ids.empty());
+    EXPECT_TRUE(Display.TimerOn);
+    EXPECT_FALSE(Test.TestRunning);
+    EXPECT_FALSE(Link.State.InstrumentBusy);
+  }
+}
+
+TEST_F(PhotometryRun, AStopIsLookedAtBetweenTheCommandsOfABlank) {
+  FitSampler();
+  Test.WaveLength = 500.0;
+  const Commands all = {"getwl", "setsampler 1", "swl  500"};
+  for (std::size_t wanted = 1; wanted <= all.size(); ++wanted) {
+    Peer.Commands.clear();
+    Test.StopWanted = [&] { return Peer.Commands.size() >= wanted; };
+    Test.mmuOperationRezero();
+    EXPECT_EQ(Peer.Commands, Commands(all.begin(), all.begin() + static_cast<std::ptrdiff_t>(wanted)));
+    EXPECT_FALSE(Test.BlankDone);
+    EXPECT_TRUE(Boxes.Ids.empty());
+    EXPECT_TRUE(Display.TimerOn);
+  }
+}
+
 /// A message loop in which a person presses a command at every yield.
 class ImpatientLoop : public MessageLoop {
  public:

@@ -7,7 +7,7 @@
 namespace spectrane {
 namespace {
 
-const Answer Two{"ge 2", {"111", "222"}, 0};
+const InstrumentAnswer Two{"ge 2", {"111", "222"}, 0};
 const std::string Clean = "ge 2\r\n111\r\n222\r\n>";  // 17 bytes
 
 struct Result {
@@ -17,7 +17,7 @@ struct Result {
 };
 
 Result Spoil(FaultKind kind, std::vector<int> numbers = {}, std::optional<std::string> text = {},
-             const Answer& answer = Two) {
+             const InstrumentAnswer& answer = Two) {
   const FaultSurroundings around{"getwl\r\n546.0\r\n>", "\r\nSimulated instrument\r\nready.\r\n>", 15'000,
                                  2000};
   SeededNoise random(5);
@@ -61,7 +61,7 @@ TEST(FaultyAnswer, SplitAtEachByte) {
 }
 
 TEST(FaultyAnswer, SplitKeepsTheInstrumentsOwnPause) {
-  const Answer slow{"getwl", {"546.0"}, 40};
+  const InstrumentAnswer slow{"getwl", {"546.0"}, 40};
   const Result split = Spoil(FaultKind::Split, {3, 100}, {}, slow);
   ASSERT_EQ(split.Pieces.size(), 3U);
   EXPECT_EQ(split.Pieces[1].DelayMs, 100);

@@ -83,7 +83,8 @@ bool DocumentWindow::AskToSave() {
 }
 
 void DocumentWindow::closeEvent(QCloseEvent* event) {
-  if (runs_ == 0 && (closeAllowed_ || QueryClose(false))) {
+  // During a run QueryClose() asks for its end and refuses.
+  if ((closeAllowed_ && runs_ == 0) || QueryClose(false)) {
     event->accept();
   } else {
     event->ignore();

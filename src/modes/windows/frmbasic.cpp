@@ -60,6 +60,10 @@ FrmBasic::FrmBasic(MainWindow& frame)
 }
 
 FrmBasic::~FrmBasic() {
+  // An editor that is still open would hand its text to what is no longer there.
+  table_->disconnect(this);
+  grid_->disconnect(this);
+  grid_->CommitEditor();
   if (ColumnWidths() != widthsAtStart_)
     Frame().Layout().StoreColumns(kGridLayout, *grid_->horizontalHeader());
 }

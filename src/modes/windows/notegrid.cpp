@@ -4,16 +4,20 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPainter>
+#include <QPointer>
+#include <QStyledItemDelegate>
 
 #include "app/ground/gridcopy.h"
 
 namespace spectrane {
-namespace {
 
+/// Makes the editor of a note and remembers it while it lives.
 class NoteDelegate : public QStyledItemDelegate {
  public:
-  NoteDelegate(const QString& editorName, QPointer<QWidget>& editor, QObject* parent)
-      : QStyledItemDelegate(parent), editorName_(editorName), editor_(editor) {}
+  NoteDelegate(const QString& editorName, QObject* parent)
+      : QStyledItemDelegate(parent), editorName_(editorName) {}
+
+  QWidget* Editor() const { return editor_; }
 
   QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem&,
                         const QModelIndex& index) const override {
@@ -25,11 +29,12 @@ class NoteDelegate : public QStyledItemDelegate {
   }
 
  protected:
-  // Tab takes the text and stays in the row; otherwise it would walk on over cells that cannot be edited.
+  // Enter takes the text at once, not in the next round of the message loop; Tab does the same, where it
+  // would otherwise walk on over cells that cannot be edited.
   bool eventFilter(QObject* object, QEvent* event) override {
     if (event->type() == QEvent::KeyPress && object == editor_) {
       const int key = static_cast<QKeyEvent*>(event)->key();
-      if (key == Qt::Key_Tab || key == Qt::Key_Backtab) {
+      if (key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Tab || key == Qt::Key_Backtab) {
         QWidget* const line = editor_;
         emit commitData(line);
         emit closeEditor(line, NoHint);
@@ -41,13 +46,12 @@ class NoteDelegate : public QStyledItemDelegate {
 
  private:
   QString editorName_;
-  QPointer<QWidget>& editor_;
+  mutable QPointer<QWidget> editor_;
 };
 
-}  // namespace
-
-NoteGrid::NoteGrid(const QString& editorName, QWidget* parent) : QTableView(parent) {
-  setItemDelegate(new NoteDelegate(editorName, editor_, this));
+NoteGrid::NoteGrid(const QString& editorName, QWidget* parent)
+    : QTableView(parent), delegate_(new NoteDelegate(editorName, this)) {
+  setItemDelegate(delegate_);
   setEditTriggers(DoubleClicked | EditKeyPressed | AnyKeyPressed);
   setSelectionBehavior(SelectRows);
   setSelectionMode(ExtendedSelection);
@@ -64,12 +68,12 @@ NoteGrid::NoteGrid(const QString& editorName, QWidget* parent) : QTableView(pare
 }
 
 bool NoteGrid::EditorIsOpen() const {
-  return state() == EditingState && editor_;
+  return state() == EditingState && delegate_->Editor();
 }
 
 void NoteGrid::CommitEditor() {
   if (!EditorIsOpen()) return;
-  QWidget* const line = editor_;
+  QWidget* const line = delegate_->Editor();
   commitData(line);
   closeEditor(line, QAbstractItemDelegate::NoHint);
 }

@@ -1,14 +1,12 @@
 #pragma once
 
-#include <QPointer>
-#include <QStyledItemDelegate>
 #include <QTableView>
 
 #include <functional>
 
-class QAction;
-
 namespace spectrane {
+
+class NoteDelegate;
 
 /// A grid of measured rows with one column of notes: a key or a double click opens the editor over the note
 /// of the current row. Tab leaves the grid. The column of the notes is the last one and takes the rest of the
@@ -46,7 +44,7 @@ class NoteGrid : public QTableView {
  private:
   int NoteColumn() const { return model()->columnCount() - 1; }
 
-  QPointer<QWidget> editor_;
+  NoteDelegate* delegate_;
 };
 
 }  // namespace spectrane

@@ -1,0 +1,36 @@
+#include <gmock/gmock.h>
+
+#include <QApplication>
+#include <QDir>
+
+#include <clocale>
+
+#include "app/ground/languagefont.h"
+
+namespace {
+
+QtMessageHandler standardHandler = nullptr;
+
+/// The plugin without a screen has the same remark to each window.
+void LeaveOutRemarks(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+  if (!message.contains(QLatin1String("propagateSizeHints"))) standardHandler(type, context, message);
+}
+
+}  // namespace
+
+// Windows without a screen, unless one is asked for, and with no folder of the person who runs the tests.
+int main(int argc, char** argv) {
+  testing::InitGoogleMock(&argc, argv);
+  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  const QByteArray home = QByteArray::fromStdString(testing::TempDir()) + "/window-tests-home";
+  for (const char* variable :
+       {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME", "XDG_CACHE_HOME", "SPECTRANE_HOME"}) {
+    qputenv(variable, home);
+  }
+  QDir().mkpath(QString::fromLocal8Bit(home));
+  standardHandler = qInstallMessageHandler(LeaveOutRemarks);
+  QApplication application(argc, argv);
+  std::setlocale(LC_ALL, "C");
+  spectrane::SelectLanguage();
+  return RUN_ALL_TESTS();
+}

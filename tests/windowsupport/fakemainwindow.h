@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QMainWindow>
+#include <QPointer>
+
+#include "app/ground/documentwindow.h"
+#include "app/ground/layoutstore.h"
+#include "link/linkfixture.h"
+#include "windowsupport/scriptedquestions.h"
+
+namespace spectrane::testing_windows {
+
+/// A main window without bars that keeps what it was told.
+class FakeMainWindow : public MainWindow {
+ public:
+  FakeMainWindow(InstrumentLink& link, Setting& settings, MainDisplay& display, ScriptedQuestions& boxes,
+                 const QString& folder)
+      : link_(link), settings_(settings), display_(display), boxes_(boxes), layout_(folder) {}
+
+  InstrumentLink& Link() override { return link_; }
+  Setting& Settings() override { return settings_; }
+  WindowSettings& Window() override { return window_; }
+  MainDisplay& Display() override { return display_; }
+  Questions& Boxes() override { return boxes_; }
+  QWidget& Frame() override { return frame_; }
+  LayoutStore& Layout() override { return layout_; }
+  DocumentWindow* ActiveForm() const override { return Active; }
+  bool CanCreate(int) const override { return false; }
+  void NewFile(int newFileType) override { Created.push_back(newFileType); }
+  void NoteFile(const QString& path) override { Files.append(path); }
+  void SetMenuStyle(int style) override { MenuStyle = style; }
+  void FormatsChanged() override {
+    if (Active) Active->FormatsChanged();
+  }
+  void RunBegins(DocumentWindow* window) override {
+    ++RunDepth;
+    ++Runs;
+    RunWindow = window;
+  }
+  void RunEnds() override { --RunDepth; }
+
+  QPointer<DocumentWindow> Active;
+  std::vector<int> Created;
+  QStringList Files;
+  int MenuStyle = -1;
+  /// Runs under way, runs begun so far, and who began the last one.
+  int RunDepth = 0;
+  int Runs = 0;
+  DocumentWindow* RunWindow = nullptr;
+
+ private:
+  InstrumentLink& link_;
+  Setting& settings_;
+  MainDisplay& display_;
+  ScriptedQuestions& boxes_;
+  WindowSettings window_;
+  LayoutStore layout_;
+  QMainWindow frame_;
+};
+
+}  // namespace spectrane::testing_windows

@@ -32,7 +32,7 @@ int Lightness(const QColor& color) {
 }
 
 /// The drawing with the colours of the moment in place of those it is written in.
-QByteArray Colored(QByteArray drawing, const IconColors& colors) {
+QByteArray Colored(const QByteArray& drawing, const IconColors& colors) {
   const std::array<std::pair<const char*, QColor>, 4> places{
       {{kInk, colors.Ink}, {kAccent, colors.Accent}, {kGo, colors.Go}, {kHalt, colors.Halt}}};
   QByteArray done;
@@ -40,7 +40,7 @@ QByteArray Colored(QByteArray drawing, const IconColors& colors) {
   for (qsizetype i = 0; i < drawing.size();) {
     bool replaced = false;
     for (const auto& [written, wanted] : places) {
-      const qsizetype length = qstrlen(written);
+      const auto length = static_cast<qsizetype>(qstrlen(written));
       if (drawing.at(i) == '#' && drawing.mid(i, length) == written) {
         done += wanted.name().toLatin1();
         i += length;

@@ -1,0 +1,150 @@
+#include "app/desktop/filetypes.h"
+
+#include "app/desktop/desktopfiles.h"
+#include "base/language.h"
+
+#ifdef _WIN32
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+#include <windows.h>
+// After windows.h.
+#include <shlobj.h>
+
+#include <QSettings>
+#else
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <optional>
+#include <QCoreApplication>
+#include <QProcess>
+#include <QStandardPaths>
+#include <string_view>
+
+#include "base/applicationfolder.h"
+#include "base/environment.h"
+#include "base/filereplacement.h"
+#include "base/utf8path.h"
+#endif
+
+namespace spectrane {
+namespace {
+
+constexpr FileAssociation kAssociations[] = {
+    {".tis", "TIS_File", 5, 980, "application/x-spectrane-tis", {2, 0}},
+    {".wls", "WLS_File", 7, 928, "application/x-spectrane-wls", {3, 12}},
+    {".qua", "QUA_File", 4, 1047, "application/x-spectrane-qua", {1, 0}},
+    {".mul", "MUL_File", 1, 1014, "application/x-spectrane-mul", {4, 0}},
+    {".dna", "DNA_File", 0, 1027, "application/x-spectrane-dna", {5, 0}},
+    {".bas", "BAS_File", 3, 1193, "application/x-spectrane-bas", {11, 0}},
+    {".bsl", "BSL_File", 8, 920, "application/x-spectrane-bsl", {6, 0}},
+};
+
+#ifndef _WIN32
+
+namespace fs = std::filesystem;
+
+/// The folder of the user's own data, without a slash at its end; nothing for a user who has none.
+std::optional<std::string> UserDataFolder() {
+  const std::optional<std::string> data = EnvironmentText("XDG_DATA_HOME");
+  if (data && data->front() == '/') return data;
+  const std::optional<std::string> home = EnvironmentText("HOME");
+  if (home && home->front() == '/') return *home + "/.local/share";
+  return std::nullopt;
+}
+
+/// `path` is a plain file with exactly this content.
+bool FileHolds(const fs::path& path, std::string_view bytes) {
+  std::error_code fault;
+  // Asked first, since opening a pipe would wait for its other end.
+  if (!fs::is_regular_file(path, fault) || fs::file_size(path, fault) != bytes.size() || fault) return false;
+  std::string held(bytes.size(), '\0');
+  std::ifstream file(path, std::ios::binary);
+  return file.read(held.data(), static_cast<std::streamsize>(held.size())) && held == bytes;
+}
+
+/// True when the file had another content, and has this one now.
+bool PutFile(const std::string& path, std::string_view bytes) {
+  if (bytes.empty() || FileHolds(PathFromUtf8(path), bytes)) return false;
+  return EnsureFolder(Utf8FromPath(PathFromUtf8(path).parent_path())) && ReplaceFileContent(path, bytes);
+}
+
+/// A file made from `source` is missing or older: the tool that makes it was not there the last time, or was
+/// interrupted.
+bool Outdated(const std::string& made, const std::string& source) {
+  std::error_code fault;
+  const auto sourceTime = fs::last_write_time(PathFromUtf8(source), fault);
+  if (fault) return false;
+  const auto madeTime = fs::last_write_time(PathFromUtf8(made), fault);
+  return fault || madeTime < sourceTime;
+}
+
+void StartTool(const QString& name, const std::string& folder) {
+  const QString program = QStandardPaths::findExecutable(name);
+  if (program.isEmpty()) return;
+  QProcess tool;
+  tool.setProgram(program);
+  tool.setArguments({QString::fromStdString(folder)});
+  tool.setStandardInputFile(QProcess::nullDevice());
+  tool.setStandardOutputFile(QProcess::nullDevice());
+  tool.setStandardErrorFile(QProcess::nullDevice());
+  tool.startDetached();
+}
+
+void PutIcons(const std::string& dataFolder, const std::vector<DesktopIcon>& icons) {
+  const std::string theme = dataFolder + "/icons/hicolor";
+  bool changed = false;
+  for (const DesktopIcon& icon : icons) {
+    const std::string place = ThemePath(icon);
+    if (!place.empty()) changed = PutFile(theme + "/" + place, icon.Bytes) || changed;
+  }
+  // Running programs look at the age of the theme's own folder to see that something below it is new.
+  std::error_code fault;
+  if (changed) fs::last_write_time(PathFromUtf8(theme), fs::file_time_type::clock::now(), fault);
+}
+
+#endif
+
+}  // namespace
+
+std::span<const FileAssociation> FileAssociations() {
+  return kAssociations;
+}
+
+std::string DescriptionOf(const FileAssociation& association) {
+  const std::string filter = Text(association.FilterTextId);
+  return filter.substr(0, filter.find('('));
+}
+
+#ifdef _WIN32
+
+void RegisterFileTypes(const QString& programPath, const std::vector<DesktopIcon>&) {
+  QSettings classes(QStringLiteral("HKEY_CURRENT_USER\\Software\\Classes"), QSettings::NativeFormat);
+  if (WriteRegistryValues(classes, RegistryValues(programPath)))
+    SHChangeNotify(SHCNE_ASSOCCHANGED, SHCNF_IDLIST, nullptr, nullptr);
+}
+
+#else
+
+void RegisterFileTypes(const QString& programPath, const std::vector<DesktopIcon>& icons) {
+  const std::optional<std::string> data = UserDataFolder();
+  if (!data) return;
+  PutIcons(*data, icons);
+
+  const std::string mimeFolder = *data + "/mime";
+  const std::string package = mimeFolder + "/packages/" + kDesktopId + ".xml";
+  if (PutFile(package, MimePackage()) || Outdated(mimeFolder + "/mime.cache", package))
+    StartTool(QStringLiteral("update-mime-database"), mimeFolder);
+
+  const std::string entries = *data + "/applications";
+  const std::string entry = entries + "/" + kDesktopId + ".desktop";
+  const std::string windowClass = QCoreApplication::applicationName().toStdString();
+  if (PutFile(entry, DesktopEntry(programPath.toStdString(), windowClass)) ||
+      Outdated(entries + "/mimeinfo.cache", entry))
+    StartTool(QStringLiteral("update-desktop-database"), entries);
+}
+
+#endif
+
+}  // namespace spectrane

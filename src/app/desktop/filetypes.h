@@ -1,0 +1,53 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <QString>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace spectrane {
+
+/// The program's id on the desktop: name of its desktop entry, of its icon and of its package data, and what
+/// QGuiApplication::setDesktopFileName() takes.
+inline constexpr const char* kDesktopId = "org.spectrane.Spectrane";
+
+/// One kind of file the program opens, as the desktop knows it.
+struct FileAssociation {
+  /// With its point.
+  const char* Extension;
+  /// Name of the type where the platform keeps types by such names.
+  const char* TypeName;
+  /// Place of its icon in icon.dll.
+  int IconIndex;
+  /// Text of the file dialog's filter for the kind; what stands before its "(" describes the type.
+  int FilterTextId;
+  /// Name of the type where the platform keeps types by such names.
+  const char* MimeType;
+  /// Numbers that the header of such a file may begin with; 0 fills an unused place.
+  std::array<std::int32_t, 2> FileTypes;
+};
+
+std::span<const FileAssociation> FileAssociations();
+/// What the type is called before the user.
+std::string DescriptionOf(const FileAssociation& association);
+
+/// A picture for the desktop's icon theme.
+struct DesktopIcon {
+  /// Extension of the kind of file it stands for, with its point; empty for the program itself.
+  std::string Extension;
+  /// Edge length [pixels] of a PNG picture; 0 for an SVG picture, which is good for all sizes.
+  int Size = 0;
+  /// The whole file.
+  std::string Bytes;
+};
+
+/// Tells the desktop, for this user alone, which files the program opens and with which icons. Only what
+/// differs from what is there already is written, each file whole or not at all; the desktop's own tools are
+/// then started to take it in, and not waited for. Every failure is ignored: the program runs without.
+/// `programPath`: the running program's own file, absolute. Set the application's name before, and leave it:
+/// the desktop entry tells by it which windows are the program's.
+void RegisterFileTypes(const QString& programPath, const std::vector<DesktopIcon>& icons);
+
+}  // namespace spectrane

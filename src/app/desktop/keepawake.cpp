@@ -1,0 +1,140 @@
+#include "app/desktop/keepawake.h"
+
+#ifdef _WIN32
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+#include <windows.h>
+#else
+#include <sys/stat.h>
+
+#include <optional>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusUnixFileDescriptor>
+#include <string>
+
+#include "base/brand.h"
+#include "base/environment.h"
+#endif
+
+namespace spectrane {
+
+#ifdef _WIN32
+
+class KeepAwake::Requests {
+ public:
+  Requests() { SetThreadExecutionState(ES_CONTINUOUS | ES_SYSTEM_REQUIRED | ES_DISPLAY_REQUIRED); }
+  ~Requests() { SetThreadExecutionState(ES_CONTINUOUS); }
+};
+
+#else
+
+namespace {
+
+bool IsSocket(const std::string& path) {
+  struct stat status {};
+  return ::stat(path.c_str(), &status) == 0 && S_ISSOCK(status.st_mode);
+}
+
+/// Address of a session bus that runs. Nothing instead of the address that stands for "start one".
+std::optional<std::string> SessionBusAddress() {
+  if (auto address = EnvironmentText("DBUS_SESSION_BUS_ADDRESS")) {
+    if (address->find("autolaunch:") != std::string::npos) return std::nullopt;
+    return address;
+  }
+  const auto folder = EnvironmentText("XDG_RUNTIME_DIR");
+  if (!folder || folder->front() != '/' || !IsSocket(*folder + "/bus")) return std::nullopt;
+  return "unix:path=" + *folder + "/bus";
+}
+
+std::optional<std::string> SystemBusAddress() {
+  if (auto address = EnvironmentText("DBUS_SYSTEM_BUS_ADDRESS")) return address;
+  constexpr const char* kUsualPlace = "/run/dbus/system_bus_socket";
+  if (!IsSocket(kUsualPlace)) return std::nullopt;
+  return std::string("unix:path=") + kUsualPlace;
+}
+
+}  // namespace
+
+/// Each request has a connection of its own, so that the end of the connection takes the request back
+/// whatever became of it.
+class KeepAwake::Requests : public QObject {
+ public:
+  Requests() {
+    if (const auto address = SessionBusAddress()) AskScreenSaver(QString::fromStdString(*address));
+    if (const auto address = SystemBusAddress()) AskLoginManager(QString::fromStdString(*address));
+  }
+
+  ~Requests() override {
+    if (cookie_) {
+      QDBusMessage call = ScreenSaverCall(QStringLiteral("UnInhibit"));
+      call << *cookie_;
+      QDBusConnection(sessionName_).send(call);
+    }
+    QDBusConnection::disconnectFromBus(sessionName_);
+    QDBusConnection::disconnectFromBus(systemName_);
+  }
+
+ private:
+  static QDBusMessage ScreenSaverCall(const QString& method) {
+    const QString service = QStringLiteral("org.freedesktop.ScreenSaver");
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        service, QStringLiteral("/org/freedesktop/ScreenSaver"), service, method);
+    call.setAutoStartService(false);
+    return call;
+  }
+
+  static QString Who() { return QString::fromUtf8(BuildBrand().Title); }
+  static QString Why() { return QStringLiteral("An instrument is in use"); }
+
+  void AskScreenSaver(const QString& address) {
+    const QDBusConnection bus = QDBusConnection::connectToBus(address, sessionName_);
+    if (!bus.isConnected()) return;
+    QDBusMessage call = ScreenSaverCall(QStringLiteral("Inhibit"));
+    call << Who() << Why();
+    auto* const watcher = new QDBusPendingCallWatcher(bus.asyncCall(call), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
+      const QDBusPendingReply<uint> reply = *watcher;
+      if (reply.isValid()) cookie_ = reply.value();
+      watcher->deleteLater();
+    });
+  }
+
+  /// For desktops whose screen saver knows nothing of the machine's own idle action.
+  void AskLoginManager(const QString& address) {
+    const QDBusConnection bus = QDBusConnection::connectToBus(address, systemName_);
+    if (!bus.isConnected()) return;
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        QStringLiteral("org.freedesktop.login1"), QStringLiteral("/org/freedesktop/login1"),
+        QStringLiteral("org.freedesktop.login1.Manager"), QStringLiteral("Inhibit"));
+    call.setAutoStartService(false);
+    call << QStringLiteral("idle") << Who() << Why() << QStringLiteral("block");
+    auto* const watcher = new QDBusPendingCallWatcher(bus.asyncCall(call), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
+      const QDBusPendingReply<QDBusUnixFileDescriptor> reply = *watcher;
+      if (reply.isValid()) inhibitor_ = reply.value();
+      watcher->deleteLater();
+    });
+  }
+
+  const QString sessionName_ = QStringLiteral("keep-awake-session-%1").arg(quintptr(this));
+  const QString systemName_ = QStringLiteral("keep-awake-system-%1").arg(quintptr(this));
+  std::optional<uint> cookie_;
+  /// The request holds as long as this is open.
+  QDBusUnixFileDescriptor inhibitor_;
+};
+
+#endif
+
+KeepAwake::KeepAwake(QObject* parent) : QObject(parent) {}
+
+KeepAwake::~KeepAwake() = default;
+
+void KeepAwake::Start() {
+  if (requests_ == nullptr) requests_ = std::make_unique<Requests>();
+}
+
+}  // namespace spectrane

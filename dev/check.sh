@@ -14,18 +14,32 @@ unformatted=$(clang-format --dry-run -Werror "${sources[@]}" 2>&1 | grep -oE '^[
 [ -z "$unformatted" ] || fail "Not formatted (clang-format -i):
 $unformatted"
 
-# Includes run downward only: each floor names the floors it may use.
-declare -A may=(
-  [base]='base'
-  [files]='base|files'
-  [link]='base|link'
-  [modes]='base|files|link|modes'
-  [simulator]='base|files|link|modes|simulator'
-  [cli]='base|files|link|modes|cli'
+# Includes run downward only: each floor names its files and what they may include.
+logic='base|files|link|modes|simulator'
+floors=(
+  "src/base/*|base"
+  "src/files/*|base|files"
+  "src/link/*|base|link"
+  "src/modes/*|base|files|link|modes"
+  "src/simulator/*|$logic"
+  "src/cli/*|base|files|link|modes|cli"
+  "src/app/desktop/*|base|files|app/desktop"
+  "src/app/ground/*|base|files|link|modes|app/ground"
+  "src/*/windows/*|base|files|link|modes|tools|app/ground"
+  "src/app/[a-z]*|base|files|link|modes|tools|app"
 )
-for floor in "${!may[@]}"; do
-  upward=$(grep -rnE '^#include "' "src/$floor" --include='*.h' --include='*.cpp' | grep -vE "#include \"(${may[$floor]})/|#include \"texts.inc\"" || true)
-  [ -z "$upward" ] || fail "Includes that run upward from src/$floor:
+for floor in "${floors[@]}"; do
+  upward=
+  for file in "${sources[@]}"; do
+    # A file belongs to the last floor whose pattern it fits; logic never includes a window.
+    [[ $file == ${floor%%|*} ]] || continue
+    case $floor in src/modes/*) [[ $file != */windows/* ]] || continue ;; src/app/\[*) [[ $file != src/app/*/* ]] || continue ;; esac
+    allowed=$(grep -nE '^#include "' "$file" | grep -vE "#include \"(${floor#*|})/|#include \"(texts|icons).inc\"" || true)
+    case $file in */windows/* | src/app/[a-z]*.*) ;; *) allowed+=$(grep -nE '^#include ".*/windows/' "$file" || true) ;; esac
+    [ -z "$allowed" ] || upward+="$file: $allowed
+"
+  done
+  [ -z "$upward" ] || fail "Includes that run upward from ${floor%%|*}:
 $upward"
 done
 qt_below=$(grep -rnE '#include <Q' src/base src/files || true)
@@ -41,9 +55,9 @@ strings=$(grep -nE '\b(SIGNAL|SLOT)\(' "${sources[@]}" || true)
 [ -z "$strings" ] || fail "String connects:
 $strings"
 
-# Headers stand alone: each is the only include of a file, compiled as the simulator's sources are (the widest set).
+# Headers stand alone: each is the only include of a file, compiled as the main program's sources are (the widest set).
 if [ -f build/dev/compile_commands.json ]; then
-  flags=$(grep '"command".*simulatorprogram\.cpp\.o' build/dev/compile_commands.json | head -1 |
+  flags=$(grep '"command".*app/program\.cpp\.o' build/dev/compile_commands.json | head -1 |
     grep -oE -- '(-I|-isystem )[^ ]+|-DQT[A-Z_0-9]+' | tr '\n' ' ')
   lone=build/dev/lone-headers
   rm -rf "$lone" && mkdir -p "$lone"

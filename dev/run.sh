@@ -1,14 +1,20 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds, and does the main job once against the simulated instrument: connect, blank, three
-# samples of a dye series, a .bas file on disk. The file stays in measured/.
+# Installs what is missing, builds, and starts the program beside the simulated instrument, which shows what stands in
+# its beam in a window of its own. A data file may be named. Without a display: one measurement in the terminal.
 set -euo pipefail
 source "$(dirname "$0")/common.sh"
 
+file=
+[ $# -eq 0 ] || file=$(realpath "$1")
 ./dev/install.sh
 echo "Building ..."
-build dev spectrane-cli spectrane-simulator >/dev/null
+build dev spectrane spectrane-cli spectrane-simulator >/dev/null
 bin=build/dev/bin
-samples=(dye-2 dye-4 dye-6)
+
+if [ -z "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
+  echo "This machine has no display, so the program's windows cannot be shown: measuring in the terminal instead."
+  exec ./dev/terminal-run.sh
+fi
 
 scratch=$(mktemp -d)
 simulator=
@@ -17,55 +23,14 @@ finish() {
   rm -rf "$scratch"
 }
 trap finish EXIT
-
-# The operator's hands: what is written to descriptor 4 goes to the simulator's prompt.
-mkfifo "$scratch/hands"
-exec 4<>"$scratch/hands"
-"$bin/spectrane-simulator" --link "$scratch/instrument" --prompt --speed 4 <&4 >"$scratch/simulator.out" 2>&1 &
+"$bin/spectrane-simulator" --link "$scratch/instrument" --speed 4 </dev/null >"$scratch/simulator.out" 2>&1 &
 simulator=$!
 for _ in $(seq 200); do
-  grep -q '^ready ' "$scratch/simulator.out" 2>/dev/null && break
+  grep -q '^ready ' "$scratch/simulator.out" && break
   kill -0 "$simulator" 2>/dev/null || { cat "$scratch/simulator.out" >&2; exit 1; }
   sleep 0.05
 done
-put_in_beam() {
-  echo "beam $1" >&4
-  sleep 0.2
-  echo "  in the beam: $1"
-}
-
-mkdir -p measured
-file="measured/$(date +%Y-%m-%d_%H-%M-%S).bas"
-echo
-echo "Measuring at 546.0 nm with the simulated instrument ..."
-coproc RUN {
-  SPECTRANE_HOME="$scratch" SPECTRANE_PORTS="$scratch/instrument" "$bin/spectrane-cli" instrument measure \
-    --wavelength 546.0 --count ${#samples[@]} --out "$file" 2>&1 >"$scratch/rows.json"
-}
-run=$RUN_PID
-exec 5<&"${RUN[0]}" 6>&"${RUN[1]}"
-next=0
-while IFS= read -r line <&5; do
-  echo "$line"
-  case "$line" in
-    *"blank sample"*"[Enter]") put_in_beam blank; echo >&6 ;;
-    *"test sample"*"[Enter]") put_in_beam "${samples[next]}"; next=$((next + 1)); echo >&6 ;;
-  esac
-done
-wait "$run"
-
-echo
-tr '{}' '\n\n' <"$scratch/rows.json" | awk '
-  function field(name,   text) {
-    if (!match($0, "\"" name "\":[-0-9.e+]+")) return 0
-    text = substr($0, RSTART, RLENGTH)
-    sub(/^[^:]*:/, "", text)
-    return text + 0
-  }
-  BEGIN { printf "%4s  %14s  %15s  %18s  %8s\n", "No.", "Wavelength(nm)", "Absorbance(Abs)", "Transmittance(%T)", "Energy" }
-  /"SampleEnergy"/ {
-    printf "%4d  %14.1f  %15.3f  %18.1f  %8d\n", ++n, field("Wavelength"), field("Abs"), field("Trans"), field("SampleEnergy")
-  }'
-echo
-echo "Saved: $file"
-echo "Look inside: $bin/spectrane-cli dump $file"
+echo "The simulated instrument is on; the program connects to it by itself two seconds after its start."
+# Settings of these runs stay together, apart from those of an installed program.
+mkdir -p build/run
+SPECTRANE_HOME="$PWD/build/run" SPECTRANE_PORTS="$scratch/instrument" "$bin/spectrane" ${file:+"$file"}

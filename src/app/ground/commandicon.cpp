@@ -118,4 +118,11 @@ QPixmap Picture(const QString& name, QSize size, double devicePixelRatio) {
   return picture;
 }
 
+QByteArray FileTypeIcon(const QString& ending) {
+  RegisterPictures();
+  QFile file(ending.isEmpty() ? QStringLiteral(":/icons/spectrane.svg")
+                              : QStringLiteral(":/filetypes/") + ending + QStringLiteral(".svg"));
+  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
 }  // namespace spectrane

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QIcon>
 #include <QPixmap>
 #include <QSize>
@@ -20,5 +21,8 @@ QIcon ApplicationIcon();
 /// One of the larger pictures ("about1" to "about3", "logo", "background"), as large as fits into `size`
 /// [logical pixels] at its own proportions; a null picture for another name or an empty size.
 QPixmap Picture(const QString& name, QSize size, double devicePixelRatio);
+
+/// The SVG file of the icon of a kind of data file ("bas" and so on), or of the program itself ("").
+QByteArray FileTypeIcon(const QString& ending);
 
 }  // namespace spectrane

@@ -73,6 +73,9 @@ enum Command : int {
   // Help
   kHelpBook = 602,
   kAbout = 603,
+  // Of this program alone, without a row in the text table.
+  kResetLayout = 9001,
+  kNextPane = 9002,
 };
 
 }  // namespace spectrane

@@ -76,6 +76,8 @@ class DocumentWindow : public QWidget, public RezeroTarget {
   bool QueryClose(bool withFrame);
   /// The next close does not ask again: QueryClose() has.
   void AllowClose() { closeAllowed_ = true; }
+  /// The document has what no file has yet.
+  bool IsWorkUnsaved() const { return IsModified(); }
   /// A measurement of this window is under way.
   bool RunsNow() const { return runs_ > 0; }
 
@@ -102,8 +104,6 @@ class DocumentWindow : public QWidget, public RezeroTarget {
   };
   /// The person wants the run to end at its next step.
   bool StopWanted() const { return stopWanted_; }
-  /// Asks a run that is under way to end there; its rows and points stay.
-  void EndRun() { stopWanted_ = stopWanted_ || RunsNow(); }
 
   virtual FileKindWords FileWords() const = 0;
   virtual bool IsModified() const = 0;

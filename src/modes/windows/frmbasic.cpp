@@ -142,10 +142,6 @@ void FrmBasic::mmuStartTest() {
   UpdateOffers();
 }
 
-void FrmBasic::mmuStopTest() {
-  EndRun();
-}
-
 void FrmBasic::mmuOperationRezero() {
   if (RunsNow()) return;
   CommitEditors();
@@ -207,8 +203,6 @@ QString FrmBasic::OpenFileName() const {
 
 bool FrmBasic::Offers(int command) const {
   switch (command) {
-    case kStopTest:
-      return RunsNow();
     case kClose:
       return true;
     case kStartTest:

@@ -27,8 +27,6 @@ class FrmBasic : public DocumentWindow {
 
   /// Measures one sample, or each position of the automatic sampler that is in use. Yields.
   void mmuStartTest() override;
-  /// The run under way ends at its next step, without a question; its rows stay.
-  void mmuStopTest() override;
   /// Takes the blank. Yields.
   void mmuOperationRezero() override;
   /// Removes the selected row after a question. Yields.

@@ -1,0 +1,44 @@
+#include "app/documentkinds.h"
+
+#include "app/ground/commands.h"
+#include "modes/windows/frmbasic.h"
+
+namespace spectrane {
+namespace {
+
+template <typename Window>
+DocumentWindow* Make(MainWindow& frame) {
+  return new Window(frame);
+}
+
+const DocumentKind kKinds[] = {
+    {kQuantitationFile, 1, kNewQua, 104, "FrmQua", nullptr},
+    {kKineticsFile, 2, kNewTS, 105, "FrmTS", nullptr},
+    {kScanFile, 3, kNewWLS, 106, "FrmWLS", nullptr},
+    {kMultiFile, 4, kNewMulti, 107, "FrmMulti", nullptr},
+    {kDNAFile, 5, kNewDNA, 108, "FrmDNA", nullptr},
+    {kPhotometryFile, 11, kNewBasic, 121, "FrmBasic", &Make<FrmBasic>},
+    {0, 12, 0, 0, "FrmWLSVer2", nullptr},
+};
+
+}  // namespace
+
+std::span<const DocumentKind> DocumentKinds() {
+  return kKinds;
+}
+
+const DocumentKind* KindOfNewFile(int newFileType) {
+  for (const DocumentKind& kind : kKinds) {
+    if (kind.NewFileType == newFileType && newFileType != 0) return &kind;
+  }
+  return nullptr;
+}
+
+const DocumentKind* KindOfHeader(std::int32_t headerType) {
+  for (const DocumentKind& kind : kKinds) {
+    if (kind.HeaderType == headerType) return &kind;
+  }
+  return nullptr;
+}
+
+}  // namespace spectrane

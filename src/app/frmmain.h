@@ -1,0 +1,175 @@
+#pragma once
+
+#include <QMainWindow>
+#include <QPoint>
+#include <QTimer>
+
+#include <memory>
+
+#include "app/commandbars.h"
+#include "app/datadisplay.h"
+#include "app/documentkinds.h"
+#include "app/ground/layoutstore.h"
+#include "app/ground/mainwindow.h"
+#include "app/mainstatus.h"
+#include "app/workspace.h"
+
+namespace spectrane {
+
+struct CommandRow;
+
+/// What the main window works with; all of it outlives the window.
+struct ProgramParts {
+  PortList& Ports;
+  Clock& Time;
+  MessageLoop& Loop;
+  Exclusion& Turn;
+  Setting& Settings;
+  /// In UTF-8.
+  std::string ApplicationFolder;
+  /// Null: boxes and dialogs on the screen.
+  Questions* Boxes = nullptr;
+  /// Path of a data file to open at the start; empty for none.
+  QString CommandLineFile = {};
+};
+
+/// The frame of all windows: commands and their routing, status bar, command bars, timers, live reading.
+class FrmMain : public QMainWindow, public MainWindow, public MainDisplay {
+  Q_OBJECT
+
+ public:
+  explicit FrmMain(const ProgramParts& parts);
+  ~FrmMain() override;
+
+  /// Shows the window in the size and state that the settings have, and starts its timers.
+  void ShowStored();
+
+  // What other windows see.
+  InstrumentLink& Link() override { return *link_; }
+  Setting& Settings() override { return parts_.Settings; }
+  WindowSettings& Window() override { return window_; }
+  MainDisplay& Display() override { return *this; }
+  Questions& Boxes() override { return *boxes_; }
+  QWidget& Frame() override { return *this; }
+  LayoutStore& Layout() override { return layout_; }
+  DocumentWindow* ActiveForm() const override;
+  bool CanCreate(int newFileType) const override;
+  void NewFile(int newFileType) override;
+  void NoteFile(const QString& path) override;
+  void SetMenuStyle(int style) override;
+  void FormatsChanged() override;
+  void RunBegins(DocumentWindow* window) override;
+  void RunEnds() override;
+
+  // What the logic sees.
+  void SetWavelengthField(const std::string& text) override;
+  void SetAbsField(const std::string& text) override;
+  void SetTransField(const std::string& text) override;
+  void SetStatus(StatusPane pane, const std::string& text) override;
+  void SetRemark(const std::string& text) override;
+  bool DataDisplayShown() const override { return window_.DataDisplayToolbar; }
+  void EnableSampleTimer(bool on) override;
+  void Lock(bool locked) override;
+  void UpdateCommands() override;
+
+  // Commands. Those that talk to the instrument or ask something yield.
+  void RunCommand(int command);
+  void mmuFileNew();
+  void mmuNewFileBasic() { NewFile(kPhotometryFile); }
+  void mmuNewFileQua() { NewFile(kQuantitationFile); }
+  void mmuNewFileTS() { NewFile(kKineticsFile); }
+  void mmuNewFileWLS() { NewFile(kScanFile); }
+  void mmuNewFileMulti() { NewFile(kMultiFile); }
+  void mmuNewFileDNA() { NewFile(kDNAFile); }
+  void mmuFileOpen();
+  /// Opens a data file in the window that its type calls for; every refusal has its own words. `chosen`: in
+  /// the Open dialog, where a system baseline is refused. True when a window shows it.
+  bool OpenDataFile(const QString& path, bool chosen = false);
+  /// The same from outside (a drop, another copy of the program): waits for the end of a run.
+  void OpenLater(const QString& path);
+  /// To the front, out of the task bar.
+  void ComeForward();
+  void mmuFileCloseOne();
+  /// False when a window stays open.
+  bool mmuFileCloseAll();
+  void ConnectCommand();
+  void ReleaseCommand();
+  void mmuOperationConnect();
+  void mmuOperationRezero();
+  void SwitchLamp(int command);
+  void ToggleBar(int viewCommand);
+  void ResetLayout();
+  void FocusNextPane();
+  void Arrange(int windowCommand);
+  void ShowOption();
+  void ShowAbout();
+
+  QAction* ActionOf(int command) const { return bars_->Action(command); }
+  QTimer& SampleTimer() { return sampleTimer_; }
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void moveEvent(QMoveEvent* event) override;
+  void changeEvent(QEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+  QMenu* createPopupMenu() override;
+
+ private:
+  // Building (frmmain.cpp).
+  void SetFrmMainFont();
+  void LoadWindowSettings();
+  void BuildBars();
+  void BuildTimers();
+  void RestoreLayout();
+  void ApplyBarFlags();
+  void StoreWindowState();
+  QRect PlaceOnScreen() const;
+  bool* FlagOf(int viewCommand, const char** key);
+  void OnTimerFileOpen();
+
+  // Commands (frmmaincommands.cpp).
+  bool IsEnabled(const CommandRow& row) const;
+  QString IdleHint() const;
+  bool QueryUnload();
+  bool ChildrenMayClose();
+  bool LinkMayClose();
+  bool LampSwitched(int command, bool& lit);
+
+  // Documents (frmmainfiles.cpp).
+  DocumentWindow* ShowNew(const DocumentKind& kind, const QString& caption);
+  DocumentWindow* WindowOfFile(const DocumentKind& kind, const QString& path) const;
+  QWidget* OpenDialog() const;
+  bool RefuseToOpen(const QString& path, const QString& details);
+  void OpenWaiting();
+  QStringList RecentFiles() const;
+  void FillRecentFiles(QMenu& menu);
+
+  ProgramParts parts_;
+  WindowSettings window_;
+  LayoutStore layout_;
+  std::unique_ptr<Questions> ownBoxes_;
+  Questions* boxes_;
+  QString title_;
+  Workspace* workspace_ = nullptr;
+  MainStatus* status_ = nullptr;
+  DataDisplay* display_ = nullptr;
+  std::unique_ptr<CommandBars> bars_;
+  std::unique_ptr<InstrumentLink> link_;
+  DocumentCounters counters_;
+  QTimer timerFileOpen_{this};
+  QTimer timerConnect_{this};
+  QTimer sampleTimer_{this};
+  QByteArray firstLayout_;
+  QStringList waitingFiles_;
+  // Place and size in the normal state.
+  QRect normal_;
+  std::string remark_;
+  DocumentWindow* measuring_ = nullptr;
+  int runs_ = 0;
+  bool closing_ = false;
+  bool locked_ = false;
+};
+
+}  // namespace spectrane

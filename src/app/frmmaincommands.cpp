@@ -1,0 +1,278 @@
+#include <QApplication>
+#include <QCloseEvent>
+
+#include <exception>
+
+#include "app/commandtable.h"
+#include "app/frmabout.h"
+#include "app/frmmain.h"
+#include "app/frmnew.h"
+#include "app/frmoption.h"
+#include "app/ground/documentwindow.h"
+#include "app/ground/words.h"
+#include "base/language.h"
+#include "tools/windows/frmwait.h"
+
+namespace spectrane {
+namespace {
+
+constexpr int kQuitQuestion = 1103;
+constexpr int kNoInstrument = 1090;
+constexpr int kCommunicationError = 1096;
+constexpr const char* kSimulated = "Simulated instrument";
+constexpr const char* kReleaseToClose = " Release (Shift+F9) lets the program close.";
+
+}  // namespace
+
+bool FrmMain::IsEnabled(const CommandRow& row) const {
+  const DocumentWindow* active = ActiveForm();
+  const bool connected = link_->State.InstrumentConnected;
+  const bool idle = runs_ == 0 && !link_->State.RunUnderWay;
+  const bool offered =
+      active && active->Offers(row.Number) && (active != measuring_ || row.Number == kStopTest);
+  switch (row.When) {
+    case EnabledWhen::Always:
+      return true;
+    case EnabledWhen::NotConnected:
+      return !connected && idle;
+    case EnabledWhen::Connected:
+      return connected && idle;
+    case EnabledWhen::Document:
+      return offered;
+    case EnabledWhen::ConnectedDocument:
+      return offered && connected && idle;
+    case EnabledWhen::BlankTarget:
+      return connected && idle && (!active || offered);
+    case EnabledWhen::Children:
+      return active != nullptr;
+    case EnabledWhen::Kind:
+      for (const DocumentKind& kind : DocumentKinds()) {
+        if (kind.Command == row.Number) return kind.Make != nullptr;
+      }
+      return false;
+    case EnabledWhen::Later:
+      break;
+  }
+  return false;
+}
+
+void FrmMain::UpdateCommands() {
+  if (!bars_ || !link_) return;
+  for (const CommandRow& row : CommandRows()) bars_->Action(row.Number)->setEnabled(IsEnabled(row));
+  const InstrumentState& state = link_->State;
+  status_->ShowSimulated(state.InstrumentConnected && link_->Instrument.Company().starts_with(kSimulated));
+  if (remark_.empty()) status_->SetRemark(IdleHint(), false);
+  const QString connectStep =
+      state.InstrumentConnected
+          ? tr("1.  The instrument is connected.")
+          : tr("1.  Switch the instrument on, plug in its cable, then choose Operate, Connect (F9).");
+  workspace_->SetWelcome(title_,
+                         {connectStep, tr("2.  Choose File, New File guide (Ctrl+N) and what to measure."),
+                          tr("3.  Put the blank into the beam and choose Set Blank (F8)."),
+                          tr("4.  Put a sample into the beam and choose Start Test (F5).")});
+}
+
+QString FrmMain::IdleHint() const {
+  if (runs_ > 0) return tr("Measuring ...");
+  if (!link_->State.InstrumentConnected)
+    return tr("Next: Operate, Connect (F9). Saved files open without an instrument.");
+  if (!ActiveForm()) return tr("Next: File, New File guide (Ctrl+N).");
+  return {};
+}
+
+void FrmMain::RunCommand(int command) {
+  const CommandRow& row = CommandRowOf(command);
+  if (closing_ || locked_ || !IsEnabled(row)) {
+    ApplyBarFlags();
+    return;
+  }
+  try {
+    if (row.OnFrame) {
+      row.OnFrame(*this);
+    } else if (DocumentWindow* active = ActiveForm(); active && row.OnDocument) {
+      row.OnDocument(*active);
+    }
+  } catch (const std::exception& fault) {
+    SetRemark("The command ended early: " + std::string(fault.what()));
+  }
+  UpdateCommands();
+}
+
+void FrmMain::RunBegins(DocumentWindow* window) {
+  if (runs_++ == 0) measuring_ = window;
+  UpdateCommands();
+}
+
+void FrmMain::RunEnds() {
+  if (--runs_ == 0) measuring_ = nullptr;
+  UpdateCommands();
+  if (runs_ == 0 && !waitingFiles_.isEmpty()) QTimer::singleShot(0, this, [this] { OpenWaiting(); });
+}
+
+void FrmMain::mmuFileNew() {
+  FrmNew guide(*this);
+  guide.exec();
+}
+
+void FrmMain::ShowOption() {
+  FrmOption options(*this);
+  options.exec();
+}
+
+void FrmMain::ShowAbout() {
+  FrmAbout about(*this);
+  about.exec();
+}
+
+void FrmMain::mmuOperationConnect() {
+  timerConnect_.stop();
+  if (closing_) return;
+  link_->Connect.mmuOperationConnect();
+  if (remark_.starts_with("Looking for")) SetRemark({});
+  UpdateCommands();
+}
+
+void FrmMain::ConnectCommand() {
+  if (!link_->State.InstrumentConnected) mmuOperationConnect();
+}
+
+void FrmMain::ReleaseCommand() {
+  link_->Connect.ReleaseCommand();
+  for (const StatusPane pane :
+       {StatusPane::Sampler, StatusPane::Slit, StatusPane::Wavelength, StatusPane::Percent}) {
+    if (!link_->State.InstrumentConnected) SetStatus(pane, {});
+  }
+  SetRemark({});
+}
+
+void FrmMain::mmuOperationRezero() {
+  link_->Live.mmuOperationRezero(ActiveForm());
+}
+
+void FrmMain::SwitchLamp(int command) {
+  QAction* mark = bars_->Action(command);
+  if (!link_->State.InstrumentConnected) {
+    boxes_->Show(kNoInstrument);
+    return;
+  }
+  // The mark follows the lamp, not the click.
+  mark->setChecked(!mark->isChecked());
+  const InstrumentRun run(link_->State);
+  if (!run.Owns()) return;
+  const RunNotice notice(*this, nullptr);
+  bool asked = false;
+  bool passed = false;
+  {
+    const FrmWait wait(*this);
+    link_->Live.SampleTimerStop();
+    link_->State.InstrumentBusy = true;
+    double wavelength = 0.0;
+    asked = link_->Instrument.GetWavelength(wavelength);
+    bool lit = false;
+    passed = asked && LampSwitched(command, lit);
+    if (passed) mark->setChecked(lit);
+    link_->State.InstrumentBusy = false;
+  }
+  if (asked && !passed) boxes_->Show(kCommunicationError);
+  if (!asked) link_->Live.ReportLinkLost();
+  link_->Live.SampleTimerStart();
+}
+
+bool FrmMain::LampSwitched(int command, bool& lit) {
+  Interface& instrument = link_->Instrument;
+  const bool tungsten = command == kTungstenLamp;
+  if (!(tungsten ? instrument.GetTungstenLamp(lit) : instrument.GetDeuteriumLamp(lit))) return false;
+  if (lit) {
+    lit = !(tungsten ? instrument.TungstenLampOff() : instrument.DeuteriumLampOff());
+  } else {
+    lit = tungsten ? instrument.TungstenLampOn() : instrument.DeuteriumLampOn();
+  }
+  return true;
+}
+
+void FrmMain::Arrange(int windowCommand) {
+  // Free windows can be arranged, tabs cannot: the command takes the tabs apart.
+  if (workspace_->HasTabs()) ToggleBar(kTabWorkspace);
+  if (windowCommand == kCascade) {
+    workspace_->CascadeAll();
+  } else {
+    workspace_->TileAll(windowCommand == kTileVertically);
+  }
+}
+
+void FrmMain::FocusNextPane() {
+  // Round the visible bars, then back to the children.
+  QList<QWidget*> panes;
+  for (QToolBar* bar : bars_->Bars()) {
+    for (QAction* action : bar->actions()) {
+      QWidget* button = bar->widgetForAction(action);
+      if (bar->isVisible() && button && button->isVisible() && button->isEnabled() &&
+          button->focusPolicy() != Qt::NoFocus) {
+        panes.append(button);
+        break;
+      }
+    }
+  }
+  DocumentWindow* active = ActiveForm();
+  panes.append(active ? static_cast<QWidget*>(active) : workspace_);
+  QWidget* focus = QApplication::focusWidget();
+  qsizetype at = panes.size() - 1;
+  for (qsizetype i = 0; i + 1 < panes.size(); ++i) {
+    if (focus && panes[i]->parentWidget()->isAncestorOf(focus)) at = i;
+  }
+  QWidget* next = panes[(at + 1) % panes.size()];
+  if (next == active) workspace_->Activate(active);
+  next->setFocus(Qt::TabFocusReason);
+}
+
+void FrmMain::closeEvent(QCloseEvent* event) {
+  if (closing_ || !QueryUnload()) {
+    event->ignore();
+    return;
+  }
+  closing_ = true;
+  for (DocumentWindow* document : workspace_->Documents()) document->AllowClose();
+  workspace_->closeAllSubWindows();
+  event->accept();
+}
+
+bool FrmMain::QueryUnload() {
+  if (runs_ > 0 || link_->State.RunUnderWay) {
+    if (measuring_) measuring_->QueryClose(true);
+    return false;
+  }
+  closing_ = true;
+  const bool may = ChildrenMayClose() && LinkMayClose();
+  closing_ = false;
+  if (may) StoreWindowState();
+  UpdateCommands();
+  return may;
+}
+
+bool FrmMain::ChildrenMayClose() {
+  const QList<DocumentWindow*> documents = workspace_->Documents();
+  if (documents.isEmpty()) return true;
+  if (boxes_->AskYesNo(Words(kQuitQuestion)) != Answer::Yes) return false;
+  for (DocumentWindow* document : documents) {
+    if (document->IsWorkUnsaved()) workspace_->Activate(document);
+    if (!document->QueryClose(false)) return false;
+  }
+  return true;
+}
+
+bool FrmMain::LinkMayClose() {
+  timerConnect_.stop();
+  link_->Live.SampleTimerStop();
+  if (!link_->State.InstrumentConnected) return true;
+  double wavelength = 0.0;
+  if (!link_->Instrument.GetWavelength(wavelength)) {
+    // A program that lost its instrument in mid-air stays until the link is back or is released.
+    SetRemark(Text(kCommunicationError) + kReleaseToClose);
+    link_->Live.SampleTimerStart();
+    return false;
+  }
+  link_->Connect.ReleaseConnection();
+  return true;
+}
+
+}  // namespace spectrane

@@ -1,0 +1,78 @@
+#include "app/messageboxes.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QMessageBox>
+
+#include "app/ground/languagefont.h"
+#include "app/ground/words.h"
+
+namespace spectrane {
+namespace {
+
+/// The arrow stands over a box that comes up during the hourglass.
+class ArrowPointer {
+ public:
+  ArrowPointer() {
+    if (wanted_) QGuiApplication::setOverrideCursor(Qt::ArrowCursor);
+  }
+  ~ArrowPointer() {
+    if (wanted_) QGuiApplication::restoreOverrideCursor();
+  }
+  ArrowPointer(const ArrowPointer&) = delete;
+  ArrowPointer& operator=(const ArrowPointer&) = delete;
+
+ private:
+  bool wanted_ = QGuiApplication::overrideCursor() != nullptr;
+};
+
+int Run(QWidget* parent, const QString& title, const QString& words, const QString& details,
+        QMessageBox::StandardButtons buttons, QMessageBox::StandardButton escape) {
+  const ArrowPointer pointer;
+  QMessageBox box(QMessageBox::Information, title, words, buttons, parent);
+  box.setObjectName(QStringLiteral("MessageBox"));
+  ApplyLanguageFont(box);
+  box.setTextFormat(Qt::PlainText);
+  if (!details.isEmpty()) box.setDetailedText(details);
+  box.setEscapeButton(escape);
+  return box.exec();
+}
+
+}  // namespace
+
+QWidget* MessageBoxes::Parent() const {
+  QWidget* dialog = QApplication::activeModalWidget();
+  return dialog ? dialog : &frame_;
+}
+
+void MessageBoxes::Show(int textId, const std::string& details) {
+  ShowWords(Words(textId), QString::fromStdString(details));
+}
+
+void MessageBoxes::ShowWords(const QString& words, const QString& details) {
+  Run(Parent(), title_, words, details, QMessageBox::Ok, QMessageBox::Ok);
+}
+
+Answer MessageBoxes::AskYesNo(const QString& words) {
+  const int button = Run(Parent(), title_, words, {}, QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
+  return button == QMessageBox::Yes ? Answer::Yes : Answer::No;
+}
+
+Answer MessageBoxes::AskYesNoCancel(const QString& words) {
+  const int button = Run(Parent(), title_, words, {},
+                         QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, QMessageBox::Cancel);
+  if (button == QMessageBox::Yes) return Answer::Yes;
+  return button == QMessageBox::No ? Answer::No : Answer::Cancel;
+}
+
+QString MessageBoxes::OpenFileName(const QString& filter, const QString& path) {
+  return QFileDialog::getOpenFileName(Parent(), PlainCaption(Words(109)), path, DialogFilter(filter));
+}
+
+QString MessageBoxes::SaveFileName(const QString& filter, const QString& path) {
+  // The question before overwriting is the program's own.
+  return QFileDialog::getSaveFileName(Parent(), PlainCaption(Words(111)), path, DialogFilter(filter), nullptr,
+                                      QFileDialog::DontConfirmOverwrite);
+}
+
+}  // namespace spectrane

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "app/ground/questions.h"
+
+class QWidget;
+
+namespace spectrane {
+
+/// Boxes and file dialogs on the screen: information boxes with the main window's caption as their title.
+class MessageBoxes : public Questions {
+ public:
+  /// `title` is the caption of every box.
+  MessageBoxes(QWidget& frame, const QString& title) : frame_(frame), title_(title) {}
+
+  void Show(int textId, const std::string& details) override;
+  using Questions::ShowWords;
+  void ShowWords(const QString& words, const QString& details) override;
+  Answer AskYesNo(const QString& words) override;
+  Answer AskYesNoCancel(const QString& words) override;
+  QString OpenFileName(const QString& filter, const QString& path) override;
+  QString SaveFileName(const QString& filter, const QString& path) override;
+
+ private:
+  QWidget* Parent() const;
+
+  QWidget& frame_;
+  QString title_;
+};
+
+}  // namespace spectrane

@@ -1,0 +1,87 @@
+#include "app/program.h"
+
+#include <QApplication>
+#include <QFileInfo>
+#include <QLocale>
+
+#include <clocale>
+#include <cstdio>
+
+#include "app/desktop/filetypes.h"
+#include "app/desktop/handover.h"
+#include "app/desktop/keepawake.h"
+#include "app/frmmain.h"
+#include "app/ground/commandicon.h"
+#include "app/ground/languagefont.h"
+#include "base/applicationfolder.h"
+#include "base/version.h"
+#include "link/exclusion.h"
+#include "link/messageloop.h"
+#include "link/portlist.h"
+
+namespace spectrane {
+namespace {
+
+constexpr int kFailed = 1;
+
+void RegisterOwnFileTypes() {
+  std::vector<DesktopIcon> icons = {{{}, 0, FileTypeIcon({}).toStdString()}};
+  for (const FileAssociation& each : FileAssociations()) {
+    const QString ending = QString::fromLatin1(each.Extension).mid(1);
+    icons.push_back({each.Extension, 0, FileTypeIcon(ending).toStdString()});
+  }
+  RegisterFileTypes(QCoreApplication::applicationFilePath(), icons);
+}
+
+int Run(QApplication& application) {
+  RegisterOwnFileTypes();
+  SelectLanguage();
+  QApplication::setFont(LanguageFont());
+  const std::string folder = ApplicationFolder(QCoreApplication::applicationDirPath().toStdString());
+  SteadyClock time;
+  QtMessageLoop loop;
+  const std::unique_ptr<Exclusion> turn = MakeNamedExclusion("ex_sim_sci");
+  SerialPortList ports;
+  Setting settings(folder);
+  FrmMain frame({ports, time, loop, *turn, settings, folder, nullptr,
+                 FileOfCommandLine(QCoreApplication::arguments())});
+  HandoverServer server;
+  QObject::connect(&server, &HandoverServer::PathReceived, &frame, [&frame](const QString& path) {
+    frame.ComeForward();
+    frame.OpenLater(path);
+  });
+  KeepAwake awake;
+  frame.ShowStored();
+  // What the person does not wait for comes after the first picture of the window.
+  QTimer::singleShot(0, &frame, [&] {
+    server.Listen();
+    awake.Start();
+  });
+  return application.exec();
+}
+
+}  // namespace
+
+QString FileOfCommandLine(const QStringList& arguments) {
+  QString path = arguments.value(1);
+  if (path.size() >= 2 && path.startsWith(u'"') && path.endsWith(u'"')) path = path.mid(1, path.size() - 2);
+  return path.isEmpty() ? path : QFileInfo(path).absoluteFilePath();
+}
+
+int Main(int argc, char** argv) {
+  QCoreApplication::setApplicationName(QStringLiteral("spectrane"));
+  QCoreApplication::setApplicationVersion(QString::fromStdString(VersionText()));
+  QGuiApplication::setDesktopFileName(QString::fromLatin1(kDesktopId));
+  QApplication application(argc, argv);
+  // The toolkit takes the locale of the environment; numbers are read and written in one way only.
+  std::setlocale(LC_ALL, "C");
+  QLocale::setDefault(QLocale::c());
+  try {
+    return Run(application);
+  } catch (const std::exception& fault) {
+    std::fprintf(stderr, "spectrane: %s\n", fault.what());
+    return kFailed;
+  }
+}
+
+}  // namespace spectrane

@@ -1,0 +1,655 @@
+#include <QMenuBar>
+#include <QMimeData>
+#include <QTest>
+#include <QToolButton>
+
+#include "app/barlooks.h"
+#include "app/commandtable.h"
+#include "app/framefixture.h"
+#include "app/ground/words.h"
+#include "base/language.h"
+#include "files/filesupport.h"
+
+namespace spectrane {
+namespace {
+
+using testing_windows::ExpectNamesEverywhere;
+using testing_windows::FrameFixture;
+using testing_windows::InDialog;
+
+using FrmMainTest = FrameFixture;
+using Field = DataDisplay::Field;
+
+QStringList TextsOf(const QMenu& menu) {
+  QStringList texts;
+  for (const QAction* action : menu.actions()) {
+    if (!action->isSeparator()) texts.append(PlainCaption(action->text()));
+  }
+  return texts;
+}
+
+TEST_F(FrmMainTest, FirstStartShowsTheGuideAndWritesEachDefault) {
+  Start();
+  EXPECT_EQ(Stored("Main Window", "Windows States"), "2");
+  EXPECT_EQ(Stored("Main Window", "Menu Style"), "2");
+  for (const char* key : {"Main toolsbar", "Operate toolsbar", "spectrum toolsbar", "data display toolsbar",
+                          "Expand Button", "TabWorkspace", "status toolsbar"}) {
+    EXPECT_EQ(Stored("Main Window", key), "True") << key;
+  }
+  EXPECT_EQ(Stored("Main Window", "Big Icon"), "False");
+  EXPECT_EQ(Main->windowTitle(), QStringLiteral("Spectrane Basic"));
+  EXPECT_TRUE(Main->isMaximized());
+  EXPECT_TRUE(ConnectWaited());
+  EXPECT_EQ(ConnectTimer().interval(), 2000);
+  EXPECT_EQ(Main->SampleTimer().interval(), 100);
+  EXPECT_FALSE(Main->SampleTimer().isActive());
+}
+
+TEST_F(FrmMainTest, MenusHoldTheirCommandsInOrder) {
+  Start();
+  QStringList menus;
+  for (const QAction* action : Main->menuBar()->actions()) menus.append(action->text());
+  EXPECT_EQ(menus, QStringList({QStringLiteral("File(&F)"), QStringLiteral("View(&V)"),
+                                QStringLiteral("Operate(&O)"), QStringLiteral("Spectrum Process(&S)"),
+                                QStringLiteral("Window(&W)"), QStringLiteral("Help(&H)")}));
+  const QStringList file = TextsOf(*Main->findChild<QMenu*>(QStringLiteral("Menu101")));
+  EXPECT_EQ(file,
+            QStringList({QStringLiteral("New File guide"), QStringLiteral("New File"), QStringLiteral("Open"),
+                         QStringLiteral("Save"), QStringLiteral("Save As"), QStringLiteral("Output"),
+                         QStringLiteral("Close"), QStringLiteral("Close All"),
+                         QStringLiteral("Printer Setup"), QStringLiteral("Print"), QStringLiteral("Exit")}));
+  const QStringList operate = TextsOf(*Main->findChild<QMenu*>(QStringLiteral("Menu301")));
+  EXPECT_EQ(operate.mid(0, 6),
+            QStringList({QStringLiteral("Connect"), QStringLiteral("Release"), QStringLiteral("Start Test"),
+                         QStringLiteral("Stop Test"), QStringLiteral("Delete Record"),
+                         QStringLiteral("Copy Picture")}));
+  EXPECT_EQ(operate.mid(17),
+            QStringList({QStringLiteral("Setup Slip"), QStringLiteral("Setup Automatic Sampler"),
+                         QStringLiteral("Option")}));
+}
+
+TEST_F(FrmMainTest, EachMenuHasItsAccessKeysOnce) {
+  Start();
+  for (const QMenu* menu : Main->findChildren<QMenu*>()) {
+    if (!menu->objectName().startsWith(QStringLiteral("Menu"))) continue;
+    QSet<QChar> used;
+    for (const QAction* action : menu->actions()) {
+      const qsizetype mark = action->text().indexOf(u'&');
+      if (action->isSeparator()) continue;
+      if (mark < 0) {
+        for (const QChar letter : action->text().toUpper()) {
+          EXPECT_TRUE(!letter.isLetterOrNumber() || used.contains(letter)) << action->text().toStdString();
+        }
+        continue;
+      }
+      const QChar key = action->text()[mark + 1].toUpper();
+      // Two captions of the table itself share theirs; the key goes from one to the other.
+      const bool shared = action == Main->ActionOf(kCloseAll);
+      EXPECT_TRUE(shared || !used.contains(key))
+          << menu->title().toStdString() << ": " << action->text().toStdString();
+      used.insert(key);
+    }
+  }
+}
+
+TEST_F(FrmMainTest, EachKeySequenceRunsOneCommand) {
+  QSet<QString> used;
+  Start();
+  for (const CommandRow& row : CommandRows()) {
+    for (const QKeySequence& key : Main->ActionOf(row.Number)->shortcuts()) {
+      EXPECT_FALSE(used.contains(key.toString())) << key.toString().toStdString();
+      used.insert(key.toString());
+      if (key == Main->ActionOf(row.Number)->shortcut()) {
+        EXPECT_TRUE(Main->ActionOf(row.Number)->toolTip().contains(key.toString(QKeySequence::NativeText)));
+      }
+    }
+  }
+  for (const int command : {kStartTest, kStopTest, kSetBlank}) {
+    const QKeySequence key = Main->ActionOf(command)->shortcut();
+    EXPECT_EQ(key[0].keyboardModifiers(), Qt::NoModifier);
+    EXPECT_TRUE(key[0].key() >= Qt::Key_F1 && key[0].key() <= Qt::Key_F12);
+  }
+}
+
+TEST_F(FrmMainTest, EveryControlHasAName) {
+  Start();
+  NewPhotometry();
+  ExpectNamesEverywhere(*Main);
+}
+
+struct BarCase {
+  int Command;
+  const char* Key;
+  const char* Widget;
+};
+
+TEST_F(FrmMainTest, ViewCommandsToggleTheirBarAndStoreIt) {
+  const BarCase cases[] = {
+      {kMainBar, "Main toolsbar", "MainToolsbar"},
+      {kSpectrumBar, "spectrum toolsbar", "SpectrumToolsbar"},
+      {kOperateBar, "Operate toolsbar", "OperateToolsbar"},
+      {kDataViewBar, "data display toolsbar", "DataDisplayToolsbar"},
+      {kStatusBar, "status toolsbar", "MainStatus"},
+      {kExpandButton, "Expand Button", "MainToolsbarExpand"},
+  };
+  Start();
+  for (const BarCase& each : cases) {
+    auto* widget = Main->findChild<QWidget*>(QLatin1String(each.Widget));
+    ASSERT_TRUE(widget) << each.Widget;
+    EXPECT_TRUE(widget->isVisible()) << each.Widget;
+    Choose(each.Command);
+    EXPECT_FALSE(widget->isVisible()) << each.Widget;
+    EXPECT_FALSE(Main->ActionOf(each.Command)->isChecked());
+    EXPECT_EQ(Stored("Main Window", each.Key), "False");
+  }
+  Restart();
+  for (const BarCase& each : cases) {
+    EXPECT_FALSE(Main->findChild<QWidget*>(QLatin1String(each.Widget))->isVisible()) << each.Widget;
+    Choose(each.Command);
+    EXPECT_TRUE(Main->findChild<QWidget*>(QLatin1String(each.Widget))->isVisible()) << each.Widget;
+  }
+}
+
+TEST_F(FrmMainTest, BigIconsAreStoredAndLarger) {
+  Start();
+  auto* bar = Main->findChild<QToolBar*>(QStringLiteral("MainToolsbar"));
+  const int small = bar->iconSize().width();
+  Choose(kBigIcon);
+  EXPECT_GT(bar->iconSize().width(), small);
+  EXPECT_EQ(Stored("Main Window", "Big Icon"), "True");
+}
+
+TEST_F(FrmMainTest, HiddenDataDisplayStopsTheLiveReading) {
+  Start();
+  ConnectNow();
+  const auto before = Instrument.Requests();
+  Choose(kDataViewBar);
+  Main->Link().Live.SampleTimerTick();
+  EXPECT_EQ(Instrument.Requests(), before);
+  Choose(kDataViewBar);
+  Main->Link().Live.SampleTimerTick();
+  EXPECT_EQ(Instrument.Requests(), before + 1);
+}
+
+TEST_F(FrmMainTest, TabsBecomeFreeWindowsAndBack) {
+  Start();
+  NewPhotometry();
+  NewPhotometry();
+  auto* workspace = Main->findChild<Workspace*>();
+  EXPECT_TRUE(workspace->HasTabs());
+  Choose(kTabWorkspace);
+  EXPECT_FALSE(workspace->HasTabs());
+  EXPECT_EQ(Stored("Main Window", "TabWorkspace"), "False");
+  Choose(kTileVertically);
+  const QList<QMdiSubWindow*> windows = workspace->subWindowList(QMdiArea::CreationOrder);
+  EXPECT_EQ(windows[0]->geometry().right() + 1, windows[1]->geometry().left());
+  EXPECT_EQ(windows[0]->height(), workspace->viewport()->height());
+  Choose(kTileHorizontally);
+  EXPECT_EQ(windows[0]->geometry().bottom() + 1, windows[1]->geometry().top());
+  EXPECT_EQ(windows[0]->width(), workspace->viewport()->width());
+  Choose(kCascade);
+  EXPECT_LT(windows[0]->y(), windows[1]->y());
+  Choose(kTabWorkspace);
+  EXPECT_TRUE(workspace->HasTabs());
+  EXPECT_EQ(WindowCount(), 2);
+}
+
+TEST_F(FrmMainTest, CaptionsCountUpAndNeverDown) {
+  Start();
+  EXPECT_EQ(NewPhotometry()->Caption(), QStringLiteral("Photometry 1"));
+  Choose(kClose);
+  EXPECT_EQ(NewPhotometry()->Caption(), QStringLiteral("Photometry 2"));
+}
+
+TEST_F(FrmMainTest, NewDocumentsComeUpWithTheirOptions) {
+  Start();
+  bool shown = false;
+  InDialog("FrmBasicConfig", [&shown](QWidget& dialog) {
+    shown = true;
+    dialog.close();
+  });
+  Choose(kNewBasic);
+  EXPECT_TRUE(shown);
+}
+
+TEST_F(FrmMainTest, SevenLooksDifferVisibly) {
+  ASSERT_EQ(BarLookNames(), QStringList({QStringLiteral("Office 2000"), QStringLiteral("Office XP"),
+                                         QStringLiteral("Office 2003"), QStringLiteral("Windows XP"),
+                                         QStringLiteral("Whidbev"), QStringLiteral("Office 2007"),
+                                         QStringLiteral("Ribbon")}));
+  Start();
+  auto* bar = Main->findChild<QToolBar*>(QStringLiteral("OperateToolsbar"));
+  QList<QImage> pictures;
+  for (int look = 0; look < 7; ++look) {
+    Main->SetMenuStyle(look);
+    QCoreApplication::processEvents();
+    const QImage picture = bar->grab().toImage();
+    for (const QImage& other : pictures) {
+      int differing = 0;
+      const int rows = std::min(picture.height(), other.height());
+      for (int y = 0; y < rows; ++y) {
+        const QColor a = picture.pixelColor(picture.width() - 30, y);
+        const QColor b = other.pixelColor(other.width() - 30, y);
+        const int distance =
+            std::abs(a.red() - b.red()) + std::abs(a.green() - b.green()) + std::abs(a.blue() - b.blue());
+        if (distance > 6) ++differing;
+      }
+      EXPECT_GT(differing + 4 * std::abs(picture.height() - other.height()), rows / 4) << look;
+    }
+    pictures.append(picture);
+  }
+}
+
+// Which commands can be chosen, in each state an operator can bring the program into.
+TEST_F(FrmMainTest, CommandsAreEnabledByWhatHolds) {
+  const auto expect = [this](const char* state, std::initializer_list<int> on,
+                             std::initializer_list<int> off) {
+    for (const int command : on) EXPECT_TRUE(IsEnabled(command)) << state << ": " << command;
+    for (const int command : off) EXPECT_FALSE(IsEnabled(command)) << state << ": " << command;
+  };
+  Start();
+  expect("nothing open, not connected",
+         {kNewFileGuide, kNewBasic, kOpen, kExit, kConnect, kProgramOption, kAbout},
+         {kRelease, kStartTest, kStopTest, kSetBlank, kSave, kSaveAs, kClose, kCloseAll, kTungstenLamp,
+          kDeleteRecord, kCascade, kPrint, kNewQua, kSetWavelength, kTestOption, kSpectrumCompare});
+  ConnectNow();
+  expect("connected", {kRelease, kSetBlank, kTungstenLamp, kDeuteriumLamp},
+         {kConnect, kStartTest, kStopTest, kSave});
+  NewPhotometry();
+  expect("photometry, connected", {kStartTest, kSetBlank, kClose, kCloseAll, kTestOption, kCascade},
+         {kConnect, kStopTest, kDeleteRecord, kPrint, kOutputText, kCopyPicture, kZoomIn, kSearchPeak});
+  Choose(kRelease);
+  expect("photometry, released", {kConnect, kClose, kTestOption},
+         {kRelease, kStartTest, kSetBlank, kTungstenLamp});
+}
+
+TEST_F(FrmMainTest, CommandsAreDisabledDuringARunAndStayRefused) {
+  Start();
+  ConnectNow();
+  NewPhotometry();
+  Choose(kSetBlank);
+  int looked = 0;
+  Loop.OnYield = [&] {
+    if (!Main->Link().State.RunUnderWay) return;
+    ++looked;
+    for (const int command : {kConnect, kRelease, kStartTest, kSetBlank, kTungstenLamp, kDeuteriumLamp,
+                              kDeleteRecord, kTestOption}) {
+      EXPECT_FALSE(IsEnabled(command)) << command;
+      Main->RunCommand(command);
+    }
+  };
+  Choose(kStartTest);
+  Loop.OnYield = nullptr;
+  EXPECT_GT(looked, 2);
+  EXPECT_TRUE(IsEnabled(kStartTest));
+  EXPECT_TRUE(Main->ActiveForm()->IsWorkUnsaved());
+  EXPECT_TRUE(Main->Link().State.InstrumentConnected);
+}
+
+TEST_F(FrmMainTest, ConnectingShowsWhatTheInstrumentIs) {
+  Start();
+  EXPECT_EQ(Pane(StatusPane::Connection), "No instrument connected.");
+  EXPECT_THAT(Remark(), ::testing::HasSubstr("Connect"));
+  Main->mmuOperationConnect();
+  EXPECT_EQ(Pane(StatusPane::Connection), "connectted.");
+  EXPECT_EQ(Pane(StatusPane::Sampler), "Manually sample shelf.");
+  EXPECT_TRUE(Main->findChild<MainStatus*>()->IsSimulatedShown());
+  EXPECT_EQ(FieldText(Field::Wavelength), " 546.0nm");
+  EXPECT_EQ(FieldText(Field::Abs), " 0.000Abs");
+  EXPECT_EQ(FieldText(Field::Trans), "100.0%T");
+  EXPECT_TRUE(Main->SampleTimer().isActive());
+  EXPECT_TRUE(Main->isEnabled());
+  Choose(kRelease);
+  EXPECT_EQ(Pane(StatusPane::Connection), "No instrument connected.");
+  EXPECT_EQ(FieldText(Field::Wavelength), "");
+  EXPECT_EQ(FieldText(Field::Trans), "");
+  EXPECT_FALSE(Main->SampleTimer().isActive());
+  EXPECT_FALSE(Main->findChild<MainStatus*>()->IsSimulatedShown());
+}
+
+TEST_F(FrmMainTest, ConnectingLocksTheWindowAndIsNotEnteredTwice) {
+  Start();
+  int checks = 0;
+  Instrument.OnExchange = [&checks](const ExchangeRecord& record) {
+    checks += record.Request == "check" ? 1 : 0;
+  };
+  bool locked = false;
+  Loop.OnYield = [&] {
+    if (!Main->Link().State.RunUnderWay) return;
+    locked = locked || !Main->isEnabled();
+    Main->RunCommand(kConnect);
+    Main->mmuOperationConnect();
+  };
+  Main->mmuOperationConnect();
+  Loop.OnYield = nullptr;
+  EXPECT_TRUE(locked);
+  EXPECT_EQ(checks, 1);
+  EXPECT_TRUE(Main->isEnabled());
+  EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+}
+
+TEST_F(FrmMainTest, NoInstrumentGivesOneBoxWithTheCauseOfEachPortAndANextStep) {
+  Start();
+  Ports.Refuse(1, PortFault::InUse, "Device or resource busy");
+  Boxes.ExpectMessage(1097, [this] { EXPECT_FALSE(Main->isEnabled()); });
+  Choose(kConnect);
+  EXPECT_THAT(Boxes.Details.toStdString(), ::testing::HasSubstr("port 1: in use"));
+  EXPECT_EQ(Pane(StatusPane::Connection), "No instrument connected.");
+  EXPECT_THAT(Remark(), ::testing::HasSubstr("Connect"));
+  EXPECT_TRUE(Main->isEnabled());
+  EXPECT_TRUE(IsEnabled(kConnect));
+}
+
+TEST_F(FrmMainTest, LampCommandsSwitchAndMarkTheLamp) {
+  Start();
+  ConnectNow();
+  ASSERT_TRUE(Instrument.Model().Tungsten.Lit);
+  Choose(kTungstenLamp);
+  EXPECT_FALSE(Instrument.Model().Tungsten.Lit);
+  EXPECT_FALSE(Main->ActionOf(kTungstenLamp)->isChecked());
+  Choose(kTungstenLamp);
+  EXPECT_TRUE(Instrument.Model().Tungsten.Lit);
+  EXPECT_TRUE(Main->ActionOf(kTungstenLamp)->isChecked());
+  Choose(kDeuteriumLamp);
+  EXPECT_FALSE(Instrument.Model().Deuterium.Lit);
+}
+
+TEST_F(FrmMainTest, RezeroWithoutAChildIsTheMainWindowsOwn) {
+  Start();
+  ConnectNow();
+  std::vector<std::string> commands;
+  Instrument.OnExchange = [&](const ExchangeRecord& record) { commands.push_back(record.Request); };
+  Choose(kSetBlank);
+  EXPECT_EQ(commands, (std::vector<std::string>{"rezero", "ge 30"}));
+}
+
+TEST_F(FrmMainTest, AFileOfTheCommandLineOpensAndNothingConnects) {
+  const QString path = WriteFile("day.bas", QByteArray::fromStdString(BasicFileBytes(3, 3)));
+  Start(path);
+  ASSERT_EQ(WindowCount(), 1);
+  EXPECT_EQ(Main->ActiveForm()->OpenFileName(), path);
+  EXPECT_EQ(Main->ActiveForm()->Caption(), QStringLiteral("day.bas"));
+  EXPECT_FALSE(ConnectWaited());
+  EXPECT_EQ(Stored("File", "Open File Path"), path.toStdString());
+}
+
+TEST_F(FrmMainTest, AFileThatCannotBeOpenedLeavesEverythingElseAlone) {
+  const QString good = WriteFile("good.bas", QByteArray::fromStdString(BasicFileBytes(2, 2)));
+  Start(good);
+  struct Case {
+    const char* Name;
+    std::string Bytes;
+    const char* Words;
+  };
+  const Case cases[] = {
+      {"empty.bas", "", " Open File Error!"},
+      {"short.bas", std::string(103, 'x'), " Open File Error!"},
+      {"foreign.bas", std::string(4000, 'x'), " Open File Error!"},
+      {"quantitation.qua", HeaderBytes(1), " Open File Error!"},
+      {"baseline.bsl", HeaderBytes(6), " Open File Error!"},
+  };
+  for (const Case& each : cases) {
+    const QString path = WriteFile(each.Name, QByteArray::fromStdString(each.Bytes));
+    Boxes.ExpectWords(QString::fromLatin1(each.Words));
+    EXPECT_FALSE(Main->OpenDataFile(path)) << each.Name;
+    EXPECT_THAT(Boxes.Details.toStdString(), ::testing::HasSubstr(each.Name));
+    EXPECT_EQ(WindowCount(), 1) << each.Name;
+    EXPECT_EQ(Main->ActiveForm()->OpenFileName(), good);
+  }
+}
+
+TEST_F(FrmMainTest, UnknownKindsAreNamedSo) {
+  Start();
+  for (const int type : {0, 7, 8, 9, 10, 13, -1}) {
+    const QString path = WriteFile("kind.dat", QByteArray::fromStdString(HeaderBytes(type)));
+    Boxes.ExpectMessage(1106);
+    EXPECT_FALSE(Main->OpenDataFile(path)) << type;
+  }
+}
+
+TEST_F(FrmMainTest, AMissingFileAFolderAndAPipeCannotBeOpened) {
+  Start();
+  Boxes.ExpectWords(Words(1214));
+  EXPECT_FALSE(Main->OpenDataFile(PathOf("nothing.bas")));
+  Boxes.ExpectWords(Words(1214));
+  EXPECT_FALSE(Main->OpenDataFile(QString::fromStdString(Folder.Path())));
+  EXPECT_EQ(WindowCount(), 0);
+}
+
+TEST_F(FrmMainTest, ABaselineChosenInTheOpenDialogHasItsOwnWords) {
+  Start();
+  const QString path = WriteFile("system.bsl", QByteArray::fromStdString(HeaderBytes(6)));
+  Boxes.ExpectOpenName(Words(1104), path);
+  Boxes.ExpectMessage(1105);
+  Choose(kOpen);
+}
+
+TEST_F(FrmMainTest, OpenDialogBeginsWhereTheLastFileWas) {
+  const QString path = WriteFile("day.bas", QByteArray::fromStdString(BasicFileBytes(1, 1)));
+  Start(path);
+  Boxes.ExpectOpenName(Words(1104), {});
+  Choose(kOpen);
+  EXPECT_EQ(Boxes.BeganWith, path);
+}
+
+TEST_F(FrmMainTest, AFileThatIsOpenIsActivatedAndSaidSo) {
+  const QString path = WriteFile("day.bas", QByteArray::fromStdString(BasicFileBytes(1, 1)));
+  Start(path);
+  DocumentWindow* first = Main->ActiveForm();
+  NewPhotometry();
+  Boxes.ExpectWords(u'<' + path + QStringLiteral(">File is already opened!"));
+  EXPECT_FALSE(Main->OpenDataFile(path));
+  EXPECT_EQ(Main->ActiveForm(), first);
+  EXPECT_EQ(WindowCount(), 2);
+}
+
+TEST_F(FrmMainTest, AnOpenDialogComesBeforeAnyFile) {
+  const QString path = WriteFile("day.bas", QByteArray::fromStdString(BasicFileBytes(1, 1)));
+  Start();
+  Boxes.ExpectWords(u'<' + path + QStringLiteral("> Open File Error!\nPlease Close the dialog [New File]!"));
+  InDialog("FrmNew", [&](QWidget& guide) {
+    EXPECT_FALSE(Main->OpenDataFile(path));
+    guide.close();
+  });
+  Choose(kNewFileGuide);
+  EXPECT_EQ(WindowCount(), 0);
+}
+
+TEST_F(FrmMainTest, DroppedFilesOpen) {
+  const QString path = WriteFile("day.bas", QByteArray::fromStdString(BasicFileBytes(1, 1)));
+  Start();
+  QMimeData data;
+  data.setUrls({QUrl::fromLocalFile(path)});
+  QDragEnterEvent enter(QPoint(300, 300), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  QCoreApplication::sendEvent(Main.get(), &enter);
+  EXPECT_TRUE(enter.isAccepted());
+  QDropEvent drop(QPointF(300, 300), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  QCoreApplication::sendEvent(Main.get(), &drop);
+  EXPECT_TRUE(QTest::qWaitFor([this] { return WindowCount() == 1; }));
+}
+
+TEST_F(FrmMainTest, RecentFilesLeadTheirListAndMissingOnesAreGrey) {
+  const QString a = WriteFile("a.bas", QByteArray::fromStdString(BasicFileBytes(1, 1)));
+  const QString b = WriteFile("b.bas", QByteArray::fromStdString(BasicFileBytes(1, 1)));
+  Start(a);
+  ASSERT_TRUE(Main->OpenDataFile(b));
+  QFile::remove(a);
+  auto* menu = Main->findChild<QMenu*>(QStringLiteral("Menu101"));
+  emit menu->aboutToShow();
+  const auto* first = Main->findChild<QAction*>(QStringLiteral("Recent1"));
+  const auto* second = Main->findChild<QAction*>(QStringLiteral("Recent2"));
+  ASSERT_TRUE(first && second);
+  EXPECT_TRUE(first->text().endsWith(QStringLiteral("b.bas")));
+  EXPECT_TRUE(first->isEnabled());
+  EXPECT_TRUE(second->text().endsWith(QStringLiteral("a.bas")));
+  EXPECT_FALSE(second->isEnabled());
+  EXPECT_EQ(menu->actions().last(), Main->ActionOf(kExit));
+}
+
+TEST_F(FrmMainTest, ClosingAsksOnlyWhenAChildIsOpen) {
+  Start();
+  NewPhotometry();
+  Boxes.ExpectYesNo(QStringLiteral("Are you sure to QUIT the program?"), Answer::No);
+  EXPECT_FALSE(Main->close());
+  EXPECT_TRUE(Main->isVisible());
+  EXPECT_EQ(WindowCount(), 1);
+  Choose(kClose);
+  EXPECT_TRUE(Main->close());
+}
+
+TEST_F(FrmMainTest, ClosingReleasesTheInstrumentAndStoresTheWindow) {
+  Start();
+  ConnectNow();
+  Main->showNormal();
+  Main->resize(700, 500);
+  QCoreApplication::processEvents();
+  std::vector<std::string> commands;
+  Instrument.OnExchange = [&](const ExchangeRecord& record) { commands.push_back(record.Request); };
+  EXPECT_TRUE(Main->close());
+  EXPECT_EQ(commands, (std::vector<std::string>{"getwl", "quit"}));
+  EXPECT_FALSE(Main->Link().State.PortOpen);
+  EXPECT_EQ(Stored("Main Window", "Windows States"), "0");
+  EXPECT_EQ(Stored("Main Window", "Windows Width"), "700");
+  EXPECT_EQ(Stored("Main Window", "Windows Height"), "500");
+  Restart();
+  EXPECT_FALSE(Main->isMaximized());
+  EXPECT_EQ(Main->size(), QSize(700, 500));
+}
+
+TEST_F(FrmMainTest, ADeadLinkKeepsTheProgramOpenUntilRelease) {
+  Start();
+  ConnectNow();
+  Ports.Current->HangUp();
+  EXPECT_FALSE(Main->close());
+  EXPECT_TRUE(Main->isVisible());
+  EXPECT_THAT(Remark(), ::testing::HasSubstr("Communication error.Please check instrument link cable."));
+  EXPECT_THAT(Remark(), ::testing::HasSubstr("Release"));
+  EXPECT_TRUE(Main->SampleTimer().isActive());
+  Choose(kRelease);
+  EXPECT_TRUE(Main->close());
+}
+
+TEST_F(FrmMainTest, UnsavedRowsAreAskedForAtTheEndAndCancelKeepsAll) {
+  Start();
+  ConnectNow();
+  NewPhotometry();
+  Choose(kSetBlank);
+  Choose(kStartTest);
+  Boxes.ExpectYesNo(Words(1103), Answer::Yes);
+  Boxes.ExpectYesNoCancel(Words(1210), Answer::Cancel);
+  EXPECT_FALSE(Main->close());
+  EXPECT_TRUE(Main->Link().State.InstrumentConnected);
+  EXPECT_EQ(WindowCount(), 1);
+  Boxes.ExpectYesNo(Words(1103), Answer::Yes);
+  Boxes.ExpectYesNoCancel(Words(1210), Answer::Yes);
+  Boxes.ExpectSaveName(Words(1193), PathOf("kept.bas"));
+  EXPECT_TRUE(Main->close());
+  EXPECT_TRUE(QFile::exists(PathOf("kept.bas")));
+}
+
+TEST_F(FrmMainTest, ClosingDuringARunWaitsForItsEnd) {
+  Start();
+  ConnectNow();
+  NewPhotometry();
+  Choose(kSetBlank);
+  bool asked = false;
+  Loop.OnYield = [&] {
+    if (asked || !Main->ActiveForm() || !Main->ActiveForm()->RunsNow()) return;
+    asked = true;
+    Boxes.ExpectYesNo(Words(1211), Answer::Yes);
+    EXPECT_FALSE(Main->close());
+    EXPECT_TRUE(Main->isVisible());
+  };
+  Choose(kStartTest);
+  Loop.OnYield = nullptr;
+  ASSERT_TRUE(asked);
+  EXPECT_TRUE(Main->isVisible());
+  Boxes.ExpectYesNo(Words(1103), Answer::Yes);
+  if (Main->ActiveForm()->IsWorkUnsaved()) Boxes.ExpectYesNoCancel(Words(1210), Answer::No);
+  EXPECT_TRUE(QTest::qWaitFor([this] { return !Main->isVisible(); }));
+}
+
+TEST_F(FrmMainTest, NonsenseInEachKeyGivesAProgramThatRuns) {
+  for (const auto& row : WindowSettingRows()) {
+    ASSERT_TRUE(Settings.PutSetting(row.Section, row.Key, "\x01;[nonsense]=1,5e999"));
+  }
+  Start();
+  EXPECT_TRUE(Main->isVisible());
+  EXPECT_TRUE(Main->screen()->availableGeometry().intersects(Main->geometry()));
+  EXPECT_TRUE(Main->findChild<QToolBar*>(QStringLiteral("MainToolsbar"))->isVisible());
+}
+
+TEST_F(FrmMainTest, AWindowFromBeyondTheScreenComesBackOntoIt) {
+  const struct {
+    const char* Width;
+    const char* Height;
+    const char* Place;
+  } cases[] = {{"100000", "99999", "0,0"},
+               {"1", "1", "-5000,-5000"},
+               {"800", "500", "30000,200"},
+               {"800", "500", "x,y"}};
+  for (const auto& each : cases) {
+    Settings.PutSetting("Main Window", "Windows States", "0");
+    Settings.PutSetting("Main Window", "Windows Width", each.Width);
+    Settings.PutSetting("Main Window", "Windows Height", each.Height);
+    LayoutStore(QString::fromStdString(Folder.Path()))
+        .Store(QStringLiteral("FrmMain/Place"), QByteArray(each.Place));
+    Restart();
+    const QRect area = Main->screen()->availableGeometry();
+    EXPECT_TRUE(area.contains(Main->frameGeometry()))
+        << each.Width << "x" << each.Height << " at " << each.Place;
+    EXPECT_GE(Main->width(), 200);
+    EXPECT_TRUE(Main->close());
+  }
+}
+
+TEST_F(FrmMainTest, BarsStayWhereTheyWerePutUntilTheLayoutIsReset) {
+  Start();
+  auto* bar = Main->findChild<QToolBar*>(QStringLiteral("SpectrumToolsbar"));
+  Main->addToolBar(Qt::LeftToolBarArea, bar);
+  EXPECT_TRUE(Main->close());
+  Restart();
+  bar = Main->findChild<QToolBar*>(QStringLiteral("SpectrumToolsbar"));
+  EXPECT_EQ(Main->toolBarArea(bar), Qt::LeftToolBarArea);
+  Choose(kMainBar);
+  Choose(kResetLayout);
+  EXPECT_EQ(Main->toolBarArea(bar), Qt::TopToolBarArea);
+  EXPECT_TRUE(Main->findChild<QToolBar*>(QStringLiteral("MainToolsbar"))->isVisible());
+  EXPECT_EQ(Stored("Main Window", "Main toolsbar"), "True");
+}
+
+TEST_F(FrmMainTest, TheKeyboardReachesEveryBar) {
+  Start();
+  Main->activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(Main.get()));
+  QSet<QString> reached;
+  for (int i = 0; i < 6; ++i) {
+    Main->FocusNextPane();
+    if (QWidget* focus = QApplication::focusWidget()) {
+      if (qobject_cast<QToolBar*>(focus->parentWidget())) reached.insert(focus->parentWidget()->objectName());
+    }
+  }
+  EXPECT_TRUE(reached.contains(QStringLiteral("MainToolsbar")));
+  EXPECT_TRUE(reached.contains(QStringLiteral("OperateToolsbar")));
+  auto* bar = Main->findChild<QToolBar*>(QStringLiteral("MainToolsbar"));
+  auto* guide = qobject_cast<QToolButton*>(bar->widgetForAction(Main->ActionOf(kNewFileGuide)));
+  guide->setFocus();
+  QTest::keyClick(guide, Qt::Key_Right);
+  EXPECT_EQ(QApplication::focusWidget(), bar->widgetForAction(Main->ActionOf(kNewBasic)));
+}
+
+TEST_F(FrmMainTest, ThePulledCableInAReadingIsToldAndConnectWorksAgain) {
+  Start();
+  ConnectNow();
+  Ports.Current->HangUp();
+  Main->Link().Live.SampleTimerTick();
+  EXPECT_THAT(Remark(), ::testing::HasSubstr("Communication error"));
+  EXPECT_TRUE(Main->Link().State.InstrumentConnected);
+  Choose(kRelease);
+  Instrument.ForgetInput();
+  ConnectNow();
+  EXPECT_EQ(Pane(StatusPane::Connection), "connectted.");
+}
+
+}  // namespace
+}  // namespace spectrane

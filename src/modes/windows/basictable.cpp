@@ -13,7 +13,7 @@ constexpr const char* kEnergyFormat = "0";
 
 int AlignmentOf(int column) {
   const Qt::Alignment side = column == BasicTable::kNote ? Qt::AlignLeft : Qt::AlignRight;
-  return (side | Qt::AlignVCenter).toInt();
+  return static_cast<int>((side | Qt::AlignVCenter).toInt());
 }
 
 }  // namespace

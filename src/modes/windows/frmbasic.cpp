@@ -6,7 +6,6 @@
 #include <QVBoxLayout>
 
 #include "app/ground/commands.h"
-#include "app/ground/languagefont.h"
 #include "app/ground/layoutstore.h"
 #include "app/ground/words.h"
 #include "modes/photometry/basicsettings.h"

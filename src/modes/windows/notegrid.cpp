@@ -5,11 +5,15 @@
 #include <QLineEdit>
 #include <QPainter>
 #include <QPointer>
+#include <QProxyStyle>
 #include <QStyledItemDelegate>
 
 #include "app/ground/gridcopy.h"
 
 namespace spectrane {
+
+// Air between the text of a cell and its border [pixels].
+constexpr int kExtraMargin = 4;
 
 /// Makes the editor of a note and remembers it while it lives.
 class NoteDelegate : public QStyledItemDelegate {
@@ -23,6 +27,7 @@ class NoteDelegate : public QStyledItemDelegate {
                         const QModelIndex& index) const override {
     auto* const line = new QLineEdit(parent);
     line->setObjectName(editorName_);
+    line->setTextMargins(kExtraMargin, 0, 0, 0);
     line->setAccessibleName(index.model()->headerData(index.column(), Qt::Horizontal).toString());
     editor_ = line;
     return line;
@@ -49,9 +54,30 @@ class NoteDelegate : public QStyledItemDelegate {
   mutable QPointer<QWidget> editor_;
 };
 
+namespace {
+
+/// Keeps figures at the right apart from the notes that follow.
+class RoomyCells : public QProxyStyle {
+ public:
+  int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
+    const int standard = QProxyStyle::pixelMetric(metric, option, widget);
+    return metric == PM_FocusFrameHMargin || metric == PM_HeaderMargin ? standard + kExtraMargin : standard;
+  }
+};
+
+void GiveAir(QTableView& grid) {
+  auto* const style = new RoomyCells;
+  style->setParent(&grid);
+  grid.setStyle(style);
+  grid.horizontalHeader()->setStyle(style);
+}
+
+}  // namespace
+
 NoteGrid::NoteGrid(const QString& editorName, QWidget* parent)
     : QTableView(parent), delegate_(new NoteDelegate(editorName, this)) {
   setItemDelegate(delegate_);
+  GiveAir(*this);
   setEditTriggers(DoubleClicked | EditKeyPressed | AnyKeyPressed);
   setSelectionBehavior(SelectRows);
   setSelectionMode(ExtendedSelection);

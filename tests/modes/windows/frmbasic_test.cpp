@@ -9,6 +9,7 @@
 
 #include "app/ground/commands.h"
 #include "modes/windows/frmbasicfixture.h"
+#include "modes/windows/notegrid.h"
 
 namespace spectrane::testing_windows {
 namespace {
@@ -351,6 +352,24 @@ TEST_F(BasicWindow, TabLeavesTheGrid) {
   Window->setParent(nullptr);
   next.setParent(nullptr);
   delete holder;
+}
+
+TEST_F(BasicWindow, AnEmptyGridSaysWhatComesNext) {
+  Open();
+  const auto& hint = Find<NoteGrid>(*Window, "DataGrid")->Hint;
+  EXPECT_TRUE(hint().contains(QStringLiteral("Connect the instrument"))) << hint().toStdString();
+  ConnectNow();
+  EXPECT_TRUE(hint().contains(QStringLiteral("Set Blank"))) << hint().toStdString();
+  Window->mmuOperationRezero();
+  EXPECT_TRUE(hint().contains(QStringLiteral("Start Test"))) << hint().toStdString();
+  Window->SetWaveLength(600.0);
+  EXPECT_TRUE(hint().contains(QStringLiteral("Set Blank"))) << "the blank was of another wavelength";
+  Window->SetWaveLength(546.0);
+  const QImage empty = Grid->viewport()->grab().toImage();
+  Measure(1);
+  Boxes.ExpectYesNo(QStringLiteral("Are you sure to remove Record <1>from this file?"), Answer::Yes);
+  Window->mmuDeleteReport();
+  EXPECT_EQ(Grid->viewport()->grab().toImage(), empty) << "the hint is back with the empty grid";
 }
 
 TEST_F(BasicWindow, EveryControlHasItsNames) {

@@ -1,0 +1,64 @@
+#include <QDir>
+
+#include "modes/windows/frmbasicconfig.h"
+#include "modes/windows/frmbasicfixture.h"
+
+namespace spectrane::testing_windows {
+namespace {
+
+/// Pictures for a person to judge, in the folder that SPECTRANE_PICTURES names; skipped without it.
+class BasicPictures : public BasicWindow {
+ protected:
+  void SetUp() override {
+    if (!qEnvironmentVariableIsSet("SPECTRANE_PICTURES")) GTEST_SKIP() << "SPECTRANE_PICTURES is not set";
+  }
+  static void Shoot(QWidget& widget, const char* name) {
+    QCoreApplication::processEvents();
+    const QString folder = qEnvironmentVariable("SPECTRANE_PICTURES");
+    EXPECT_TRUE(QDir().mkpath(folder));
+    EXPECT_TRUE(widget.grab().save(folder + u'/' + QLatin1String(name) + QStringLiteral(".png")));
+  }
+  void EightRows() {
+    OpenWithBlank();
+    const char* const samples[] = {"dye-1", "dye-2",      "dye-4", "dye-6",
+                                   "dye-8", "filter-3.0", "blank", "closed"};
+    for (const char* sample : samples) {
+      Insert(sample);
+      Measure(1);
+    }
+    const char* const notes[] = {"Standard 1", "Standard 2, fresh cuvette", "Sample 17 a", "Sample 17 b"};
+    for (int row = 0; row < 4; ++row)
+      Grid->model()->setData(Grid->model()->index(row, 5), QString::fromUtf8(notes[row]));
+  }
+};
+
+TEST_F(BasicPictures, Rows) {
+  EightRows();
+  Shoot(*Window, "basic-rows");
+  TypeNote(3, "Sample 17 b, dilut");
+  Shoot(*Window, "basic-editor");
+  Window->CommitEditors();
+  Window->resize(360, 300);
+  Shoot(*Window, "basic-narrow");
+}
+
+TEST_F(BasicPictures, Empty) {
+  Open();
+  Shoot(*Window, "basic-empty");
+  ConnectNow();
+  Shoot(*Window, "basic-connected");
+  Window->mmuOperationRezero();
+  Shoot(*Window, "basic-blank");
+  Window->resize(220, 160);
+  Shoot(*Window, "basic-empty-narrow");
+}
+
+TEST_F(BasicPictures, Config) {
+  FrmBasicConfig dialog(Main, 546.0);
+  dialog.show();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+  Shoot(dialog, "basic-config");
+}
+
+}  // namespace
+}  // namespace spectrane::testing_windows

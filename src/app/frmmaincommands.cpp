@@ -110,8 +110,7 @@ void FrmMain::RunEnds() {
 }
 
 void FrmMain::mmuFileNew() {
-  FrmNew guide(*this);
-  guide.exec();
+  FrmNew::Run(*this);
 }
 
 void FrmMain::ShowOption() {

@@ -133,6 +133,9 @@ TEST_F(FrmMainTest, ViewCommandsToggleTheirBarAndStoreIt) {
       {kExpandButton, "Expand Button", "MainToolsbarExpand"},
   };
   Start();
+  Main->showNormal();
+  Main->resize(1500, 700);
+  QCoreApplication::processEvents();
   for (const BarCase& each : cases) {
     auto* widget = Main->findChild<QWidget*>(QLatin1String(each.Widget));
     ASSERT_TRUE(widget) << each.Widget;
@@ -143,6 +146,8 @@ TEST_F(FrmMainTest, ViewCommandsToggleTheirBarAndStoreIt) {
     EXPECT_EQ(Stored("Main Window", each.Key), "False");
   }
   Restart();
+  Main->showNormal();
+  Main->resize(1500, 700);
   for (const BarCase& each : cases) {
     EXPECT_FALSE(Main->findChild<QWidget*>(QLatin1String(each.Widget))->isVisible()) << each.Widget;
     Choose(each.Command);

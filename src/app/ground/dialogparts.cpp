@@ -1,0 +1,99 @@
+#include "app/ground/dialogparts.h"
+
+#include <QDialog>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+
+#include <algorithm>
+
+#include "app/ground/languagefont.h"
+#include "app/ground/mainwindow.h"
+#include "app/ground/words.h"
+
+namespace spectrane {
+
+DialogParts::DialogParts(QDialog& dialog, const char* name, const QString& title) : dialog_(dialog) {
+  ApplyLanguageFont(dialog);
+  dialog.setObjectName(QLatin1String(name));
+  dialog.setWindowTitle(title);
+  dialog.setAccessibleName(title);
+}
+
+void DialogParts::Finish(QAbstractButton& button, const char* name, const QString& caption) {
+  button.setObjectName(QLatin1String(name));
+  button.setAccessibleName(PlainCaption(caption));
+  button.setText(Keyed(caption));
+}
+
+QLabel* DialogParts::Finish(QWidget& field, const char* name, const char* labelName, const QString& caption) {
+  field.setObjectName(QLatin1String(name));
+  field.setAccessibleName(PlainCaption(caption));
+  auto* const label = new QLabel(Keyed(caption), &dialog_);
+  label->setObjectName(QLatin1String(labelName));
+  label->setBuddy(&field);
+  return label;
+}
+
+QString DialogParts::Keyed(const QString& caption) {
+  return WithAccessKey(caption, usedKeys_);
+}
+
+QHBoxLayout* DialogParts::OKAndCancel(int okText, int cancelText) {
+  QPushButton* const ok = MakeButton("OKCmd", okText);
+  QPushButton* const cancel = MakeButton("CancelCmd", cancelText);
+  ok->setDefault(true);
+  QObject::connect(ok, &QPushButton::clicked, &dialog_, &QDialog::accept);
+  QObject::connect(cancel, &QPushButton::clicked, &dialog_, &QDialog::reject);
+  return RightAligned({ok, cancel});
+}
+
+QHBoxLayout* DialogParts::OKAlone() {
+  QPushButton* const ok = MakeButton("OKCmd", kOKText);
+  ok->setDefault(true);
+  QObject::connect(ok, &QPushButton::clicked, &dialog_, &QDialog::accept);
+  return RightAligned({ok});
+}
+
+QPushButton* DialogParts::MakeButton(const char* name, int textId) {
+  auto* const button = new QPushButton(&dialog_);
+  Finish(*button, name, Caption(textId));
+  return button;
+}
+
+QHBoxLayout* DialogParts::RightAligned(std::initializer_list<QPushButton*> buttons) {
+  int width = 0;
+  for (QPushButton* button : buttons) {
+    button->ensurePolished();
+    width = std::max(width, button->sizeHint().width());
+  }
+  auto* const row = new QHBoxLayout;
+  row->addStretch();
+  for (QPushButton* button : buttons) {
+    button->setMinimumWidth(width);
+    row->addWidget(button);
+  }
+  return row;
+}
+
+void KeepRoomFor(QLabel& label, const QStringList& texts, int characters) {
+  label.setWordWrap(true);
+  label.ensurePolished();
+  const QFontMetrics metrics = label.fontMetrics();
+  const int width = metrics.averageCharWidth() * characters;
+  QSize room(width, 0);
+  for (const QString& text : texts) {
+    // A word that is wider than the line widens it.
+    const QRect needed = metrics.boundingRect(QRect(0, 0, width, 0), Qt::TextWordWrap, text);
+    room = room.expandedTo(needed.size());
+  }
+  const int frame = 2 * (label.margin() + label.frameWidth());
+  label.setMinimumSize(room + QSize(frame, frame + metrics.lineSpacing() / 2));
+}
+
+void RemarkOnSettings(MainWindow& frame) {
+  const std::string& problem = frame.Settings().Problem();
+  if (!problem.empty()) frame.Display().SetRemark(problem);
+}
+
+}  // namespace spectrane

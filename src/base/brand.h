@@ -2,6 +2,13 @@
 
 namespace spectrane {
 
+/// How the maker of a brand is reached; shown in the about box, read by nothing.
+struct BrandContact {
+  const char* EMail;
+  const char* Phone;
+  const char* WebSite;
+};
+
 /// What differs between the instrument brands the program serves.
 struct Brand {
   int Number;
@@ -13,6 +20,7 @@ struct Brand {
   int CompanyTextId;
   /// The slit width is asked for at connect.
   bool ReadsSlit;
+  BrandContact Contact;
 };
 
 /// The row of a brand number; a number without a row of its own gives the common row (number 0).

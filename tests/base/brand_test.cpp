@@ -41,6 +41,22 @@ TEST(Brand, EachNumberHasItsRow) {
   }
 }
 
+TEST(Brand, ContactRowsBelongToTheCompany) {
+  for (int number = 0; number <= 9; ++number) {
+    const Brand& brand = BrandRow(number);
+    for (const char* value : {brand.Contact.EMail, brand.Contact.Phone, brand.Contact.WebSite}) {
+      ASSERT_NE(value, nullptr) << number;
+      EXPECT_STRNE(value, "") << number;
+    }
+    for (int other = 0; other <= 9; ++other) {
+      const Brand& further = BrandRow(other);
+      EXPECT_EQ(brand.CompanyTextId == further.CompanyTextId,
+                std::string(brand.Contact.WebSite) == further.Contact.WebSite)
+          << number << " and " << other;
+    }
+  }
+}
+
 TEST(Brand, TheBuildServesItsOwnNumber) {
   EXPECT_EQ(&BuildBrand(), &BrandRow(SPECTRANE_BRAND_NUMBER));
 }

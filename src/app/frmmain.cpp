@@ -215,6 +215,7 @@ void FrmMain::ShowStored() {
   normal_ = PlaceOnScreen();
   setGeometry(normal_);
   window_.WindowState == kMaximised ? showMaximized() : showNormal();
+  workspace_->setFocus();
   timerFileOpen_.start();
   timerConnect_.start();
 }

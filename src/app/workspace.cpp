@@ -1,7 +1,9 @@
 #include "app/workspace.h"
 
+#include <QAction>
 #include <QContextMenuEvent>
 #include <QMdiSubWindow>
+#include <QMenu>
 #include <QPainter>
 #include <QTabBar>
 
@@ -61,6 +63,8 @@ void Workspace::Add(DocumentWindow* document) {
   window->setAttribute(Qt::WA_DeleteOnClose);
   window->setObjectName(document->objectName() + QStringLiteral("Frame"));
   window->setAccessibleName(document->Caption());
+  // The keys of its own menu are those of the program's commands, and two owners of a key cancel each other.
+  for (QAction* action : window->systemMenu()->actions()) action->setShortcuts({});
   NameTabs();
   if (!document->windowIcon().isNull()) window->setWindowIcon(document->windowIcon());
   // The first free window, and every one after a maximised one, fills the area as tabs do.

@@ -256,10 +256,9 @@ TEST_F(RegisterTest, ToolsAreStartedOnceAndAgainWhenTheirWorkIsMissing) {
 TEST_F(RegisterTest, AStartWithNothingToDoTakesNoTimeWorthSpeakingOf) {
   std::vector<DesktopIcon> icons;
   for (const int size : {0, 16, 32, 48, 128, 256}) {
-    for (DesktopIcon icon : SomeIcons()) {
-      icon.Size = size;
-      icon.Bytes.resize(20000, 'x');
-      icons.push_back(icon);
+    icons.push_back({"", size, std::string(20000, 'p')});
+    for (const FileAssociation& row : FileAssociations()) {
+      icons.push_back({row.Extension, size, std::string(20000, 'k')});
     }
   }
   QElapsedTimer timer;

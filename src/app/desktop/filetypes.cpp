@@ -13,9 +13,13 @@
 
 #include <QSettings>
 #else
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <optional>
 #include <QCoreApplication>
 #include <QProcess>
@@ -54,19 +58,28 @@ std::optional<std::string> UserDataFolder() {
   return std::nullopt;
 }
 
-/// `path` is a plain file with exactly this content.
-bool FileHolds(const fs::path& path, std::string_view bytes) {
-  std::error_code fault;
-  // Asked first, since opening a pipe would wait for its other end.
-  if (!fs::is_regular_file(path, fault) || fs::file_size(path, fault) != bytes.size() || fault) return false;
-  std::string held(bytes.size(), '\0');
-  std::ifstream file(path, std::ios::binary);
-  return file.read(held.data(), static_cast<std::streamsize>(held.size())) && held == bytes;
+/// `path` is a plain file with exactly this content. Few system calls: every start asks this of every file.
+bool FileHolds(const std::string& path, std::string_view bytes) {
+  // Opening a pipe would otherwise wait for its other end.
+  const int file = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+  if (file < 0) return false;
+  struct stat status {};
+  bool same = ::fstat(file, &status) == 0 && S_ISREG(status.st_mode) &&
+              static_cast<std::size_t>(status.st_size) == bytes.size();
+  std::array<char, 32768> held;
+  for (std::size_t at = 0; same && at < bytes.size();) {
+    const ssize_t count = ::read(file, held.data(), std::min(held.size(), bytes.size() - at));
+    const auto length = static_cast<std::size_t>(std::max<ssize_t>(count, 0));
+    same = count > 0 && bytes.substr(at, length) == std::string_view(held.data(), length);
+    at += length;
+  }
+  ::close(file);
+  return same;
 }
 
 /// True when the file had another content, and has this one now.
 bool PutFile(const std::string& path, std::string_view bytes) {
-  if (bytes.empty() || FileHolds(PathFromUtf8(path), bytes)) return false;
+  if (bytes.empty() || FileHolds(path, bytes)) return false;
   return EnsureFolder(Utf8FromPath(PathFromUtf8(path).parent_path())) && ReplaceFileContent(path, bytes);
 }
 

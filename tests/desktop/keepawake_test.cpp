@@ -115,11 +115,29 @@ TEST_F(KeepAwakeTest, FindsTheBusInTheRuntimeFolder) {
   EXPECT_THAT(fake_.Calls, ElementsAre(kAsked));
 }
 
+TEST_F(KeepAwakeTest, FindsABusWithoutAFile) {
+  const std::string name = "unix:abstract=/spectrane%2dtest-" + std::to_string(::getpid());
+  QProcess daemon;
+  daemon.start(QStringLiteral("dbus-daemon"),
+               {QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--print-address"),
+                QStringLiteral("--address=") + QString::fromStdString(name)});
+  ASSERT_TRUE(WaitFor([&] { return daemon.canReadLine(); }));
+  address_ = daemon.readLine().trimmed();
+  // Behind one of a kind that the program does not use.
+  ScopedVariable session("DBUS_SESSION_BUS_ADDRESS", ("tcp:host=127.0.0.1,port=1;" + address_).constData());
+  Serve("org.freedesktop.ScreenSaver");
+  KeepAwake keep;
+  keep.Start();
+  EXPECT_TRUE(WaitFor([&] { return !fake_.Calls.empty(); }));
+  EXPECT_THAT(fake_.Calls, ElementsAre(kAsked));
+  daemon.kill();
+  daemon.waitForFinished();
+}
+
 TEST_F(KeepAwakeTest, TheEndBeforeTheAnswerTakesTheConnectionAway) {
   ScopedVariable session("DBUS_SESSION_BUS_ADDRESS", address_.constData());
   fake_.Asked = FakeDesktop::Manner::StaysSilent;
   Serve("org.freedesktop.ScreenSaver");
-  QString caller;
   {
     KeepAwake keep;
     keep.Start();
@@ -203,6 +221,19 @@ TEST_F(KeepAwakeTest, TheLoginManagersInhibitorIsHeldUntilTheEnd) {
   ::close(fake_.OwnEnd);
 }
 
+TEST_F(KeepAwakeTest, ABusThatHangsDoesNotHoldTheProgramUp) {
+  ScopedVariable session("DBUS_SESSION_BUS_ADDRESS", address_.constData());
+  ::kill(static_cast<pid_t>(daemon_.processId()), SIGSTOP);
+  QElapsedTimer timer;
+  timer.start();
+  {
+    KeepAwake keep;
+    keep.Start();
+    EXPECT_FALSE(WaitFor([] { return false; }, 200));
+  }
+  EXPECT_LT(timer.elapsed(), 2000);
+}
+
 TEST_F(KeepAwakeTest, StartDoesNotWaitForTheAnswer) {
   ScopedVariable session("DBUS_SESSION_BUS_ADDRESS", address_.constData());
   fake_.Asked = FakeDesktop::Manner::StaysSilent;
@@ -211,11 +242,17 @@ TEST_F(KeepAwakeTest, StartDoesNotWaitForTheAnswer) {
   KeepAwake keep;
   timer.start();
   keep.Start();
-  const qint64 taken = timer.nsecsElapsed();
-  RecordProperty("start_us", std::to_string(taken / 1000));
+  qint64 longest = timer.nsecsElapsed();
+  RecordProperty("start_us", std::to_string(longest / 1000));
+  // Later, from the event loop, comes the connection.
+  ASSERT_TRUE(WaitFor([&] {
+    longest = std::max(longest, timer.nsecsElapsed());
+    timer.start();
+    return !fake_.Calls.empty();
+  }));
+  RecordProperty("longest_us", std::to_string(longest / 1000));
   // The answer never comes; far above what the connection takes.
-  EXPECT_LT(taken, 1'000'000'000);
-  EXPECT_TRUE(WaitFor([&] { return !fake_.Calls.empty(); }));
+  EXPECT_LT(longest, 1'000'000'000);
 }
 
 }  // namespace

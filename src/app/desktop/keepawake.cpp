@@ -14,6 +14,7 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusUnixFileDescriptor>
+#include <QLocalSocket>
 #include <string>
 
 #include "base/brand.h"
@@ -57,6 +58,32 @@ std::optional<std::string> SystemBusAddress() {
   return std::string("unix:path=") + kUsualPlace;
 }
 
+/// The local socket of a bus.
+struct BusSocket {
+  /// The part of the bus's address that names it.
+  QString Address;
+  QString Name;
+  QLocalSocket::SocketOptions Options;
+};
+
+/// The first local socket that the address of a bus names; buses reached otherwise are left alone.
+std::optional<BusSocket> SocketOf(const std::string& addresses) {
+  for (const QString& address : QString::fromStdString(addresses).split(u';')) {
+    if (!address.startsWith(QStringLiteral("unix:"))) continue;
+    for (const QString& part : address.sliced(5).split(u',')) {
+      const qsizetype equals = part.indexOf(u'=');
+      if (equals < 0) continue;
+      const QString key = part.first(equals);
+      const QString name =
+          QString::fromUtf8(QByteArray::fromPercentEncoding(part.sliced(equals + 1).toUtf8()));
+      if (key == QStringLiteral("path")) return BusSocket{address, name, {}};
+      if (key == QStringLiteral("abstract"))
+        return BusSocket{address, name, QLocalSocket::AbstractNamespaceOption};
+    }
+  }
+  return std::nullopt;
+}
+
 }  // namespace
 
 /// Each request has a connection of its own, so that the end of the connection takes the request back
@@ -64,8 +91,8 @@ std::optional<std::string> SystemBusAddress() {
 class KeepAwake::Requests : public QObject {
  public:
   Requests() {
-    if (const auto address = SessionBusAddress()) AskScreenSaver(QString::fromStdString(*address));
-    if (const auto address = SystemBusAddress()) AskLoginManager(QString::fromStdString(*address));
+    WhenAlive(SessionBusAddress(), &Requests::AskScreenSaver);
+    WhenAlive(SystemBusAddress(), &Requests::AskLoginManager);
   }
 
   ~Requests() override {
@@ -85,6 +112,24 @@ class KeepAwake::Requests : public QObject {
         service, QStringLiteral("/org/freedesktop/ScreenSaver"), service, method);
     call.setAutoStartService(false);
     return call;
+  }
+
+  /// Calls `ask` from the event loop once the bus has shown that it answers: connecting to one that hangs
+  /// would hold the program up for good. Asked is how one may log in, the one question that needs no
+  /// connection.
+  void WhenAlive(const std::optional<std::string>& addresses, void (Requests::*ask)(const QString&)) {
+    const auto bus = addresses ? SocketOf(*addresses) : std::nullopt;
+    if (!bus) return;
+    auto* const probe = new QLocalSocket(this);
+    probe->setSocketOptions(bus->Options);
+    connect(probe, &QLocalSocket::connected, this, [probe] { probe->write(QByteArray("\0AUTH\r\n", 7)); });
+    connect(probe, &QLocalSocket::readyRead, this, [this, probe, ask, address = bus->Address] {
+      probe->disconnect(this);
+      probe->abort();
+      probe->deleteLater();
+      (this->*ask)(address);
+    });
+    probe->connectToServer(bus->Name);
   }
 
   static QString Who() { return QString::fromUtf8(BuildBrand().Title); }

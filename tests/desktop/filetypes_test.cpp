@@ -9,6 +9,7 @@
 #include <QSettings>
 
 #include "app/desktop/desktopfiles.h"
+#include "base/version.h"
 #include "desktopsupport.h"
 #include "files/datafile.h"
 
@@ -301,13 +302,16 @@ TEST_F(DesktopToolsTest, FilesAreKnownByTheirHeaderAndThenByTheirEnding) {
   const std::string mime = folder_.Path("data/mime");
   fs::create_directories(mime + "/packages");
   WriteBytes(mime + "/packages/org.spectrane.Spectrane.xml", MimePackage());
-  // Another program's claim on the ending, as strong as such claims are elsewhere.
+  // Another program's claim on the ending and on the content, as strong as such claims are elsewhere.
   WriteBytes(
       mime + "/packages/other.xml",
       "<?xml version=\"1.0\"?><mime-info xmlns=\"http://www.freedesktop.org/standards/shared-mime-info\">"
       "<mime-type type=\"application/x-other\"><comment>Other</comment>"
-      "<magic priority=\"80\"><match type=\"string\" offset=\"0\" value=\"OTHER\"/></magic>"
-      "<glob pattern=\"*.mul\"/></mime-type></mime-info>");
+      "<magic priority=\"80\"><match type=\"string\" offset=\"0\" value=\"OTHER\"/>"
+      "<match type=\"string\" offset=\"4\" value=\"" +
+          VersionText() +
+          "\"/></magic>"
+          "<glob pattern=\"*.mul\"/></mime-type></mime-info>");
   const ToolResult update = RunTool(QStringLiteral("update-mime-database"), {Q(mime)});
   ASSERT_EQ(update.ExitCode, 0) << update.Output;
   EXPECT_EQ(update.Output, "");
@@ -345,11 +349,11 @@ TEST_F(DesktopToolsTest, FilesAreKnownByTheirHeaderAndThenByTheirEnding) {
   EXPECT_EQ(typeOf("blanks", leadingBlanks), "application/x-spectrane-bas");
   std::string otherMagic = fileOf(11);
   otherMagic[100] = 0;
-  EXPECT_EQ(typeOf("other-magic", otherMagic), "application/octet-stream");
+  EXPECT_EQ(typeOf("other-magic", otherMagic), "application/x-other");
   std::string otherAuthor = fileOf(11);
   otherAuthor[20] = 'k';
-  EXPECT_EQ(typeOf("other-author", otherAuthor), "application/octet-stream");
-  EXPECT_EQ(typeOf("no-such-kind", fileOf(7)), "application/octet-stream");
+  EXPECT_EQ(typeOf("other-author", otherAuthor), "application/x-other");
+  EXPECT_EQ(typeOf("no-such-kind", fileOf(7)), "application/x-other");
 }
 
 TEST_F(DesktopToolsTest, TheProgramIsOfferedForItsFiles) {

@@ -321,6 +321,14 @@ TEST_F(HandoverTest, OneOwnerAndTheNextOneWhenItEnds) {
   EXPECT_FALSE(server_.Listen());
 }
 
+TEST_F(HandoverTest, ALivingOwnerKeepsTheNameThoughItsLockFileWasSweptAway) {
+  HandoverServer other;
+  ASSERT_TRUE(server_.Listen());
+  ASSERT_TRUE(fs::remove(FindHandoverPlace()->LockPath.toStdString()));
+  EXPECT_FALSE(other.Listen());
+  ExpectStillServing();
+}
+
 TEST_F(HandoverTest, TheSocketIsThisUsersAlone) {
   ASSERT_TRUE(server_.Listen());
   struct stat status {};

@@ -40,12 +40,9 @@ bool IsSocket(const std::string& path) {
   return ::stat(path.c_str(), &status) == 0 && S_ISSOCK(status.st_mode);
 }
 
-/// Address of a session bus that runs. Nothing instead of the address that stands for "start one".
+/// Addresses of the session's bus, where it is known to run.
 std::optional<std::string> SessionBusAddress() {
-  if (auto address = EnvironmentText("DBUS_SESSION_BUS_ADDRESS")) {
-    if (address->find("autolaunch:") != std::string::npos) return std::nullopt;
-    return address;
-  }
+  if (auto address = EnvironmentText("DBUS_SESSION_BUS_ADDRESS")) return address;
   const auto folder = EnvironmentText("XDG_RUNTIME_DIR");
   if (!folder || folder->front() != '/' || !IsSocket(*folder + "/bus")) return std::nullopt;
   return "unix:path=" + *folder + "/bus";
@@ -66,7 +63,8 @@ struct BusSocket {
   QLocalSocket::SocketOptions Options;
 };
 
-/// The first local socket that the address of a bus names; buses reached otherwise are left alone.
+/// The first local socket that the addresses of a bus name. Buses reached otherwise are left alone, above all
+/// one that would have to be started first.
 std::optional<BusSocket> SocketOf(const std::string& addresses) {
   for (const QString& address : QString::fromStdString(addresses).split(u';')) {
     if (!address.startsWith(QStringLiteral("unix:"))) continue;

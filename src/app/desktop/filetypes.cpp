@@ -51,7 +51,7 @@ namespace fs = std::filesystem;
 
 /// The folder of the user's own data, without a slash at its end; nothing for a user who has none.
 std::optional<std::string> UserDataFolder() {
-  const std::optional<std::string> data = EnvironmentText("XDG_DATA_HOME");
+  std::optional<std::string> data = EnvironmentText("XDG_DATA_HOME");
   if (data && data->front() == '/') return data;
   const std::optional<std::string> home = EnvironmentText("HOME");
   if (home && home->front() == '/') return *home + "/.local/share";

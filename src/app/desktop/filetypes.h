@@ -17,13 +17,13 @@ inline constexpr const char* kDesktopId = "org.spectrane.Spectrane";
 struct FileAssociation {
   /// With its point.
   const char* Extension;
-  /// Name of the type where the platform keeps types by such names.
+  /// Name of the type in the registry.
   const char* TypeName;
   /// Place of its icon in icon.dll.
   int IconIndex;
   /// Text of the file dialog's filter for the kind; what stands before its "(" describes the type.
   int FilterTextId;
-  /// Name of the type where the platform keeps types by such names.
+  /// Name of the type in the shared MIME database.
   const char* MimeType;
   /// Numbers that the header of such a file may begin with; 0 fills an unused place.
   std::array<std::int32_t, 2> FileTypes;

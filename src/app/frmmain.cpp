@@ -22,6 +22,7 @@ namespace {
 constexpr int kNormal = 0;
 constexpr int kMaximised = 2;
 constexpr int kFileOpenMs = 1;
+constexpr int kUnpaintedMs = 400;
 constexpr int kConnectMs = 2000;
 constexpr int kSampleMs = 100;
 constexpr int kLayoutVersion = 1;
@@ -97,7 +98,6 @@ void FrmMain::BuildBars() {
 void FrmMain::BuildTimers() {
   timerFileOpen_.setObjectName(QStringLiteral("TimerFileOpen"));
   timerFileOpen_.setSingleShot(true);
-  timerFileOpen_.setInterval(kFileOpenMs);
   connect(&timerFileOpen_, &QTimer::timeout, this, [this] { OnTimerFileOpen(); });
   timerConnect_.setObjectName(QStringLiteral("TimerConnect"));
   timerConnect_.setSingleShot(true);
@@ -216,8 +216,17 @@ void FrmMain::ShowStored() {
   setGeometry(normal_);
   window_.WindowState == kMaximised ? showMaximized() : showNormal();
   workspace_->setFocus();
-  timerFileOpen_.start();
   timerConnect_.start();
+  // The picture of the window comes first. One that is never painted (behind others, minimised) goes on too.
+  timerFileOpen_.start(kUnpaintedMs);
+}
+
+void FrmMain::paintEvent(QPaintEvent* event) {
+  QMainWindow::paintEvent(event);
+  if (painted_) return;
+  painted_ = true;
+  if (timerFileOpen_.isActive()) timerFileOpen_.start(kFileOpenMs);
+  QTimer::singleShot(kFileOpenMs, this, &FrmMain::FirstPainted);
 }
 
 void FrmMain::StoreWindowState() {

@@ -107,7 +107,12 @@ class FrmMain : public QMainWindow, public MainWindow, public MainDisplay {
   QAction* ActionOf(int command) const { return bars_->Action(command); }
   QTimer& SampleTimer() { return sampleTimer_; }
 
+ signals:
+  /// The window stands on the screen for the first time: what the person does not wait for may begin.
+  void FirstPainted();
+
  protected:
+  void paintEvent(QPaintEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void moveEvent(QMoveEvent* event) override;
@@ -170,6 +175,7 @@ class FrmMain : public QMainWindow, public MainWindow, public MainDisplay {
   int runs_ = 0;
   bool closing_ = false;
   bool locked_ = false;
+  bool painted_ = false;
 };
 
 }  // namespace spectrane

@@ -51,12 +51,11 @@ int Run(QApplication& application) {
     frame.OpenLater(path);
   });
   KeepAwake awake;
-  frame.ShowStored();
-  // What the person does not wait for comes after the first picture of the window.
-  QTimer::singleShot(0, &frame, [&] {
+  QObject::connect(&frame, &FrmMain::FirstPainted, &server, [&] {
     server.Listen();
     awake.Start();
   });
+  frame.ShowStored();
   return application.exec();
 }
 

@@ -46,7 +46,6 @@ FrmMain::FrmMain(const ProgramParts& parts)
   const Brand& brand = BuildBrand();
   title_ = QString::fromLatin1(brand.Title);
   setWindowTitle(title_);
-  QApplication::setApplicationDisplayName(title_);
   setWindowIcon(ApplicationIcon());
   setAcceptDrops(true);
   if (!parts_.Boxes) ownBoxes_ = std::make_unique<MessageBoxes>(*this, title_);

@@ -27,13 +27,15 @@ class ArrowPointer {
 };
 
 int Run(QWidget* parent, const QString& title, const QString& words, const QString& details,
-        QMessageBox::StandardButtons buttons, QMessageBox::StandardButton escape) {
+        QMessageBox::StandardButtons buttons, QMessageBox::StandardButton safest,
+        QMessageBox::StandardButton escape) {
   const ArrowPointer pointer;
   QMessageBox box(QMessageBox::Information, title, words, buttons, parent);
   box.setObjectName(QStringLiteral("MessageBox"));
   ApplyLanguageFont(box);
   box.setTextFormat(Qt::PlainText);
   if (!details.isEmpty()) box.setDetailedText(details);
+  box.setDefaultButton(safest);
   box.setEscapeButton(escape);
   return box.exec();
 }
@@ -50,17 +52,19 @@ void MessageBoxes::Show(int textId, const std::string& details) {
 }
 
 void MessageBoxes::ShowWords(const QString& words, const QString& details) {
-  Run(Parent(), title_, words, details, QMessageBox::Ok, QMessageBox::Ok);
+  Run(Parent(), title_, words, details, QMessageBox::Ok, QMessageBox::Ok, QMessageBox::Ok);
 }
 
 Answer MessageBoxes::AskYesNo(const QString& words) {
-  const int button = Run(Parent(), title_, words, {}, QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
+  const int button =
+      Run(Parent(), title_, words, {}, QMessageBox::Yes | QMessageBox::No, QMessageBox::No, QMessageBox::No);
   return button == QMessageBox::Yes ? Answer::Yes : Answer::No;
 }
 
 Answer MessageBoxes::AskYesNoCancel(const QString& words) {
-  const int button = Run(Parent(), title_, words, {},
-                         QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, QMessageBox::Cancel);
+  const int button =
+      Run(Parent(), title_, words, {}, QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel,
+          QMessageBox::Yes, QMessageBox::Cancel);
   if (button == QMessageBox::Yes) return Answer::Yes;
   return button == QMessageBox::No ? Answer::No : Answer::Cancel;
 }

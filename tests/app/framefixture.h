@@ -5,6 +5,7 @@
 #include <QMdiSubWindow>
 
 #include "app/frmmain.h"
+#include "app/ground/commands.h"
 #include "windowsupport/windowfixture.h"
 
 namespace spectrane::testing_windows {

@@ -92,7 +92,8 @@ QFormLayout* FrmAbout::MakeContacts() {
                       {kPhoneText, "LabelPhone", brand_.Contact.Phone},
                       {kWebSiteText, "LabelWebSite", brand_.Contact.WebSite}};
   auto* const form = new QFormLayout;
-  form->setLabelAlignment(Qt::AlignLeft);
+  form->setLabelAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  form->setHorizontalSpacing(2 * fontMetrics().averageCharWidth());
   for (const Row& row : rows) {
     QLabel* const value = MakeLabel(row.Name, this);
     value->setText(QString::fromUtf8(row.Value));

@@ -28,7 +28,7 @@ class FrmAbout : public QDialog {
   void ShowPicture(int index);
 
   const Brand& brand_;
-  QTimer timer_;
+  QTimer timer_{this};
   int picture_ = 0;
   QLabel* logo_;
   QToolButton* icon_;

@@ -40,6 +40,10 @@ FrmLogo::FrmLogo(MainWindow& frame, LogoWork work, const Brand& brand)
   large.setPointSizeF(large.pointSizeF() * kTitleScale);
   large.setBold(true);
   company->setFont(large);
+  // The picture behind it is dark on every desktop.
+  QPalette colours = company->palette();
+  colours.setColor(QPalette::WindowText, Qt::white);
+  company->setPalette(colours);
 
   auto* const all = new QGridLayout(this);
   all->setContentsMargins(0, 0, 0, 0);

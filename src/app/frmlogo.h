@@ -44,7 +44,7 @@ class FrmLogo : public QDialog {
 
   MainWindow& frame_;
   LogoWork work_;
-  QTimer startTimer_;
+  QTimer startTimer_{this};
   bool closed_ = false;
 };
 

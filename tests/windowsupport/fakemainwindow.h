@@ -3,6 +3,10 @@
 #include <QMainWindow>
 #include <QPointer>
 
+#include <functional>
+#include <set>
+#include <vector>
+
 #include "app/ground/documentwindow.h"
 #include "app/ground/layoutstore.h"
 #include "link/linkfixture.h"
@@ -25,11 +29,18 @@ class FakeMainWindow : public MainWindow {
   QWidget& Frame() override { return frame_; }
   LayoutStore& Layout() override { return layout_; }
   DocumentWindow* ActiveForm() const override { return Active; }
-  bool CanCreate(int) const override { return false; }
-  void NewFile(int newFileType) override { Created.push_back(newFileType); }
+  bool CanCreate(int newFileType) const override { return Creatable.contains(newFileType); }
+  void NewFile(int newFileType) override {
+    Created.push_back(newFileType);
+    if (OnNewFile) OnNewFile();
+  }
   void NoteFile(const QString& path) override { Files.append(path); }
-  void SetMenuStyle(int style) override { MenuStyle = style; }
+  void SetMenuStyle(int style) override {
+    MenuStyle = style;
+    if (OnMenuStyle) OnMenuStyle();
+  }
   void FormatsChanged() override {
+    ++FormatChanges;
     if (Active) Active->FormatsChanged();
   }
   void RunBegins(DocumentWindow* window) override {
@@ -40,7 +51,11 @@ class FakeMainWindow : public MainWindow {
   void RunEnds() override { --RunDepth; }
 
   QPointer<DocumentWindow> Active;
+  std::set<int> Creatable;
   std::vector<int> Created;
+  std::function<void()> OnNewFile;
+  std::function<void()> OnMenuStyle;
+  int FormatChanges = 0;
   QStringList Files;
   int MenuStyle = -1;
   /// Runs under way, runs begun so far, and who began the last one.

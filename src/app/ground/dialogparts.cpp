@@ -1,5 +1,7 @@
 #include "app/ground/dialogparts.h"
 
+#include <QAbstractItemView>
+#include <QComboBox>
 #include <QDialog>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -29,6 +31,10 @@ void DialogParts::Finish(QAbstractButton& button, const char* name, const QStrin
 QLabel* DialogParts::Finish(QWidget& field, const char* name, const char* labelName, const QString& caption) {
   field.setObjectName(QLatin1String(name));
   field.setAccessibleName(PlainCaption(caption));
+  if (auto* const list = qobject_cast<QComboBox*>(&field)) {
+    list->view()->setObjectName(list->objectName() + QStringLiteral("View"));
+    list->view()->setAccessibleName(list->accessibleName());
+  }
   auto* const label = new QLabel(Keyed(caption), &dialog_);
   label->setObjectName(QLatin1String(labelName));
   label->setBuddy(&field);

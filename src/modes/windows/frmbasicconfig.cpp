@@ -1,14 +1,13 @@
 #include "modes/windows/frmbasicconfig.h"
 
 #include <QFormLayout>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
+#include <QVBoxLayout>
 
 #include <optional>
 
-#include "app/ground/languagefont.h"
+#include "app/ground/dialogparts.h"
 #include "app/ground/words.h"
 #include "base/numbers.h"
 #include "modes/photometry/basicsettings.h"
@@ -18,39 +17,23 @@ namespace {
 
 constexpr int kTitle = 1318;
 constexpr int kWavelengthLabel = 701;
-constexpr int kOK = 712;
-constexpr int kCancel = 713;
 constexpr int kWavelengthError = 1006;
 constexpr const char* kFieldFormat = "0.0";
 constexpr int kFieldCharacters = 12;
-
-QPushButton* MakeButton(const char* name, int textId, QSet<QChar>& used, QWidget* parent) {
-  auto* const button = new QPushButton(WithAccessKey(Caption(textId), used), parent);
-  button->setObjectName(QLatin1String(name));
-  button->setAccessibleName(PlainCaption(Caption(textId)));
-  return button;
-}
 
 }  // namespace
 
 FrmBasicConfig::FrmBasicConfig(MainWindow& frame, double wavelength)
     : QDialog(&frame.Frame()), frame_(frame), wavelength_(wavelength), field_(new QLineEdit(this)) {
-  ApplyLanguageFont(*this);
-  setObjectName(QStringLiteral("FrmBasicConfig"));
-  setWindowTitle(Caption(kTitle));
-  setAccessibleName(windowTitle());
-  QSet<QChar> used;
+  DialogParts parts(*this, "FrmBasicConfig", Caption(kTitle));
 
   textAtStart_ = QString::fromStdString(Format(wavelength, kFieldFormat));
-  field_->setObjectName(QStringLiteral("WavelengthText"));
-  field_->setAccessibleName(PlainCaption(Caption(kWavelengthLabel)));
   field_->setAccessibleDescription(RangeText());
   field_->setText(textAtStart_);
   field_->setAlignment(Qt::AlignRight);
   field_->setMinimumWidth(field_->fontMetrics().averageCharWidth() * kFieldCharacters);
   field_->selectAll();
-  auto* const label = new QLabel(WithAccessKey(Caption(kWavelengthLabel), used), this);
-  label->setBuddy(field_);
+  QLabel* const label = parts.Finish(*field_, "WavelengthText", "LabelWavelength", Caption(kWavelengthLabel));
   auto* const range = new QLabel(RangeText(), this);
   range->setForegroundRole(QPalette::PlaceholderText);
   range->setAlignment(Qt::AlignRight);
@@ -58,21 +41,10 @@ FrmBasicConfig::FrmBasicConfig(MainWindow& frame, double wavelength)
   form->addRow(label, field_);
   form->addRow(QString(), range);
 
-  QPushButton* const ok = MakeButton("OKCmd", kOK, used, this);
-  QPushButton* const cancel = MakeButton("CancelCmd", kCancel, used, this);
-  ok->setDefault(true);
-  cancel->setAutoDefault(false);
-  connect(ok, &QPushButton::clicked, this, &FrmBasicConfig::accept);
-  connect(cancel, &QPushButton::clicked, this, &FrmBasicConfig::reject);
-  auto* const buttons = new QHBoxLayout;
-  buttons->addStretch();
-  buttons->addWidget(ok);
-  buttons->addWidget(cancel);
-
   auto* const all = new QVBoxLayout(this);
   all->addLayout(form);
   all->addStretch();
-  all->addLayout(buttons);
+  all->addLayout(parts.OKAndCancel());
   all->setSizeConstraint(QLayout::SetFixedSize);
   field_->setFocus();
 }

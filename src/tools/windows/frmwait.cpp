@@ -1,7 +1,7 @@
 #include "tools/windows/frmwait.h"
 
+#include <QApplication>
 #include <QCloseEvent>
-#include <QCoreApplication>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QScreen>
@@ -22,13 +22,11 @@ constexpr int kPatienceMs = 300;
 
 }  // namespace
 
-FrmWait::FrmWait(MainWindow& frame)
-    : QWidget(&frame.Frame(), Qt::Dialog | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus) {
+FrmWait::FrmWait(MainWindow& frame) : QWidget(&frame.Frame(), Qt::Dialog | Qt::FramelessWindowHint) {
   ApplyLanguageFont(*this);
   setObjectName(QStringLiteral("FrmWait"));
   setWindowTitle(Caption(kWaitText));
   setAccessibleName(Caption(kWaitText));
-  setAttribute(Qt::WA_ShowWithoutActivating);
   setWindowModality(Qt::ApplicationModal);
 
   auto* const picture = new QLabel(Caption(kWaitText), this);
@@ -51,12 +49,16 @@ FrmWait::FrmWait(MainWindow& frame)
   all->setSizeConstraint(QLayout::SetFixedSize);
 
   PlaceOver(frame.Frame());
+  activeBefore_ = QApplication::activeWindow();
   show();
   WaitUntilPainted();
 }
 
 FrmWait::~FrmWait() {
+  // Not every window system does that by itself.
+  const bool tookFocus = isActiveWindow();
   hide();
+  if (tookFocus && activeBefore_ != nullptr) activeBefore_->activateWindow();
 }
 
 void FrmWait::closeEvent(QCloseEvent* event) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPointer>
 #include <QWidget>
 
 #include "app/ground/mainwindow.h"
@@ -7,7 +8,8 @@
 namespace spectrane {
 
 /// The plain box that asks to wait while the instrument keeps the program busy. It is on the screen when the
-/// constructor returns and gone with the object; the person cannot close it, and it never takes the focus.
+/// constructor returns and gone with the object; the person cannot close it, and the focus is back where it
+/// was afterwards.
 class FrmWait : public QWidget {
   Q_OBJECT
 
@@ -22,6 +24,8 @@ class FrmWait : public QWidget {
  private:
   void PlaceOver(const QWidget& frame);
   void WaitUntilPainted();
+
+  QPointer<QWidget> activeBefore_;
 };
 
 }  // namespace spectrane

@@ -125,12 +125,12 @@ struct BarCase {
 
 TEST_F(FrmMainTest, ViewCommandsToggleTheirBarAndStoreIt) {
   const BarCase cases[] = {
+      {kExpandButton, "Expand Button", "MainToolsbarExpand"},
       {kMainBar, "Main toolsbar", "MainToolsbar"},
       {kSpectrumBar, "spectrum toolsbar", "SpectrumToolsbar"},
       {kOperateBar, "Operate toolsbar", "OperateToolsbar"},
       {kDataViewBar, "data display toolsbar", "DataDisplayToolsbar"},
       {kStatusBar, "status toolsbar", "MainStatus"},
-      {kExpandButton, "Expand Button", "MainToolsbarExpand"},
   };
   Start();
   Main->showNormal();
@@ -151,6 +151,9 @@ TEST_F(FrmMainTest, ViewCommandsToggleTheirBarAndStoreIt) {
   for (const BarCase& each : cases) {
     EXPECT_FALSE(Main->findChild<QWidget*>(QLatin1String(each.Widget))->isVisible()) << each.Widget;
     Choose(each.Command);
+  }
+  QCoreApplication::processEvents();
+  for (const BarCase& each : cases) {
     EXPECT_TRUE(Main->findChild<QWidget*>(QLatin1String(each.Widget))->isVisible()) << each.Widget;
   }
 }

@@ -6,6 +6,7 @@
 #include <QScreen>
 #include <QShowEvent>
 #include <QStyle>
+#include <utility>
 
 #include "app/barlooks.h"
 #include "app/commandtable.h"
@@ -62,8 +63,10 @@ FrmMain::FrmMain(const ProgramParts& parts)
 }
 
 FrmMain::~FrmMain() {
-  // Children talk to this window to their very end.
-  for (DocumentWindow* document : workspace_->Documents()) delete document;
+  // Children talk to this window to their very end; what the toolkit still reports then goes nowhere.
+  closing_ = true;
+  workspace_->disconnect(this);
+  delete std::exchange(workspace_, nullptr);
 }
 
 void FrmMain::SetFrmMainFont() {

@@ -57,7 +57,7 @@ bool FrmMain::IsEnabled(const CommandRow& row) const {
 }
 
 void FrmMain::UpdateCommands() {
-  if (!bars_ || !link_) return;
+  if (!bars_ || !link_ || !workspace_) return;
   for (const CommandRow& row : CommandRows()) bars_->Action(row.Number)->setEnabled(IsEnabled(row));
   const InstrumentState& state = link_->State;
   status_->ShowSimulated(state.InstrumentConnected && link_->Instrument.Company().starts_with(kSimulated));

@@ -141,6 +141,7 @@ TEST_F(FrmMainTest, ViewCommandsToggleTheirBarAndStoreIt) {
     ASSERT_TRUE(widget) << each.Widget;
     EXPECT_TRUE(widget->isVisible()) << each.Widget;
     Choose(each.Command);
+    QCoreApplication::processEvents();
     EXPECT_FALSE(widget->isVisible()) << each.Widget;
     EXPECT_FALSE(Main->ActionOf(each.Command)->isChecked());
     EXPECT_EQ(Stored("Main Window", each.Key), "False");

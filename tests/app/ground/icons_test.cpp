@@ -56,7 +56,7 @@ double Luminance(QRgb color) {
 }
 
 double Contrast(QRgb a, QRgb b) {
-  const auto [dark, light] = std::minmax(Luminance(a), Luminance(b));
+  const auto [dark, light] = std::minmax({Luminance(a), Luminance(b)});
   return (light + 0.05) / (dark + 0.05);
 }
 

@@ -33,6 +33,7 @@ struct ProgramOptions {
   double FaultRate = 0.0;
   std::string LogFile;
   std::string ControlPath;
+  bool Headless = false;  ///< without a window
   bool Prompt = false;
   bool UntilEof = false;
 };

@@ -1,0 +1,60 @@
+#include "simulator/face/samplechoice.h"
+
+#include <QAbstractItemView>
+#include <QPainter>
+#include <QPixmap>
+#include <QWheelEvent>
+
+#include "simulator/samplecolour.h"
+#include "simulator/samples.h"
+
+namespace spectrane {
+namespace {
+
+constexpr int SwatchSize = 14;
+constexpr int VisibleEntries = 18;
+
+QIcon Swatch(const Sample& sample, qreal ratio) {
+  QPixmap picture(QSize(SwatchSize, SwatchSize) * ratio);
+  picture.setDevicePixelRatio(ratio);
+  picture.fill(Qt::transparent);
+  const ScreenColour colour = ColourOf(sample);
+  QPainter painter(&picture);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(QPen(QColor(128, 128, 128), 1.0));
+  painter.setBrush(QColor(colour.Red, colour.Green, colour.Blue));
+  painter.drawRoundedRect(QRectF(1.5, 1.5, SwatchSize - 3, SwatchSize - 3), 2, 2);
+  painter.end();
+  return QIcon(picture);
+}
+
+}  // namespace
+
+SampleChoice::SampleChoice(QWidget* parent) : QComboBox(parent) {
+  setFocusPolicy(Qt::StrongFocus);
+  setMaxVisibleItems(VisibleEntries);
+  setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+  setMinimumContentsLength(10);
+  setIconSize({SwatchSize, SwatchSize});
+  for (const Sample& sample : AllSamples()) {
+    addItem(Swatch(sample, devicePixelRatioF()), QString::fromStdString(sample.Label),
+            QString::fromStdString(sample.Name));
+    setItemData(count() - 1, QString::fromStdString(sample.Description), Qt::ToolTipRole);
+  }
+  connect(this, &QComboBox::activated, this, [this](int index) { emit Chosen(itemData(index).toString()); });
+}
+
+void SampleChoice::ShowSample(const Sample& sample) {
+  if (view()->isVisible()) return;
+  setCurrentIndex(findData(QString::fromStdString(sample.Name)));
+}
+
+void SampleChoice::wheelEvent(QWheelEvent* event) {
+  if (hasFocus()) {
+    QComboBox::wheelEvent(event);
+  } else {
+    event->ignore();
+  }
+}
+
+}  // namespace spectrane

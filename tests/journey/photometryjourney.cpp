@@ -144,7 +144,7 @@ std::vector<BasicRecord> RowsOf(const QString& path) {
 
 TEST_F(Journey, ADayWithPhotometry) {
   QDir().mkpath(QString::fromStdString(Path("home")));
-  StartSimulator({"--headless", "--speed", "20"});
+  StartSimulator({"--speed", "20"});
   const QString first = QString::fromStdString(Path("dye.bas"));
   const QString second = QString::fromStdString(Path("other.bas"));
 

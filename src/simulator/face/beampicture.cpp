@@ -15,7 +15,9 @@ namespace spectrane {
 namespace {
 
 constexpr std::size_t Stations = 4;
-constexpr double BodyHeight = 46.0;
+constexpr double LeastBody = 40.0;
+constexpr double UsualBody = 52.0;
+constexpr double LargestBody = 96.0;
 constexpr double CellHeight = 18.0;
 constexpr double Margin = 6.0;
 
@@ -26,7 +28,7 @@ QColor ScreenColourOf(const Sample& sample) {
 
 /// A word colour that is read on this ground.
 QColor InkOn(const QColor& ground) {
-  return qGray(ground.rgb()) > 140 ? Qt::black : Qt::white;
+  return qGray(ground.rgb()) > 110 ? Qt::black : Qt::white;
 }
 
 QString Number(double value, const char* pattern) {
@@ -38,7 +40,7 @@ QString Number(double value, const char* pattern) {
 BeamPicture::BeamPicture(QWidget* parent) : QWidget(parent) {
   setObjectName(QStringLiteral("beamPicture"));
   setAccessibleName(QStringLiteral("Beam path"));
-  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 }
 
 void BeamPicture::ShowState(const CompartmentState& state) {
@@ -51,24 +53,30 @@ void BeamPicture::ShowState(const CompartmentState& state) {
   update();
 }
 
-QSize BeamPicture::sizeHint() const {
-  const double words = 2.0 * fontMetrics().lineSpacing();
+/// Height of all but the stations' bodies.
+double BeamPicture::HeightBeside() const {
   const double cells = state_.SamplerFitted ? CellHeight + Margin : 0.0;
-  return {380, static_cast<int>(std::ceil(3 * Margin + BodyHeight + words + cells))};
+  return 3 * Margin + 2.0 * fontMetrics().lineSpacing() + cells;
+}
+
+QSize BeamPicture::sizeHint() const {
+  return {380, static_cast<int>(std::ceil(HeightBeside() + UsualBody))};
 }
 
 QSize BeamPicture::minimumSizeHint() const {
-  return {280, sizeHint().height()};
+  return {280, static_cast<int>(std::ceil(HeightBeside() + LeastBody))};
 }
 
 BeamPicture::Station BeamPicture::StationAt(std::size_t index) const {
   // The names of samples are the longest words.
-  constexpr std::array<double, Stations + 1> Ends{0.0, 0.23, 0.45, 0.78, 1.0};
+  constexpr std::array<double, Stations + 1> Ends{0.0, 0.21, 0.42, 0.79, 1.0};
   const double space = width() * (Ends[index + 1] - Ends[index]);
   const double middle = width() * (Ends[index + 1] + Ends[index]) / 2;
-  const double bodyWidth = std::min(width() * 0.12, BodyHeight);
-  return {{middle - bodyWidth / 2, Margin, bodyWidth, BodyHeight},
-          {middle - space / 2 + 2, 2 * Margin + BodyHeight, space - 4, 2.0 * fontMetrics().lineSpacing()}};
+  const double body = std::clamp(height() - HeightBeside(), LeastBody, LargestBody);
+  const double top = Margin + std::max(0.0, (height() - HeightBeside() - body) / 2);
+  const double bodyWidth = std::min(width() * 0.13, body);
+  return {{middle - bodyWidth / 2, top, bodyWidth, body},
+          {middle - space / 2 + 2, top + body + Margin, space - 4, 2.0 * fontMetrics().lineSpacing()}};
 }
 
 bool BeamPicture::HasLight() const {
@@ -84,19 +92,27 @@ QColor BeamPicture::BeamColour(double share) const {
 }
 
 void BeamPicture::DrawBeam(QPainter& painter) const {
-  const double height = BodyHeight * 0.16;
-  const double middle = StationAt(0).Body.center().y();
-  const auto part = [&](double from, double to, const QColor& colour) {
-    painter.fillRect(QRectF(from, middle - height / 2, to - from, height), colour);
+  const QRectF lamp = StationAt(0).Body;
+  const QRectF cuvette = Glass();
+  const double thickness = lamp.height() * 0.14;
+  const double middle = lamp.center().y();
+  const auto part = [&](double from, double to, const QBrush& light) {
+    painter.fillRect(QRectF(from, middle - thickness / 2, to - from, thickness), light);
   };
-  const QRectF cuvette = StationAt(2).Body;
   // The way of the light is there in the dark, too.
   painter.setPen(QPen(palette().color(QPalette::Mid), 1.0, Qt::DashLine));
-  painter.drawLine(QPointF(StationAt(0).Body.right(), middle), QPointF(StationAt(3).Body.left(), middle));
+  painter.drawLine(QPointF(lamp.center().x(), middle), QPointF(cuvette.left(), middle));
+  painter.drawLine(QPointF(cuvette.right(), middle), QPointF(StationAt(3).Body.left(), middle));
   if (!HasLight()) return;
-  part(StationAt(0).Body.right() - 3, StationAt(1).Body.left(), QColor(255, 226, 130));
-  part(StationAt(1).Body.right(), cuvette.center().x(), BeamColour(1.0));
-  part(cuvette.center().x(), StationAt(3).Body.left(), BeamColour(std::pow(10.0, -state_.BeamAbsorbance)));
+  const QColor before = BeamColour(1.0);
+  const QColor behind = BeamColour(std::pow(10.0, -state_.BeamAbsorbance));
+  QLinearGradient inside(cuvette.topLeft(), cuvette.topRight());
+  inside.setColorAt(0.0, before);
+  inside.setColorAt(1.0, behind);
+  part(lamp.center().x(), StationAt(1).Body.left(), QColor(255, 226, 130));
+  part(StationAt(1).Body.right(), cuvette.left(), before);
+  part(cuvette.left(), cuvette.right(), inside);
+  part(cuvette.right(), StationAt(3).Body.left(), behind);
 }
 
 void BeamPicture::DrawLamp(QPainter& painter) const {
@@ -134,12 +150,20 @@ void BeamPicture::DrawMonochromator(QPainter& painter) const {
             QStringLiteral("slit ") + Number(state_.SlitNm, "0.0") + QStringLiteral(" nm"));
 }
 
+/// The cuvette's outline.
+QRectF BeamPicture::Glass() const {
+  const QRectF body = StationAt(2).Body;
+  const double glassWidth = body.width() * 0.7;
+  return {body.center().x() - glassWidth / 2, body.top(), glassWidth, body.height()};
+}
+
+void BeamPicture::DrawLiquid(QPainter& painter) const {
+  if (state_.Beam != nullptr) painter.fillRect(Glass().adjusted(3, 9, -3, -3), ScreenColourOf(*state_.Beam));
+}
+
 void BeamPicture::DrawCuvette(QPainter& painter) const {
   if (state_.Beam == nullptr) return;
-  const Station station = StationAt(2);
-  const double glassWidth = station.Body.width() * 0.7;
-  const QRectF glass(station.Body.center().x() - glassWidth / 2, station.Body.top(), glassWidth, BodyHeight);
-  painter.fillRect(glass.adjusted(3, 9, -3, -3), ScreenColourOf(*state_.Beam));
+  const QRectF glass = Glass();
   QPainterPath open;
   open.moveTo(glass.topLeft());
   open.lineTo(glass.bottomLeft());
@@ -148,7 +172,7 @@ void BeamPicture::DrawCuvette(QPainter& painter) const {
   painter.setPen(QPen(palette().color(QPalette::WindowText), 1.2));
   painter.setBrush(Qt::NoBrush);
   painter.drawPath(open);
-  DrawWords(painter, station, QString::fromStdString(state_.Beam->Label),
+  DrawWords(painter, StationAt(2), QString::fromStdString(state_.Beam->Label),
             QString::fromStdString(AbsorbanceWords(state_)));
 }
 
@@ -199,6 +223,7 @@ void BeamPicture::DrawWords(QPainter& painter, const Station& station, const QSt
 void BeamPicture::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
+  DrawLiquid(painter);
   DrawBeam(painter);
   DrawLamp(painter);
   DrawMonochromator(painter);

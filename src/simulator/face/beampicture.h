@@ -28,9 +28,12 @@ class BeamPicture : public QWidget {
     QRectF Words;
   };
 
+  double HeightBeside() const;
   Station StationAt(std::size_t index) const;
+  QRectF Glass() const;
   bool HasLight() const;
   QColor BeamColour(double share) const;
+  void DrawLiquid(QPainter& painter) const;
   void DrawBeam(QPainter& painter) const;
   void DrawLamp(QPainter& painter) const;
   void DrawMonochromator(QPainter& painter) const;

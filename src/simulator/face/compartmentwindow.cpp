@@ -6,6 +6,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QShortcut>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
@@ -19,7 +20,7 @@ namespace {
 constexpr int RegularMs = 500;
 // Many requests may come in a row; the eye does not need each.
 constexpr int SoonMs = 40;
-constexpr QSize StartSize{420, 520};
+constexpr QSize StartSize{450, 520};
 
 }  // namespace
 
@@ -49,12 +50,11 @@ CompartmentWindow::~CompartmentWindow() {
 void CompartmentWindow::Build() {
   auto* column = new QVBoxLayout(this);
   picture_ = new BeamPicture(this);
-  column->addWidget(picture_);
+  column->addWidget(picture_, 1);
 
   beam_ = new SampleChoice(this);
   beam_->setObjectName(QStringLiteral("beam"));
   beam_->setAccessibleName(QStringLiteral("Sample in the beam"));
-  beam_->setToolTip(QStringLiteral("What stands in the beam. Choose the same again to fill it in afresh."));
   connect(beam_, &SampleChoice::Chosen, this,
           [this](const QString& sample) { Do(QStringLiteral("beam ") + sample); });
   auto* label = new QLabel(QStringLiteral("In the &beam:"), this);
@@ -67,6 +67,7 @@ void CompartmentWindow::Build() {
   auto* tabs = new QTabWidget(this);
   tabs->setObjectName(QStringLiteral("tabs"));
   tabs->setAccessibleName(QStringLiteral("Parts of the instrument"));
+  tabs->tabBar()->setAccessibleName(tabs->accessibleName());
   const auto addTab = [&](Page* page, const QString& title) {
     AddPage(page);
     tabs->addTab(page, title);
@@ -74,7 +75,7 @@ void CompartmentWindow::Build() {
   addTab(new SamplerPage(tabs), QStringLiteral("&Sampler"));
   addTab(new InstrumentPage(tabs), QStringLiteral("&Instrument"));
   addTab(new FaultPage(tabs), QStringLiteral("&Faults"));
-  column->addWidget(tabs, 1);
+  column->addWidget(tabs);
 
   auto* line = new LinePanel(this);
   AddPage(line);

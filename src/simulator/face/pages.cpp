@@ -18,6 +18,8 @@ QString Text(std::string_view words) {
   return QString::fromUtf8(words.data(), static_cast<qsizetype>(words.size()));
 }
 
+const char16_t Mark[] = u"\u25B6";
+
 }  // namespace
 
 QCheckBox* Page::MakeSwitch(const char* name, const QString& label, const QString& command,
@@ -54,6 +56,10 @@ SamplerPage::SamplerPage(QWidget* parent) : Page(parent) {
     auto* label = new QLabel(this);
     label->setObjectName(QStringLiteral("cellLabel") + number);
     label->setBuddy(choice);
+    // The mark of the cell in the beam must not push the list aside.
+    QFont marked = font();
+    marked.setBold(true);
+    label->setMinimumWidth(QFontMetrics(marked).horizontalAdvance(QString::fromUtf16(Mark) + number) + 1);
     connect(choice, &SampleChoice::Chosen, this, [this, number](const QString& sample) {
       emit Wanted(QStringLiteral("cell ") + number + u' ' + sample);
     });
@@ -80,7 +86,7 @@ void SamplerPage::ShowState(const CompartmentState& state) {
     const auto at = static_cast<std::size_t>(cell - 1);
     const bool inBeam = state.SamplerFitted && cell == state.Cell;
     const QString number = QString::number(cell);
-    labels_[at]->setText((inBeam ? QStringLiteral("\u25B6 &") : QStringLiteral("&")) + number);
+    labels_[at]->setText((inBeam ? QString::fromUtf16(Mark) : QString()) + u'&' + number);
     QFont font = this->font();
     font.setBold(inBeam);
     labels_[at]->setFont(font);
@@ -112,19 +118,21 @@ InstrumentPage::InstrumentPage(QWidget* parent) : Page(parent) {
     return value;
   };
   const auto lamp = [&](const char* name, const QString& label, QCheckBox* dead) {
-    QLabel* value = MakeValue(name, label);
+    QLabel* value = MakeValue(name, QString(label).remove(u'&'));
+    auto* caption = new QLabel(label + u':', this);
+    caption->setBuddy(dead);
     auto* line = new QHBoxLayout;
     line->addWidget(value, 1);
     line->addWidget(dead);
-    form->addRow(label + u':', line);
+    form->addRow(caption, line);
     return value;
   };
   const QString died = QStringLiteral("dead");
   const QString good = QStringLiteral("good");
-  tungstenDead_ = MakeSwitch("tungstenDead", QStringLiteral("burnt out (&W)"),
-                             QStringLiteral("lamp tungsten"), died, good);
-  deuteriumDead_ = MakeSwitch("deuteriumDead", QStringLiteral("burnt out (&D)"),
-                              QStringLiteral("lamp deuterium"), died, good);
+  tungstenDead_ =
+      MakeSwitch("tungstenDead", QStringLiteral("burnt out"), QStringLiteral("lamp tungsten"), died, good);
+  deuteriumDead_ =
+      MakeSwitch("deuteriumDead", QStringLiteral("burnt out"), QStringLiteral("lamp deuterium"), died, good);
   const QString hint = QStringLiteral("The lamp gives no light, and the instrument does not notice.");
   tungstenDead_->setToolTip(hint);
   tungstenDead_->setAccessibleName(QStringLiteral("Tungsten lamp burnt out"));
@@ -133,8 +141,8 @@ InstrumentPage::InstrumentPage(QWidget* parent) : Page(parent) {
   wavelength_ = row("wavelength", QStringLiteral("Wavelength"));
   slit_ = row("slit", QStringLiteral("Slit"));
   gain_ = row("gain", QStringLiteral("Amplifier"));
-  tungsten_ = lamp("tungsten", QStringLiteral("Tungsten lamp"), tungstenDead_);
-  deuterium_ = lamp("deuterium", QStringLiteral("Deuterium lamp"), deuteriumDead_);
+  tungsten_ = lamp("tungsten", QStringLiteral("Tungsten l&amp"), tungstenDead_);
+  deuterium_ = lamp("deuterium", QStringLiteral("&Deuterium lamp"), deuteriumDead_);
   absorbance_ = row("absorbance", QStringLiteral("True absorbance"));
   absorbance_->setToolTip(QStringLiteral(
       "Of what stands in the beam, at this wavelength and slit, without stray light and noise"));

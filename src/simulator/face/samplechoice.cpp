@@ -3,6 +3,7 @@
 #include <QAbstractItemView>
 #include <QPainter>
 #include <QPixmap>
+#include <QStylePainter>
 #include <QWheelEvent>
 
 #include "simulator/samplecolour.h"
@@ -12,6 +13,7 @@ namespace spectrane {
 namespace {
 
 constexpr int SwatchSize = 14;
+constexpr int IconGap = 4;
 constexpr int VisibleEntries = 18;
 
 QIcon Swatch(const Sample& sample, qreal ratio) {
@@ -47,6 +49,19 @@ SampleChoice::SampleChoice(QWidget* parent) : QComboBox(parent) {
 void SampleChoice::ShowSample(const Sample& sample) {
   if (view()->isVisible()) return;
   setCurrentIndex(findData(QString::fromStdString(sample.Name)));
+  setToolTip(QString::fromStdString(sample.Description));
+}
+
+void SampleChoice::paintEvent(QPaintEvent*) {
+  QStylePainter painter(this);
+  QStyleOptionComboBox option;
+  initStyleOption(&option);
+  const QRect field =
+      style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, this);
+  const int space = field.width() - iconSize().width() - IconGap;
+  option.currentText = fontMetrics().elidedText(option.currentText, Qt::ElideRight, space);
+  painter.drawComplexControl(QStyle::CC_ComboBox, option);
+  painter.drawControl(QStyle::CE_ComboBoxLabel, option);
 }
 
 void SampleChoice::wheelEvent(QWheelEvent* event) {

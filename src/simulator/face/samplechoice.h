@@ -21,6 +21,8 @@ class SampleChoice : public QComboBox {
   void Chosen(const QString& name);
 
  protected:
+  /// Names that are too long end in an ellipsis.
+  void paintEvent(QPaintEvent* event) override;
   /// A wheel that passes by must not change what stands in the beam.
   void wheelEvent(QWheelEvent* event) override;
 };

@@ -164,13 +164,15 @@ void InstrumentModel::StartClockOfPlace(std::int64_t nowMs) {
 double InstrumentModel::LampOutput(std::int64_t nowMs) const {
   const Lamp& lamp = TungstenInUse() ? Tungsten : Deuterium;
   if (!lamp.Lit || lamp.Dead) return 0.0;
-  double output = TungstenInUse() ? optics::Tungsten(wavelength_)
-                                  : optics::Deuterium(wavelength_, optics::SlitWidth(slit_));
-  if (lamp.Warming) {
-    const double seconds = static_cast<double>(std::max<std::int64_t>(nowMs - lamp.LitAtMs, 0)) / 1000.0;
-    output *= 1.0 - WarmUpDeficit * std::exp(-seconds / WarmUpSeconds);
-  }
-  return output;
+  const double output = TungstenInUse() ? optics::Tungsten(wavelength_)
+                                        : optics::Deuterium(wavelength_, optics::SlitWidth(slit_));
+  return output * ShareOfSteady(lamp, nowMs);
+}
+
+double InstrumentModel::ShareOfSteady(const Lamp& lamp, std::int64_t nowMs) {
+  if (!lamp.Warming) return 1.0;
+  const double seconds = static_cast<double>(std::max<std::int64_t>(nowMs - lamp.LitAtMs, 0)) / 1000.0;
+  return 1.0 - WarmUpDeficit * std::exp(-seconds / WarmUpSeconds);
 }
 
 double InstrumentModel::Light(std::int64_t nowMs) const {

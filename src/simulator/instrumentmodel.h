@@ -86,6 +86,8 @@ class InstrumentModel {
   const std::string& CellName(int cell) const { return cells_[static_cast<std::size_t>(cell)].Content->Name; }
   /// Absorbance of what stands in the beam as the slit shows it, without stray light and noise.
   double TrueAbsorbance(std::int64_t nowMs) const;
+  /// Light of a lamp just lit as a share of what it gives when steady: 0.97 … 1.
+  static double ShareOfSteady(const Lamp& lamp, std::int64_t nowMs);
   /// Light behind the sample at gain 1 [counts above the dark energy].
   double Light(std::int64_t nowMs) const;
 

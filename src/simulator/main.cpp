@@ -1,10 +1,13 @@
 #include <CLI/CLI.hpp>
-#include <QCoreApplication>
+#include <QApplication>
 #include <QLocale>
 
+#include <clocale>
 #include <cstdio>
+#include <memory>
 
 #include "base/numbers.h"
+#include "simulator/face/compartmentwindow.h"
 #include "simulator/shutdownsignals.h"
 #include "simulator/simulatorprogram.h"
 
@@ -79,6 +82,7 @@ void AddLineOptions(CLI::App& app, ProgramOptions& options) {
   app.add_option("--log", options.LogFile, "File that gets one line for each request");
   app.add_option("--control", options.ControlPath,
                  "Path of a local socket that takes the commands of the prompt");
+  app.add_flag("--headless", options.Headless, "Opens no window");
   app.add_flag("--prompt", options.Prompt, "Takes commands from standard input though it is no terminal");
   app.add_flag("--until-eof", options.UntilEof, "Takes commands from standard input and ends with it");
 }
@@ -88,9 +92,43 @@ int Fail(const std::string& words, int status) {
   return status;
 }
 
-int Run(int argc, char** argv) {
-  QCoreApplication application(argc, argv);
+/// Whether windows can be shown. Without a display the toolkit would end the program.
+bool HasDisplay() {
+#if defined(Q_OS_WIN) || defined(Q_OS_MACOS)
+  return true;
+#else
+  return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
+         !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
+#endif
+}
+
+/// The kind of application decides about the cost: without a window no display is ever asked for.
+std::unique_ptr<QCoreApplication> MakeApplication(int& argc, char** argv, bool windows) {
+  std::unique_ptr<QCoreApplication> application;
+  if (windows) {
+    application = std::make_unique<QApplication>(argc, argv);
+  } else {
+    application = std::make_unique<QCoreApplication>(argc, argv);
+  }
+  // The toolkit takes the locale of the environment; numbers are read and written in one way only.
+  std::setlocale(LC_ALL, "C");
   QLocale::setDefault(QLocale::c());
+  return application;
+}
+
+int Serve(QCoreApplication& application, const ProgramOptions& options, bool windows) {
+  ShutdownSignals shutdown;
+  QObject::connect(&shutdown, &ShutdownSignals::Wanted, &application, [] { QCoreApplication::quit(); });
+  SimulatorProgram program(options);
+  if (const auto wrong = program.Start()) return Fail(*wrong, 1);
+  if (!windows) return QCoreApplication::exec();
+  // Its end is the program's end.
+  CompartmentWindow window(program.View());
+  window.show();
+  return QCoreApplication::exec();
+}
+
+int Run(int argc, char** argv) {
   CLI::App app{Description, "spectrane-simulator"};
   app.set_version_flag("--version", std::string("spectrane-simulator " SPECTRANE_VERSION));
   ProgramOptions options;
@@ -109,11 +147,12 @@ int Run(int argc, char** argv) {
   for (const std::string& cell : cells) {
     if (const std::string wrong = ReadCell(cell, options); !wrong.empty()) return Fail(wrong, 2);
   }
-  ShutdownSignals shutdown;
-  QObject::connect(&shutdown, &ShutdownSignals::Wanted, &application, [] { QCoreApplication::quit(); });
-  SimulatorProgram program(options);
-  if (const auto wrong = program.Start()) return Fail(*wrong, 1);
-  return QCoreApplication::exec();
+  const bool windows = !options.Headless && HasDisplay();
+  if (!options.Headless && !windows) {
+    std::fputs("spectrane-simulator: there is no display; going on without a window\n", stderr);
+  }
+  const auto application = MakeApplication(argc, argv, windows);
+  return Serve(*application, options, windows);
 }
 
 }  // namespace

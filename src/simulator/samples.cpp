@@ -29,11 +29,14 @@ double Bands(std::span<const Band> bands, double nm) {
 }
 
 void AddPlain(std::vector<Sample>& list) {
-  list.push_back({"blank", "the pure solvent: lets everything pass", [](double, double) { return 0.0; }});
-  list.push_back({"closed", "blocked beam: no light", [](double, double) { return 0.0; }, false, true});
+  list.push_back({"blank", "Solvent (blank)", "the pure solvent: lets everything pass",
+                  [](double, double) { return 0.0; }});
+  list.push_back(
+      {"closed", "Blocked beam", "blocked beam: no light", [](double, double) { return 0.0; }, false, true});
   for (const double absorbance : {0.3, 1.0, 2.0, 3.0}) {
     const std::string value = Format(absorbance, "0.0");
-    list.push_back({"filter-" + value, "grey filter of " + value + " Abs at every wavelength",
+    list.push_back({"filter-" + value, "Grey filter " + value + " Abs",
+                    "grey filter of " + value + " Abs at every wavelength",
                     [absorbance](double, double) { return absorbance; }});
   }
 }
@@ -48,7 +51,8 @@ void AddDyes(std::vector<Sample>& list) {
   constexpr std::array<double, 8> Concentrations{1, 2, 4, 6, 8, 10, 15, 20};
   for (std::size_t i = 0; i < Concentrations.size(); ++i) {
     const double concentration = Concentrations[i];
-    list.push_back({"dye-" + std::to_string(i + 1), "red dye, " + Format(concentration, "0") + " mg/L",
+    const std::string amount = Format(concentration, "0") + " mg/L";
+    list.push_back({"dye-" + std::to_string(i + 1), "Red dye " + amount, "red dye, " + amount,
                     [concentration](double nm, double) { return concentration * DyeAbsorptivity(nm); }});
   }
 }
@@ -69,15 +73,16 @@ void AddWavelengthStandards(std::vector<Sample>& list) {
                                                  {485.29, 2.8, 0.26},
                                                  {536.64, 3.4, 0.70},
                                                  {640.52, 3.4, 0.16}}};
-  list.push_back({"holmium", "holmium in perchloric acid: 14 sharp bands, 241 to 641 nm",
+  list.push_back({"holmium", "Holmium solution", "holmium in perchloric acid: 14 sharp bands, 241 to 641 nm",
                   [](double nm, double) { return 0.02 + Bands(Holmium, nm); }, true});
   // Made to show the published ratio of peak to valley at each bandwidth: 2.4, 2.1, 1.6, 1.3, 1.0 at 0.5,
   // 1, 1.5, 2, 3 nm.
   static constexpr std::array<Band, 4> Toluene{
       {{268.8, 1.559, 0.4524}, {265.67, 1.946, 0.1335}, {261.6, 2.4, 0.40}, {259.0, 18.0, 0.3153}}};
-  list.push_back({"toluene", "toluene in hexane, 0.02 %: resolution test at 269 nm",
+  list.push_back({"toluene", "Toluene in hexane", "toluene in hexane, 0.02 %: resolution test at 269 nm",
                   [](double nm, double) { return Bands(Toluene, nm); }, true});
-  list.push_back({"kcl", "potassium chloride, 12 g/L: opaque below 200 nm, shows the stray light",
+  list.push_back({"kcl", "Potassium chloride",
+                  "potassium chloride, 12 g/L: opaque below 200 nm, shows the stray light",
                   [](double nm, double) { return std::min(10.0, std::exp((203.0 - nm) * 0.32)); }});
 }
 
@@ -115,7 +120,8 @@ void AddDichromates(std::vector<Sample>& list) {
                                                       {100, {1.247, 1.452, 0.484, 1.074}}}};
   for (const DichromateRow& row : Rows) {
     const std::string amount = Format(row.Concentration, "0");
-    list.push_back({"dichromate-" + amount, "potassium dichromate in 0.001 M HClO4, " + amount + " mg/L",
+    list.push_back({"dichromate-" + amount, "Dichromate " + amount + " mg/L",
+                    "potassium dichromate in 0.001 M HClO4, " + amount + " mg/L",
                     [curve = DichromateCurve(row)](double nm, double) { return curve.At(nm); }});
   }
 }
@@ -143,6 +149,14 @@ struct Mixture {
   double Haze;     ///< scattering, Abs at 320 nm; grows towards the ultraviolet with the fourth power
 };
 
+std::string LabelOf(const Mixture& mixture) {
+  const std::string dna = "DNA " + Format(mixture.Dna, "0");
+  const std::string protein = ShortestText(mixture.Protein);
+  if (mixture.Protein == 0.0) return dna + " ug/mL";
+  if (mixture.Dna == 0.0) return "Protein " + protein + " mg/mL";
+  return dna + " ug/mL + protein " + protein;
+}
+
 void AddBiologicals(std::vector<Sample>& list) {
   static constexpr std::array<Mixture, 8> Mixtures{{{"dna-10", 10, 0, 0.0},
                                                     {"dna-25", 25, 0, 0.0},
@@ -153,7 +167,7 @@ void AddBiologicals(std::vector<Sample>& list) {
                                                     {"mix-2", 25, 0.4, 0.01},
                                                     {"mix-3", 10, 0.8, 0.03}}};
   for (const Mixture& mixture : Mixtures) {
-    list.push_back({mixture.Name,
+    list.push_back({mixture.Name, LabelOf(mixture),
                     "DNA " + Format(mixture.Dna, "0") + " ug/mL, protein " + Format(mixture.Protein, "0.0") +
                         " mg/mL, haze " + Format(mixture.Haze, "0.000") + " Abs at 320 nm",
                     [mixture](double nm, double) {
@@ -172,9 +186,11 @@ double Coenzyme(double nm, double reduced) {
 }
 
 void AddEnzymes(std::vector<Sample>& list) {
-  list.push_back({"enzyme", "falling reaction: NADH used up, 340 nm, time constant 300 s, towards 10 %",
+  list.push_back({"enzyme", "Reaction, falling",
+                  "falling reaction: NADH used up, 340 nm, time constant 300 s, towards 10 %",
                   [](double nm, double s) { return Coenzyme(nm, 0.1 + 0.9 * std::exp(-s / 300.0)); }});
-  list.push_back({"enzyme-up", "rising reaction: NADH formed, 340 nm, time constant 240 s, from 5 to 95 %",
+  list.push_back({"enzyme-up", "Reaction, rising",
+                  "rising reaction: NADH formed, 340 nm, time constant 240 s, from 5 to 95 %",
                   [](double nm, double s) { return Coenzyme(nm, 0.95 - 0.9 * std::exp(-s / 240.0)); }});
 }
 

@@ -9,8 +9,9 @@ namespace spectrane {
 
 /// Something that can stand in the simulated beam.
 struct Sample {
-  std::string Name;
-  std::string Description;
+  std::string Name;         ///< one word, for commands
+  std::string Label;        ///< a short plain name
+  std::string Description;  ///< a line for lists
   /// Absorbance in a 1 cm cell at `nm`, `seconds` after the sample first came into the beam.
   std::function<double(double nm, double seconds)> Absorbance;
   /// Bands narrow enough that the slit changes their height. Broad spectra are taken as flat across the slit,

@@ -39,15 +39,22 @@ SimulatorProgram::SimulatorProgram(const ProgramOptions& options)
            [this](const std::string& text) {
              if (logging_) log_.Remark(clock_.NowMs(), text);
            }}),
+      compartment_(line_, clock_, console_, [this] { return driver_.Plugged(); }),
       control_(console_) {
+  line_.OnExchange = [this](const ExchangeRecord& record) {
+    if (logging_) log_.Write(record);
+    compartment_.NoteRequest(record);
+  };
   connect(&driver_, &LineDriver::LineJoined, this, [this](const QString& name) {
     // Nobody may be reading any more: only what is new is told again.
     if (interactive_ || name != announced_) Say("ready " + name.toStdString() + "\n");
     announced_ = name;
+    compartment_.NoteJoined(name.toStdString());
     if (logging_) log_.Remark(clock_.NowMs(), "line joined");
   });
   connect(&driver_, &LineDriver::LineBroken, this, [this] {
     if (interactive_) Say("broken\n");
+    compartment_.NoteBroken();
     if (logging_) log_.Remark(clock_.NowMs(), "line broken");
   });
   connect(&control_, &ControlServer::QuitWanted, this, [] { QCoreApplication::quit(); });
@@ -89,7 +96,6 @@ std::optional<std::string> SimulatorProgram::OpenLog() {
   if (options_.LogFile.empty()) return std::nullopt;
   if (!log_.Open(options_.LogFile)) return options_.LogFile + ": cannot be written";
   logging_ = true;
-  line_.OnExchange = [this](const ExchangeRecord& record) { log_.Write(record); };
   return std::nullopt;
 }
 

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "base/clock.h"
+#include "simulator/compartment.h"
 #include "simulator/console.h"
 #include "simulator/controlserver.h"
 #include "simulator/exchangelog.h"
@@ -32,6 +33,7 @@ struct ProgramOptions {
   double FaultRate = 0.0;
   std::string LogFile;
   std::string ControlPath;
+  bool Headless = false;  ///< without a window
   bool Prompt = false;
   bool UntilEof = false;
 };
@@ -46,6 +48,9 @@ class SimulatorProgram : public QObject {
   /// Opens everything and prints the ready line; the result says what failed.
   std::optional<std::string> Start();
 
+  /// The instrument as a window shows it; lives as long as the program.
+  Compartment& View() { return compartment_; }
+
  private:
   std::optional<std::string> LoadFaults();
   std::optional<std::string> OpenLog();
@@ -58,6 +63,7 @@ class SimulatorProgram : public QObject {
   std::unique_ptr<Transport> transport_;
   LineDriver driver_;
   Console console_;
+  Compartment compartment_;
   ControlServer control_;
   ExchangeLog log_;
   bool logging_ = false;

@@ -35,8 +35,8 @@ inline QStringList Arguments(const std::vector<std::string>& words) {
 class SimulatorProcess : public ::testing::Test {
  protected:
   void StartSimulator(std::vector<std::string> options = {}) {
-    options.insert(options.begin(),
-                   {"--link", Path("line"), "--log", Path("log"), "--control", Path("control")});
+    options.insert(options.begin(), {"--headless", "--link", Path("line"), "--log", Path("log"), "--control",
+                                     Path("control")});
     simulator_.setProgram(Program("spectrane-simulator"));
     simulator_.setArguments(Arguments(options));
     simulator_.setStandardInputFile(QProcess::nullDevice());

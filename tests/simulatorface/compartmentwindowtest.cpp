@@ -20,6 +20,7 @@
 #include <stdexcept>
 
 #include "simulator/face/beampicture.h"
+#include "simulator/face/pages.h"
 #include "simulator/face/samplechoice.h"
 #include "simulator/facewords.h"
 
@@ -243,6 +244,15 @@ TEST_F(FaceTest, WhatCouldNotBeDoneIsSaidUntilTheNextDeed) {
   EXPECT_FALSE(Get<QLabel>("note").isVisible());
 }
 
+TEST_F(FaceTest, ASwitchThatCouldNotBeSetFallsBack) {
+  auto& noise = Get<QAbstractButton>("noise");
+  const bool before = noise.isChecked();
+  noise.setChecked(!before);
+  emit Get<InstrumentPage>("").Wanted(QStringLiteral("noise perhaps"));
+  EXPECT_EQ(noise.isChecked(), before);
+  EXPECT_THAT(TextOf("note"), testing::HasSubstr("perhaps"));
+}
+
 TEST_F(FaceTest, RestartSendsTheBannerAndForgetsTheWavelength) {
   Ask("swl 300");
   Click("restart");
@@ -295,6 +305,7 @@ TEST_F(FaceTest, DoesNotLookWhileItIsHidden) {
 
 TEST_F(FaceTest, TakesNoNoticeAfterItsEnd) {
   Window.reset();
+  EXPECT_FALSE(view_.OnChange);
   EXPECT_EQ(view_.Do("jam on"), "");
 }
 

@@ -28,6 +28,8 @@ CompartmentWindow::CompartmentWindow(Compartment& compartment, QWidget* parent)
     : QWidget(parent, Qt::Window), compartment_(compartment) {
   setObjectName(QStringLiteral("sampleCompartment"));
   setWindowTitle(QStringLiteral("sample compartment"));
+  // It is the hands beside a program that may fill the screen.
+  setWindowFlag(Qt::WindowStaysOnTopHint);
   Build();
   soon_.setSingleShot(true);
   connect(&soon_, &QTimer::timeout, this, [this] { Refresh(); });

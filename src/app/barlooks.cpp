@@ -2,6 +2,8 @@
 
 #include <QColor>
 
+#include <cmath>
+
 namespace spectrane {
 namespace {
 
@@ -42,7 +44,7 @@ constexpr Look kLooks[] = {
 /// contrast.
 QColor Mix(const QColor& under, const QColor& over, double share) {
   if (under.lightness() < 128) share *= over.lightness() > 160 ? 0.25 : 0.55;
-  const auto channel = [share](int a, int b) { return static_cast<int>(a + (b - a) * share + 0.5); };
+  const auto channel = [share](int a, int b) { return static_cast<int>(std::lround(a + (b - a) * share)); };
   return QColor(channel(under.red(), over.red()), channel(under.green(), over.green()),
                 channel(under.blue(), over.blue()));
 }

@@ -198,8 +198,8 @@ constexpr int kOperateItems[] = {
 
 const BarRow kBars[] = {
     {kMainBar, "MainToolsbar", "Main toolsbar", kMainItems},
-    {kSpectrumBar, "SpectrumToolsbar", "spectrum toolsbar", kSpectrumItems},
     {kOperateBar, "OperateToolsbar", "Operate toolsbar", kOperateItems},
+    {kSpectrumBar, "SpectrumToolsbar", "spectrum toolsbar", kSpectrumItems},
 };
 
 }  // namespace

@@ -26,7 +26,7 @@ constexpr int kFileOpenMs = 1;
 constexpr int kUnpaintedMs = 400;
 constexpr int kConnectMs = 2000;
 constexpr int kSampleMs = 100;
-constexpr int kLayoutVersion = 1;
+constexpr int kLayoutVersion = 2;
 constexpr const char* kWindowSection = "Main Window";
 constexpr int kNoInstrument = 1090;
 constexpr QSize kFirstSize(1120, 720);
@@ -91,7 +91,7 @@ void FrmMain::BuildBars() {
   bars_ = std::make_unique<CommandBars>(*this, [this](int command) { RunCommand(command); });
   bars_->BuildMenus([this](QMenu& menu) { FillRecentFiles(menu); });
   bars_->BuildToolBars();
-  insertToolBarBreak(bars_->Bar(kOperateBar));
+  insertToolBarBreak(bars_->Bar(kSpectrumBar));
   display_ = new DataDisplay(this, bars_->Action(kSetWavelength));
   addToolBar(display_);
   bars_->Adopt(display_);

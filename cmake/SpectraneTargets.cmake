@@ -2,7 +2,8 @@
 
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE_PROGRAM})
+  # Precompiled headers are remembered by their content; their time stamps say nothing.
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${CCACHE_PROGRAM})
 endif()
 
 add_library(spectrane_rules INTERFACE)
@@ -48,4 +49,31 @@ function(spectrane_program name)
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE spectrane_rules ${ARG_USES})
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+endfunction()
+
+# Headers that most sources of a target with windows begin with.
+function(spectrane_window_headers)
+  foreach(name ${ARGN})
+    target_precompile_headers(
+      ${name}
+      PRIVATE
+      <QAbstractTableModel>
+      <QApplication>
+      <QDialog>
+      <QFileInfo>
+      <QLabel>
+      <QMainWindow>
+      <QMenu>
+      <QPainter>
+      <QSettings>
+      <QTimer>
+      <QToolBar>
+      <cstdint>
+      <deque>
+      <functional>
+      <map>
+      <memory>
+      <string>
+      <vector>)
+  endforeach()
 endfunction()

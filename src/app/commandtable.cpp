@@ -12,16 +12,22 @@ using When = EnabledWhen;
 using D = DocumentWindow;
 using F = FrmMain;
 
+/// Acts on windows of recorded spectra only.
+void DeriveSpectrum(D& window) {
+  const int type = window.CheckFileType();
+  if (type == 3 || type == 12) window.mmuSpectrumDev();
+}
+
 // Start, Stop and Set Blank are on plain function keys, which a foot pedal can send.
 const CommandRow kRows[] = {
-    {kNewFileGuide, 102, When::Always, "Ctrl+N", false, [](F& f) { f.mmuFileNew(); }, nullptr},
+    {kNewFileGuide, 102, When::NoRun, "Ctrl+N", false, [](F& f) { f.mmuFileNew(); }, nullptr},
     {kNewBasic, 121, When::Kind, "", false, [](F& f) { f.mmuNewFileBasic(); }, nullptr},
     {kNewQua, 104, When::Kind, "", false, [](F& f) { f.mmuNewFileQua(); }, nullptr},
     {kNewTS, 105, When::Kind, "", false, [](F& f) { f.mmuNewFileTS(); }, nullptr},
     {kNewWLS, 106, When::Kind, "", false, [](F& f) { f.mmuNewFileWLS(); }, nullptr},
     {kNewMulti, 107, When::Kind, "", false, [](F& f) { f.mmuNewFileMulti(); }, nullptr},
     {kNewDNA, 108, When::Kind, "", false, [](F& f) { f.mmuNewFileDNA(); }, nullptr},
-    {kOpen, 109, When::Always, "Ctrl+O", false, [](F& f) { f.mmuFileOpen(); }, nullptr},
+    {kOpen, 109, When::NoRun, "Ctrl+O", false, [](F& f) { f.mmuFileOpen(); }, nullptr},
     {kSave, 110, When::Document, "Ctrl+S", false, nullptr, [](D& d) { d.mmuSaveFile(); }},
     {kSaveAs, 111, When::Document, "Ctrl+Shift+S", false, nullptr, [](D& d) { d.mmuSaveAsFile(); }},
     {kOutputPicture, 118, When::Document, "", false, nullptr, [](D& d) { d.mmuFileOutputBMP(); }},
@@ -43,7 +49,7 @@ const CommandRow kRows[] = {
     {kBigIcon, 208, When::Always, "", true, [](F& f) { f.ToggleBar(kBigIcon); }, nullptr},
     {kResetLayout, 0, When::Always, "", false, [](F& f) { f.ResetLayout(); }, nullptr, "Reset Layout"},
     {kNextPane, 0, When::Always, "F6", false, [](F& f) { f.FocusNextPane(); }, nullptr, "Next Bar"},
-    {kProgramOption, 210, When::Always, "Ctrl+,", false, [](F& f) { f.ShowOption(); }, nullptr},
+    {kProgramOption, 210, When::NoRun, "Ctrl+,", false, [](F& f) { f.ShowOption(); }, nullptr},
 
     {kConnect, 302, When::NotConnected, "F9", false, [](F& f) { f.ConnectCommand(); }, nullptr},
     {kRelease, 303, When::Connected, "Shift+F9", false, [](F& f) { f.ReleaseCommand(); }, nullptr},
@@ -74,7 +80,7 @@ const CommandRow kRows[] = {
     {kSpectrumSubtraction, 407, When::Later, "", false, nullptr, nullptr},
     {kSpectrumMultiplication, 408, When::Later, "", false, nullptr, nullptr},
     {kSpectrumDivision, 409, When::Later, "", false, nullptr, nullptr},
-    {kSpectrumDerivative, 410, When::Document, "", false, nullptr, [](D& d) { d.mmuSpectrumDev(); }},
+    {kSpectrumDerivative, 410, When::Document, "", false, nullptr, &DeriveSpectrum},
     {kMaxMinAverage, 412, When::Document, "", false, nullptr, [](D& d) { d.ShowMaxMinAverageWindow(); }},
 
     {kCascade, 502, When::Children, "", false, [](F& f) { f.Arrange(kCascade); }, nullptr},
@@ -82,7 +88,7 @@ const CommandRow kRows[] = {
     {kTileHorizontally, 504, When::Children, "", false, [](F& f) { f.Arrange(kTileHorizontally); }, nullptr},
 
     {kHelpBook, 602, When::Later, "F1", false, nullptr, nullptr},
-    {kAbout, 603, When::Always, "", false, [](F& f) { f.ShowAbout(); }, nullptr},
+    {kAbout, 603, When::NoRun, "", false, [](F& f) { f.ShowAbout(); }, nullptr},
 };
 
 using Kind = MenuRow::Kind;

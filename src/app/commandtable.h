@@ -12,6 +12,7 @@ class FrmMain;
 /// When a command can be chosen.
 enum class EnabledWhen {
   Always,
+  NoRun,  ///< they open a dialog, which would hold a run up
   NotConnected,
   Connected,          ///< and no run under way
   Document,           ///< the active child offers it

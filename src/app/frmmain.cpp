@@ -100,17 +100,15 @@ void FrmMain::BuildBars() {
 void FrmMain::BuildTimers() {
   timerFileOpen_.setObjectName(QStringLiteral("TimerFileOpen"));
   timerFileOpen_.setSingleShot(true);
-  connect(&timerFileOpen_, &QTimer::timeout, this, [this] { OnTimerFileOpen(); });
+  connect(&timerFileOpen_, &QTimer::timeout, this, [this] { Guarded([this] { OnTimerFileOpen(); }); });
   timerConnect_.setObjectName(QStringLiteral("TimerConnect"));
   timerConnect_.setSingleShot(true);
   timerConnect_.setInterval(kConnectMs);
-  connect(&timerConnect_, &QTimer::timeout, this, [this] { mmuOperationConnect(); });
+  connect(&timerConnect_, &QTimer::timeout, this, [this] { Guarded([this] { mmuOperationConnect(); }); });
   sampleTimer_.setObjectName(QStringLiteral("SampleTimer"));
   sampleTimer_.setTimerType(Qt::PreciseTimer);
   sampleTimer_.setInterval(kSampleMs);
-  connect(&sampleTimer_, &QTimer::timeout, this, [this] {
-    if (!closing_) link_->Live.SampleTimerTick();
-  });
+  connect(&sampleTimer_, &QTimer::timeout, this, [this] { OnSampleTimer(); });
   link_->Instrument.OnProbe = [this](int port) {
     SetRemark("Looking for the instrument: port " + std::to_string(port) + " ...");
   };
@@ -269,6 +267,11 @@ void FrmMain::changeEvent(QEvent* event) {
 
 void FrmMain::FormatsChanged() {
   for (DocumentWindow* document : workspace_->Documents()) document->FormatsChanged();
+  const InstrumentState& state = link_->State;
+  if (!state.InstrumentConnected || display_->FieldText(DataDisplay::Field::Trans).isEmpty()) return;
+  link_->Live.ToolsBarWaveLength(state.CurrentWavelength);
+  link_->Live.ToolsBarAbsData(state.CurrentAbs);
+  link_->Live.ToolsBarTransData(state.CurrentTrans);
 }
 
 void FrmMain::SetWavelengthField(const std::string& text) {
@@ -299,8 +302,16 @@ void FrmMain::EnableSampleTimer(bool on) {
 void FrmMain::Lock(bool locked) {
   if (locked == locked_) return;
   locked_ = locked;
-  setEnabled(!locked);
-  locked ? QGuiApplication::setOverrideCursor(Qt::WaitCursor) : QGuiApplication::restoreOverrideCursor();
+  if (locked) {
+    focusBeforeLock_ = QApplication::focusWidget();
+    setEnabled(false);
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    return;
+  }
+  setEnabled(true);
+  QGuiApplication::restoreOverrideCursor();
+  if (focusBeforeLock_ && !QApplication::focusWidget()) focusBeforeLock_->setFocus();
+  OpenWaitingLater();
 }
 
 QMenu* FrmMain::createPopupMenu() {

@@ -2,8 +2,11 @@
 
 #include <QMainWindow>
 #include <QPoint>
+#include <QPointer>
 #include <QTimer>
 
+#include <deque>
+#include <functional>
 #include <memory>
 
 #include "app/commandbars.h"
@@ -133,6 +136,9 @@ class FrmMain : public QMainWindow, public MainWindow, public MainDisplay {
   QRect PlaceOnScreen() const;
   bool* FlagOf(int viewCommand, const char** key);
   void OnTimerFileOpen();
+  void OnSampleTimer();
+  /// Runs what a timer or a command starts; a fault of it ends there and leaves the window usable.
+  void Guarded(const std::function<void()>& work);
 
   // Commands (frmmaincommands.cpp).
   bool IsEnabled(const CommandRow& row) const;
@@ -148,6 +154,7 @@ class FrmMain : public QMainWindow, public MainWindow, public MainDisplay {
   QWidget* OpenDialog() const;
   bool RefuseToOpen(const QString& path, const QString& details);
   void OpenWaiting();
+  void OpenWaitingLater();
   QStringList RecentFiles() const;
   void FillRecentFiles(QMenu& menu);
 
@@ -176,6 +183,12 @@ class FrmMain : public QMainWindow, public MainWindow, public MainDisplay {
   bool closing_ = false;
   bool locked_ = false;
   bool painted_ = false;
+  bool ticking_ = false;
+  bool opening_ = false;
+  std::int64_t lastTickMs_ = 0;
+  // Chosen inside a live reading.
+  std::deque<int> waitingCommands_;
+  QPointer<QWidget> focusBeforeLock_;
 };
 
 }  // namespace spectrane

@@ -1,5 +1,7 @@
 #include <QApplication>
 #include <QCloseEvent>
+#include <QPointer>
+#include <QScopedValueRollback>
 
 #include <exception>
 
@@ -19,7 +21,9 @@ namespace {
 constexpr int kQuitQuestion = 1103;
 constexpr int kNoInstrument = 1090;
 constexpr int kCommunicationError = 1096;
+constexpr std::int64_t kLostLinkPauseMs = 3000;
 constexpr const char* kSimulated = "Simulated instrument";
+constexpr const char* kBusyNow = "The instrument is busy. Close again in a moment.";
 constexpr const char* kReleaseToClose = " Release (Shift+F9) lets the program close.";
 
 }  // namespace
@@ -33,6 +37,8 @@ bool FrmMain::IsEnabled(const CommandRow& row) const {
   switch (row.When) {
     case EnabledWhen::Always:
       return true;
+    case EnabledWhen::NoRun:
+      return idle;
     case EnabledWhen::NotConnected:
       return !connected && idle;
     case EnabledWhen::Connected:
@@ -47,7 +53,7 @@ bool FrmMain::IsEnabled(const CommandRow& row) const {
       return active != nullptr;
     case EnabledWhen::Kind:
       for (const DocumentKind& kind : DocumentKinds()) {
-        if (kind.Command == row.Number) return kind.Make != nullptr;
+        if (kind.Command == row.Number) return kind.Make != nullptr && idle;
       }
       return false;
     case EnabledWhen::Later:
@@ -82,20 +88,50 @@ QString FrmMain::IdleHint() const {
 
 void FrmMain::RunCommand(int command) {
   const CommandRow& row = CommandRowOf(command);
+  if (ticking_) {
+    // Inside a live reading a dialog would keep the reading from its end.
+    waitingCommands_.push_back(command);
+    return;
+  }
   if (closing_ || locked_ || !IsEnabled(row)) {
+    // The click has moved the mark already.
+    if (row.Checkable) bars_->Action(command)->toggle();
     ApplyBarFlags();
     return;
   }
-  try {
+  Guarded([&] {
     if (row.OnFrame) {
       row.OnFrame(*this);
     } else if (DocumentWindow* active = ActiveForm(); active && row.OnDocument) {
       row.OnDocument(*active);
     }
+  });
+  UpdateCommands();
+}
+
+void FrmMain::Guarded(const std::function<void()>& work) {
+  try {
+    work();
   } catch (const std::exception& fault) {
+    Lock(false);
+    link_->State.InstrumentBusy = false;
     SetRemark("The command ended early: " + std::string(fault.what()));
   }
-  UpdateCommands();
+}
+
+void FrmMain::OnSampleTimer() {
+  // After a reading that failed the next one may block for long: the window gets time in between.
+  if (link_->Live.LinkLost() && parts_.Time.NowMs() - lastTickMs_ < kLostLinkPauseMs) return;
+  {
+    const QScopedValueRollback<bool> ticking(ticking_, true);
+    Guarded([this] { link_->Live.SampleTimerTick(); });
+  }
+  lastTickMs_ = parts_.Time.NowMs();
+  while (!waitingCommands_.empty()) {
+    const int command = waitingCommands_.front();
+    waitingCommands_.pop_front();
+    RunCommand(command);
+  }
 }
 
 void FrmMain::RunBegins(DocumentWindow* window) {
@@ -125,7 +161,11 @@ void FrmMain::ShowAbout() {
 
 void FrmMain::mmuOperationConnect() {
   timerConnect_.stop();
-  if (closing_) return;
+  if (closing_) {
+    // Somebody thinks about leaving; when they stay, the connection comes after all.
+    timerConnect_.start();
+    return;
+  }
   link_->Connect.mmuOperationConnect();
   if (remark_.starts_with("Looking for")) SetRemark({});
   UpdateCommands();
@@ -136,7 +176,10 @@ void FrmMain::ConnectCommand() {
 }
 
 void FrmMain::ReleaseCommand() {
-  link_->Connect.ReleaseCommand();
+  {
+    const RunNotice notice(*this, nullptr);
+    link_->Connect.ReleaseCommand();
+  }
   for (const StatusPane pane :
        {StatusPane::Sampler, StatusPane::Slit, StatusPane::Wavelength, StatusPane::Percent}) {
     if (!link_->State.InstrumentConnected) SetStatus(pane, {});
@@ -145,7 +188,13 @@ void FrmMain::ReleaseCommand() {
 }
 
 void FrmMain::mmuOperationRezero() {
-  link_->Live.mmuOperationRezero(ActiveForm());
+  DocumentWindow* active = ActiveForm();
+  if (active) {
+    link_->Live.mmuOperationRezero(active);
+    return;
+  }
+  const RunNotice notice(*this, nullptr);
+  link_->Live.mmuOperationRezero(nullptr);
 }
 
 void FrmMain::SwitchLamp(int command) {
@@ -237,24 +286,33 @@ void FrmMain::closeEvent(QCloseEvent* event) {
 
 bool FrmMain::QueryUnload() {
   if (runs_ > 0 || link_->State.RunUnderWay) {
-    if (measuring_) measuring_->QueryClose(true);
+    if (measuring_) {
+      measuring_->QueryClose(true);
+    } else {
+      SetRemark(kBusyNow);
+    }
     return false;
   }
-  closing_ = true;
-  const bool may = ChildrenMayClose() && LinkMayClose();
-  closing_ = false;
+  bool may = false;
+  {
+    const QScopedValueRollback<bool> closing(closing_, true);
+    may = ChildrenMayClose() && LinkMayClose();
+  }
   if (may) StoreWindowState();
   UpdateCommands();
+  OpenWaitingLater();
   return may;
 }
 
 bool FrmMain::ChildrenMayClose() {
-  const QList<DocumentWindow*> documents = workspace_->Documents();
+  // A child may go by itself while a question is open.
+  const QList<DocumentWindow*> present = workspace_->Documents();
+  const QList<QPointer<DocumentWindow>> documents(present.begin(), present.end());
   if (documents.isEmpty()) return true;
   if (boxes_->AskYesNo(Words(kQuitQuestion)) != Answer::Yes) return false;
-  for (DocumentWindow* document : documents) {
-    if (document->IsWorkUnsaved()) workspace_->Activate(document);
-    if (!document->QueryClose(false)) return false;
+  for (const QPointer<DocumentWindow>& document : documents) {
+    if (document && document->IsWorkUnsaved()) workspace_->Activate(document);
+    if (document && !document->QueryClose(false)) return false;
   }
   return true;
 }
@@ -263,8 +321,11 @@ bool FrmMain::LinkMayClose() {
   timerConnect_.stop();
   link_->Live.SampleTimerStop();
   if (!link_->State.InstrumentConnected) return true;
+  // What has been asked about is not changed any more while the instrument answers.
+  workspace_->setEnabled(false);
   double wavelength = 0.0;
   if (!link_->Instrument.GetWavelength(wavelength)) {
+    workspace_->setEnabled(true);
     // A program that lost its instrument in mid-air stays until the link is back or is released.
     SetRemark(Text(kCommunicationError) + kReleaseToClose);
     link_->Live.SampleTimerStart();

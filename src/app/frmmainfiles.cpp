@@ -5,12 +5,13 @@
 #include <QFileInfo>
 #include <QMenu>
 #include <QMimeData>
+#include <QScopedValueRollback>
 #include <QUrl>
 
 #include "app/frmmain.h"
 #include "app/ground/documentwindow.h"
 #include "app/ground/words.h"
-#include "base/utf8path.h"
+#include "app/messageboxes.h"
 #include "files/file.h"
 
 namespace spectrane {
@@ -26,6 +27,7 @@ constexpr const char* kFileSection = "File";
 constexpr const char* kOpenPathKey = "Open File Path";
 constexpr qsizetype kRecentCount = 9;
 constexpr qsizetype kWaitingCount = 32;
+constexpr int kBoxPollMs = 200;
 const QString kRecentName = QStringLiteral("Recent");
 
 QString Bracketed(const QString& path) {
@@ -159,10 +161,23 @@ void FrmMain::ComeForward() {
   activateWindow();
 }
 
+void FrmMain::OpenWaitingLater() {
+  if (!waitingFiles_.isEmpty()) QTimer::singleShot(0, this, [this] { OpenWaiting(); });
+}
+
 void FrmMain::OpenWaiting() {
-  // A run in progress is not disturbed; its end calls again.
-  while (!waitingFiles_.isEmpty() && runs_ == 0 && !locked_ && !closing_)
-    OpenDataFile(waitingFiles_.takeFirst());
+  if (opening_) return;
+  const QWidget* modal = QApplication::activeModalWidget();
+  if (modal && modal->objectName() == QLatin1String(kMessageBoxName)) {
+    QTimer::singleShot(kBoxPollMs, this, [this] { OpenWaiting(); });
+    return;
+  }
+  // A run in progress, a question and an open box are not disturbed; their ends, or the clock, call again.
+  const QScopedValueRollback<bool> opening(opening_, true);
+  while (!waitingFiles_.isEmpty() && runs_ == 0 && !locked_ && !closing_) {
+    const QString path = waitingFiles_.takeFirst();
+    Guarded([&] { OpenDataFile(path); });
+  }
 }
 
 void FrmMain::OnTimerFileOpen() {
@@ -180,9 +195,11 @@ void FrmMain::mmuFileCloseOne() {
 }
 
 bool FrmMain::mmuFileCloseAll() {
-  for (DocumentWindow* document : workspace_->Documents()) {
-    if (document->IsWorkUnsaved()) workspace_->Activate(document);
-    if (document->parentWidget() && !document->parentWidget()->close()) return false;
+  const QList<DocumentWindow*> present = workspace_->Documents();
+  for (const QPointer<DocumentWindow>& document :
+       QList<QPointer<DocumentWindow>>(present.begin(), present.end())) {
+    if (document && document->IsWorkUnsaved()) workspace_->Activate(document);
+    if (document && document->parentWidget() && !document->parentWidget()->close()) return false;
   }
   return true;
 }

@@ -31,7 +31,7 @@ int Run(QWidget* parent, const QString& title, const QString& words, const QStri
         QMessageBox::StandardButton escape) {
   const ArrowPointer pointer;
   QMessageBox box(QMessageBox::Information, title, words, buttons, parent);
-  box.setObjectName(QStringLiteral("MessageBox"));
+  box.setObjectName(QString::fromLatin1(kMessageBoxName));
   ApplyLanguageFont(box);
   box.setTextFormat(Qt::PlainText);
   if (!details.isEmpty()) box.setDetailedText(details);

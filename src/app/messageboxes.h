@@ -6,6 +6,9 @@ class QWidget;
 
 namespace spectrane {
 
+/// Object name of every box.
+inline constexpr const char* kMessageBoxName = "MessageBox";
+
 /// Boxes and file dialogs on the screen: information boxes with the main window's caption as their title.
 class MessageBoxes : public Questions {
  public:

@@ -121,6 +121,7 @@ void Workspace::CascadeAll() {
     window->raise();
     ++place;
   }
+  if (QMdiSubWindow* active = currentSubWindow()) active->raise();
 }
 
 void Workspace::TileAll(bool beside) {

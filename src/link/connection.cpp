@@ -123,7 +123,8 @@ void Connection::ConnectCommand() {
 }
 
 void Connection::ReleaseCommand() {
-  if (state_.InstrumentConnected && !state_.RunUnderWay) ReleaseConnection();
+  const InstrumentRun run(state_);
+  if (run.Owns() && state_.InstrumentConnected) ReleaseConnection();
 }
 
 void Connection::ReleaseConnection() {

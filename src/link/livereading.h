@@ -55,6 +55,7 @@ class LiveReading {
   /// connection.
   void ReportLinkLost();
   void ForgetLinkLost() { linkLost_ = false; }
+  bool LinkLost() const { return linkLost_; }
 
   /// Dark energy of `gain` becomes the current one when the table has that gain.
   void TakeDarkEnergyOf(std::int32_t gain);

@@ -62,9 +62,8 @@ bool DocumentWindow::QueryClose(bool withFrame) {
 }
 
 bool DocumentWindow::AskToStop(bool withFrame) {
-  asking_ = true;
+  const QScopedValueRollback<bool> asking(asking_, true);
   const Answer answer = frame_.Boxes().AskYesNo(Words(kStopTestQuestion));
-  asking_ = false;
   if (answer != Answer::Yes) return false;
   stopWanted_ = true;
   closeWanted_ = true;
@@ -75,11 +74,9 @@ bool DocumentWindow::AskToStop(bool withFrame) {
 bool DocumentWindow::AskToSave() {
   CommitEditors();
   if (!IsModified()) return true;
-  asking_ = true;
+  const QScopedValueRollback<bool> asking(asking_, true);
   const Answer answer = frame_.Boxes().AskYesNoCancel(Words(kSaveRecordQuestion));
-  const bool may = answer == Answer::No || (answer == Answer::Yes && mmuSaveFile());
-  asking_ = false;
-  return may;
+  return answer == Answer::No || (answer == Answer::Yes && mmuSaveFile());
 }
 
 void DocumentWindow::closeEvent(QCloseEvent* event) {
@@ -101,8 +98,9 @@ void DocumentWindow::changeEvent(QEvent* event) {
 bool DocumentWindow::mmuOpenFile(const QString& path) {
   QString fault;
   const bool whole = ReadDocument(path, fault);
-  if (!whole) frame_.Boxes().ShowWords(path + Words(kOpenError), fault);
+  // As it was read: what happens to it while a box is open counts as somebody else's.
   RememberFile(path);
+  if (!whole) frame_.Boxes().ShowWords(path + Words(kOpenError), fault);
   DocumentChanged();
   return whole;
 }

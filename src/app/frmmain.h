@@ -58,6 +58,7 @@ class FrmMain : public QMainWindow, public MainWindow, public MainDisplay {
   DocumentWindow* ActiveForm() const override;
   bool CanCreate(int newFileType) const override;
   void NewFile(int newFileType) override;
+  bool ShowsFile(const QString& path, const DocumentWindow* besides) const override;
   void NoteFile(const QString& path) override;
   void SetMenuStyle(int style) override;
   void FormatsChanged() override;

@@ -99,6 +99,7 @@ void FrmMain::RunCommand(int command) {
     ApplyBarFlags();
     return;
   }
+  SetRemark({});
   Guarded([&] {
     if (row.OnFrame) {
       row.OnFrame(*this);

@@ -99,6 +99,13 @@ DocumentWindow* FrmMain::WindowOfFile(const DocumentKind& kind, const QString& p
   return nullptr;
 }
 
+bool FrmMain::ShowsFile(const QString& path, const DocumentWindow* besides) const {
+  for (const DocumentWindow* document : workspace_->Documents()) {
+    if (document != besides && IsSameFile(document->OpenFileName(), path)) return true;
+  }
+  return false;
+}
+
 bool FrmMain::RefuseToOpen(const QString& path, const QString& details) {
   boxes_->ShowWords(Words(kOpenError), details.isEmpty() ? path : path + u'\n' + details);
   return false;

@@ -162,7 +162,11 @@ void FrmOption::LoadValues() {
   department_->setText(QString::fromStdString(window.Department));
   (window.PrecisionMode == 1 ? high_ : standard_)->setChecked(true);
   searchPorts_->setChecked(window.PortSearchMode == 0);
-  ports_->setCurrentIndex(std::clamp(window.PortID, 1, kPortCount) - 1);
+  // The port on which the instrument answered comes before the stored one, which another copy may have
+  // written.
+  const int answered = frame_.Link().Instrument.GetPortID();
+  const int shown = answered >= 1 && answered <= kPortCount ? answered : window.PortID;
+  ports_->setCurrentIndex(std::clamp(shown, 1, kPortCount) - 1);
   styles_->setCurrentIndex(window.MenuStyle);
 }
 

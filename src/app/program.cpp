@@ -5,6 +5,7 @@
 #include <QLocale>
 
 #include <clocale>
+#include <csignal>
 #include <cstdio>
 
 #include "app/desktop/filetypes.h"
@@ -68,6 +69,11 @@ QString FileOfCommandLine(const QStringList& arguments) {
 }
 
 int Main(int argc, char** argv) {
+#ifndef _WIN32
+  // A full quota and a reader that went away are write errors, told like any other.
+  std::signal(SIGXFSZ, SIG_IGN);
+  std::signal(SIGPIPE, SIG_IGN);
+#endif
   QCoreApplication::setApplicationName(QStringLiteral("spectrane"));
   QCoreApplication::setApplicationVersion(QString::fromStdString(VersionText()));
   QGuiApplication::setDesktopFileName(QString::fromLatin1(kDesktopId));

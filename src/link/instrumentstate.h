@@ -40,6 +40,9 @@ struct InstrumentState {
   std::int32_t DarkEnergy = 0;
   /// Gain as the last `rezero` reported it; kUnknownGain once the instrument may have restarted.
   std::int32_t GainIndex = 0;
+  /// How often `rezero` was sent: an instrument may trim itself anew at each, so a reference that was read
+  /// before no longer fits what it reads after.
+  std::int64_t RezeroCount = 0;
   /// Wavelength of the monochromator [nm].
   double CurrentWavelength = 0.0;
   double CurrentAbs = 0.0;

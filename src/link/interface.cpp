@@ -180,6 +180,7 @@ bool Interface::QuitInstrument() {
 bool Interface::Rezero(std::int32_t& fullEnergy, std::int32_t& gain) {
   std::string text;
   std::string reply;
+  ++state_.RezeroCount;
   if (!Send(Command::Rezero, {}, text, reply)) return false;
   ReplyLines lines(reply, text);
   for (std::int32_t* value : {&fullEnergy, &gain}) {

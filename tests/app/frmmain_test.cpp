@@ -647,6 +647,114 @@ TEST_F(FrmMainTest, TheKeyboardReachesEveryBar) {
   EXPECT_EQ(QApplication::focusWidget(), bar->widgetForAction(Main->ActionOf(kNewBasic)));
 }
 
+TEST_F(FrmMainTest, SeveralDroppedFilesAllOpenWhateverOneOfThemSays) {
+  const QString a = WriteFile("a.bas", QByteArray::fromStdString(BasicFileBytes(1, 1)));
+  const QString b = WriteFile("b.bas", "no data file");
+  const QString c = WriteFile("c.bas", QByteArray::fromStdString(BasicFileBytes(1, 1)));
+  Start();
+  for (const QString& path : {a, b, c}) Main->OpenLater(path);
+  // The message loop runs on while the box is open.
+  Boxes.ExpectWords(Words(1214), [] { QTest::qWait(30); });
+  EXPECT_TRUE(QTest::qWaitFor([this] { return WindowCount() == 2; }));
+}
+
+TEST_F(FrmMainTest, AFileThatComesDuringAConnectionOpensAfterIt) {
+  const QString path = WriteFile("day.bas", QByteArray::fromStdString(BasicFileBytes(1, 1)));
+  Start();
+  bool sent = false;
+  Loop.OnYield = [&] {
+    if (sent) return;
+    sent = true;
+    Main->OpenLater(path);
+    QTest::qWait(5);
+    EXPECT_EQ(WindowCount(), 0);
+  };
+  Main->mmuOperationConnect();
+  Loop.OnYield = nullptr;
+  EXPECT_TRUE(QTest::qWaitFor([this] { return WindowCount() == 1; }));
+}
+
+TEST_F(FrmMainTest, ACommandInsideALiveReadingRunsAfterIt) {
+  Start();
+  ConnectNow();
+  bool chosen = false;
+  bool busyInDialog = true;
+  Loop.OnYield = [&] {
+    if (chosen) return;
+    chosen = true;
+    testing_windows::WhenDialog("FrmAbout", [&](QWidget& about) {
+      busyInDialog = Main->Link().State.InstrumentBusy;
+      about.close();
+    });
+    Main->RunCommand(kAbout);
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+  };
+  Main->SampleTimer().start(1);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return chosen && !busyInDialog; }));
+  Loop.OnYield = nullptr;
+  Main->SampleTimer().stop();
+}
+
+TEST_F(FrmMainTest, NothingStartsWhileTheInstrumentIsReleased) {
+  Start();
+  ConnectNow();
+  NewPhotometry();
+  Choose(kSetBlank);
+  std::vector<std::string> requests;
+  Instrument.OnExchange = [&](const ExchangeRecord& record) { requests.push_back(record.Request); };
+  Loop.OnYield = [&] {
+    EXPECT_FALSE(IsEnabled(kStartTest));
+    Main->ActiveForm()->mmuStartTest();
+  };
+  Choose(kRelease);
+  Loop.OnYield = nullptr;
+  EXPECT_EQ(requests, (std::vector<std::string>{"quit"}));
+  EXPECT_FALSE(Main->SampleTimer().isActive());
+}
+
+TEST_F(FrmMainTest, TheFocusIsBackAfterAConnection) {
+  Start();
+  NewPhotometry();
+  Main->activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(Main.get()));
+  auto* grid = Main->findChild<QWidget*>(QStringLiteral("DataGrid"));
+  grid->setFocus();
+  ASSERT_EQ(QApplication::focusWidget(), grid);
+  Main->mmuOperationConnect();
+  EXPECT_EQ(QApplication::focusWidget(), grid);
+}
+
+TEST_F(FrmMainTest, ABlankOfAnotherWindowEndsTheFirstOnes) {
+  Start();
+  ConnectNow();
+  NewPhotometry();
+  DocumentWindow* first = Main->ActiveForm();
+  Choose(kSetBlank);
+  NewPhotometry();
+  Choose(kSetBlank);
+  Main->findChild<Workspace*>()->Activate(first);
+  Boxes.ExpectMessage(971);
+  Choose(kStartTest);
+  EXPECT_FALSE(first->IsWorkUnsaved());
+}
+
+TEST_F(FrmMainTest, TwoWindowsNeverShareAFile) {
+  const QString path = WriteFile("day.bas", QByteArray::fromStdString(BasicFileBytes(1, 1)));
+  const QString other = WriteFile("other.bas", QByteArray::fromStdString(BasicFileBytes(2, 2)));
+  Start(path);
+  ASSERT_TRUE(Main->OpenDataFile(other));
+  Boxes.ExpectSaveName(Words(1193), path);
+  Boxes.ExpectWords(u'<' + path + QStringLiteral(">File is already opened!"));
+  Choose(kSaveAs);
+}
+
+TEST_F(FrmMainTest, PicturesOfPhotometryAreRefusedInItsOwnWords) {
+  Start();
+  NewPhotometry();
+  Boxes.ExpectMessage(969);
+  Choose(kOutputPicture);
+}
+
 TEST_F(FrmMainTest, ThePulledCableInAReadingIsToldAndConnectWorksAgain) {
   Start();
   ConnectNow();

@@ -299,13 +299,40 @@ TEST_F(PhotometryRun, NoiseBeforeTheEchoIsNoRestart) {
   EXPECT_EQ(Document.RecordCount(), 1);
 }
 
-TEST_F(PhotometryRun, TheRemarkOfALostLinkGoesWithTheFirstGoodReading) {
+TEST_F(PhotometryRun, TheRemarkOfAFailedStartStandsThoughLiveReadingsPass) {
   Blank();
   Peer.Next("getwl", {});
   EXPECT_FALSE(Test.mmuStartTest());
-  EXPECT_FALSE(Display.Remark.empty());
   Link.Live.SampleTimerTick();
-  EXPECT_EQ(Display.Remark, "");
+  EXPECT_EQ(Display.Remark, "Communication error.Please check instrument link cable.");
+}
+
+// Each rezero may trim the instrument anew: whoever sent it, an older reference no longer fits.
+TEST_F(PhotometryRun, ABlankEndsWithTheNextRezeroOfAnybody) {
+  Blank();
+  EXPECT_TRUE(Test.BlankHolds());
+  Link.Live.mmuRezeroEnergy();
+  EXPECT_FALSE(Test.BlankHolds());
+  EXPECT_FALSE(Test.mmuStartTest());
+  EXPECT_EQ(Boxes.Ids, std::vector<int>{971});
+}
+
+TEST_F(PhotometryRun, ARangeThatHoldsTheWavelengthElsewhereEndsTheBlank) {
+  Test.WaveLength = 900.0;
+  Blank();
+  Link.State.WavelengthMax = 800.0;
+  Peer.Commands.clear();
+  EXPECT_FALSE(Test.mmuStartTest());
+  EXPECT_EQ(Boxes.Ids, std::vector<int>{971});
+  EXPECT_EQ(Document.RecordCount(), 0);
+}
+
+TEST_F(PhotometryRun, ASamplerWithoutAPositionInUseSaysSo) {
+  FitSampler();
+  Blank();
+  Link.State.SamplerPositions.fill(false);
+  EXPECT_FALSE(Test.mmuStartTest());
+  EXPECT_EQ(Display.Remark, "No sampler position is in use.");
 }
 
 TEST_F(PhotometryRun, TwoQuickStartsTakeOneMeasurement) {
@@ -341,8 +368,8 @@ TEST_F(PhotometryRun, TwoWindowsNeverShareTheInstrument) {
   PhotometryTest other({instrument, Link.State, live, Display, Boxes, Link.Formats}, otherDocument);
   int number = 1;
   ASSERT_TRUE(sci.OpenPort(number));
-  test.mmuOperationRezero();
   other.mmuOperationRezero();
+  test.mmuOperationRezero();
   other.WaveLength = 600.0;
   FitSampler();
   Link.State.SamplerPositions = {false, true, true, false, false, false, false, false, false};

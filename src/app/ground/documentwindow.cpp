@@ -18,6 +18,7 @@ constexpr int kStopTestQuestion = 1211;
 constexpr int kOverwriteQuestion = 1212;
 constexpr int kSaveError = 1213;
 constexpr int kOpenError = 1214;
+constexpr int kAlreadyOpen = 1218;
 
 constexpr const char* kFilePathKey = "File Path";
 
@@ -138,6 +139,11 @@ bool DocumentWindow::SaveUnderNewName() {
   if (path.isEmpty()) return false;
   const QString ending = QString::fromLatin1(words.Ending);
   if (!path.endsWith(ending, Qt::CaseInsensitive)) path += ending;
+  if (frame_.ShowsFile(path, this)) {
+    // Two windows would write one file in turns.
+    frame_.Boxes().ShowWords(u'<' + path + u'>' + Words(kAlreadyOpen));
+    return false;
+  }
   if (QFileInfo::exists(path) &&
       frame_.Boxes().AskYesNo(path + u' ' + Words(kOverwriteQuestion)) != Answer::Yes) {
     return false;

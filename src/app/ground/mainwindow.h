@@ -36,6 +36,8 @@ class MainWindow {
   virtual bool CanCreate(int newFileType) const = 0;
   /// Creates, shows and sets up a document of that kind. Yields.
   virtual void NewFile(int newFileType) = 0;
+  /// Another window than `besides` shows the file.
+  virtual bool ShowsFile(const QString&, const DocumentWindow* /*besides*/) const { return false; }
   /// The file was opened or saved: head of the recent files.
   virtual void NoteFile(const QString& path) = 0;
   /// Draws the command bars in another look of the style list, at once.

@@ -13,7 +13,7 @@ struct BasicSettings {
 inline constexpr const char* kBasicSection = "Basic Test";
 
 inline constexpr SettingRow<BasicSettings> kBasicSettingRows[] = {
-    {kBasicSection, "Wavelength", [](BasicSettings& s) -> double& { return s.WaveLength; }},
+    {kBasicSection, "Wavelength", [](BasicSettings& s) -> double& { return s.WaveLength; }, 100.0, 3000.0},
 };
 
 }  // namespace spectrane

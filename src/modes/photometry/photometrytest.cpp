@@ -1,7 +1,9 @@
 #include "modes/photometry/photometrytest.h"
 
+#include <algorithm>
 #include <limits>
 
+#include "base/language.h"
 #include "base/numbers.h"
 #include "link/function.h"
 
@@ -13,6 +15,7 @@ constexpr int kNoInstrument = 970;
 constexpr int kBlankWanted = 971;
 constexpr int kTestCommunicationError = 972;
 constexpr int kSamplerError = 1912;
+constexpr int kCommunicationError = 1096;
 // Differs from every wavelength, so that an instrument that tells none is moved.
 constexpr double kUnknownWavelength = std::numeric_limits<double>::quiet_NaN();
 
@@ -51,6 +54,7 @@ bool PhotometryTest::TakeBlank() {
   BlankFullEnergy = state.FullEnergy;
   BlankDarkEnergy = state.DarkEnergy;
   blankGain_ = state.GainIndex;
+  blankRezero_ = state.RezeroCount;
   blankWavelength_ = WaveLength;
   return true;
 }
@@ -60,7 +64,8 @@ bool PhotometryTest::MoveFrom(double wavelength) {
 }
 
 bool PhotometryTest::LinkFailed() {
-  bench_.Live.ReportLinkLost();
+  // It stands until the next command; a live reading that passes does not take it away.
+  bench_.Display.SetRemark(Text(kCommunicationError));
   return false;
 }
 
@@ -72,7 +77,8 @@ void PhotometryTest::TellWavelength() {
 }
 
 bool PhotometryTest::BlankHolds() const {
-  return BlankDone && blankGain_ == bench_.State.GainIndex && blankWavelength_ == WaveLength;
+  return BlankDone && blankRezero_ == bench_.State.RezeroCount && blankGain_ == bench_.State.GainIndex &&
+         blankWavelength_ == WaveLength;
 }
 
 bool PhotometryTest::mmuStartTest() {
@@ -103,6 +109,11 @@ bool PhotometryTest::MeasureAll() {
   if (Stopped()) return false;
   if (!MoveFrom(wavelength)) return LinkFailed();
   TellWavelength();
+  // The range of another instrument may have held the wavelength elsewhere.
+  if (!BlankHolds()) {
+    bench_.Boxes.Show(kBlankWanted);
+    return false;
+  }
   bench_.Live.ToolsBarFullEnergyData(BlankFullEnergy, BlankDarkEnergy, state.GainIndex);
   if (Stopped()) return false;
   if (!state.SamplerPresent) return MeasureRow({}) || RunFailed();
@@ -110,6 +121,11 @@ bool PhotometryTest::MeasureAll() {
 }
 
 bool PhotometryTest::MeasureCells() {
+  const auto& used = bench_.State.SamplerPositions;
+  if (std::none_of(used.begin() + 1, used.end(), [](bool position) { return position; })) {
+    bench_.Display.SetRemark("No sampler position is in use.");
+    return false;
+  }
   for (std::int32_t position = 1; position <= kSamplerPositionCount; ++position) {
     if (!bench_.State.SamplerPositions[static_cast<std::size_t>(position)]) continue;
     if (Stopped()) return false;

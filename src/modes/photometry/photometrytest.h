@@ -52,6 +52,7 @@ class PhotometryTest : public RezeroTarget {
   TestBench bench_;
   PhotometryDocument& document_;
   // Energies of different gains or wavelengths cannot be compared.
+  std::int64_t blankRezero_ = 0;
   std::int32_t blankGain_ = 0;
   double blankWavelength_ = 0;
 };

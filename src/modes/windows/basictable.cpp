@@ -112,6 +112,8 @@ Qt::ItemFlags BasicTable::flags(const QModelIndex& index) const {
 
 bool BasicTable::setData(const QModelIndex& index, const QVariant& value, int role) {
   if (role != Qt::EditRole || index.column() != kNote || index.row() >= rows_) return false;
+  // Taken over as it was shown: the bytes of the file stay.
+  if (value.toString() == CellText(index.row(), kNote)) return true;
   const std::string note = FitNote(value.toString()).toStdString();
   if (note == document_.RecordNote(index.row())) return true;
   document_.SetRecordNote(index.row(), note);

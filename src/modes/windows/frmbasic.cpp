@@ -207,6 +207,7 @@ bool FrmBasic::Offers(int command) const {
     case kStartTest:
     case kSetBlank:
     case kTestOption:
+    case kOutputPicture:  // with the words that refuse it
       return !RunsNow();
     case kSave:
     case kSaveAs:
@@ -237,8 +238,8 @@ FileKindWords FrmBasic::FileWords() const {
 }
 
 bool FrmBasic::IsModified() const {
-  // Rows that were taken and removed again leave nothing to save.
-  return document_.IsModified() && (document_.RecordCount() > 0 || !document_.FileName().empty());
+  // A document without rows has nothing to save; the file of one that was emptied keeps its rows.
+  return document_.IsModified() && document_.RecordCount() > 0;
 }
 
 bool FrmBasic::SavesElsewhere() const {

@@ -1,5 +1,6 @@
 #include "modes/windows/frmbasicconfig.h"
 
+#include <cmath>
 #include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -14,6 +15,10 @@
 
 namespace spectrane {
 namespace {
+
+double RoundToTenth(double wavelength) {
+  return std::round(wavelength * 10.0) / 10.0;
+}
 
 constexpr int kTitle = 1318;
 constexpr int kWavelengthLabel = 701;
@@ -61,7 +66,8 @@ bool FrmBasicConfig::TakeField() {
       field_->text() == textAtStart_ ? wavelength_ : ParseNumber(field_->text().toStdString());
   const InstrumentState& state = frame_.Link().State;
   if (!wavelength || *wavelength < state.WavelengthMin || *wavelength > state.WavelengthMax) return false;
-  wavelength_ = *wavelength;
+  // The instrument moves in steps of 0.1 nm; a row is labelled with what it can stand at.
+  if (field_->text() != textAtStart_) wavelength_ = RoundToTenth(*wavelength);
   return true;
 }
 
@@ -73,7 +79,7 @@ void FrmBasicConfig::accept() {
     return;
   }
   BasicSettings settings{wavelength_};
-  StoreSettings<BasicSettings>(frame_.Settings(), kBasicSettingRows, settings);
+  if (!StoreSettings<BasicSettings>(frame_.Settings(), kBasicSettingRows, settings)) RemarkOnSettings(frame_);
   QDialog::accept();
 }
 

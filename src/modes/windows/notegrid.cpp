@@ -1,5 +1,6 @@
 #include "modes/windows/notegrid.h"
 
+#include <QCoreApplication>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -127,13 +128,26 @@ void NoteGrid::Copy() const {
   CopyGrid(*model(), selectionModel()->selection());
 }
 
+bool NoteGrid::EditByKey(const QModelIndex& note, EditTrigger trigger, QEvent* event) {
+  if (trigger != AnyKeyPressed || note.data().toString().isEmpty())
+    return QTableView::edit(note, trigger, event);
+  // A stray letter goes behind the note instead of taking its place.
+  if (!QTableView::edit(note, EditKeyPressed, nullptr)) return false;
+  if (auto* const line = qobject_cast<QLineEdit*>(delegate_->Editor())) {
+    line->end(false);
+    if (event) QCoreApplication::sendEvent(line, event);
+  }
+  return true;
+}
+
 bool NoteGrid::edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) {
   const bool byKey = trigger == EditKeyPressed || trigger == AnyKeyPressed;
   if (byKey && index.isValid() && index.column() != NoteColumn()) {
     const QModelIndex note = index.siblingAtColumn(NoteColumn());
     selectionModel()->setCurrentIndex(note, QItemSelectionModel::NoUpdate);
-    return QTableView::edit(note, trigger, event);
+    return EditByKey(note, trigger, event);
   }
+  if (byKey && index.isValid()) return EditByKey(index, trigger, event);
   return QTableView::edit(index, trigger, event);
 }
 

@@ -36,6 +36,7 @@ class NoteGrid : public QTableView {
 
  protected:
   bool edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) override;
+  bool EditByKey(const QModelIndex& note, EditTrigger trigger, QEvent* event);
   void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
   bool event(QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;

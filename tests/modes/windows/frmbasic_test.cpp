@@ -165,7 +165,7 @@ TEST_F(BasicWindow, OffersWhatMakesSense) {
       {"close", kClose, true, true, true},
       {"option", kTestOption, true, true, false},
       {"print", kPrint, false, false, false},
-      {"picture", kOutputPicture, false, false, false},
+      {"picture", kOutputPicture, true, true, false},
       {"workbook", kOutputWorkbook, false, false, false},
       {"text", kOutputText, false, false, false},
       {"copy picture", kCopyPicture, false, false, false},

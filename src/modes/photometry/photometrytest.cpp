@@ -124,7 +124,7 @@ bool PhotometryTest::MeasureCells() {
   const auto& used = bench_.State.SamplerPositions;
   if (std::none_of(used.begin() + 1, used.end(), [](bool position) { return position; })) {
     bench_.Display.SetRemark("No sampler position is in use.");
-    return false;
+    return true;
   }
   for (std::int32_t position = 1; position <= kSamplerPositionCount; ++position) {
     if (!bench_.State.SamplerPositions[static_cast<std::size_t>(position)]) continue;

@@ -1,6 +1,7 @@
 #include "app/frmmain.h"
 
 #include <QApplication>
+#include <QDialog>
 #include <QFileInfo>
 #include <QMenu>
 #include <QScreen>
@@ -305,6 +306,8 @@ void FrmMain::Lock(bool locked) {
   if (locked) {
     focusBeforeLock_ = QApplication::focusWidget();
     setEnabled(false);
+    // A dialog is a window of its own: what is typed into one that is open must not get lost.
+    for (QDialog* dialog : findChildren<QDialog*>()) dialog->setEnabled(true);
     QGuiApplication::setOverrideCursor(Qt::WaitCursor);
     return;
   }

@@ -313,6 +313,12 @@ void FrmMain::Lock(bool locked) {
   }
   setEnabled(true);
   QGuiApplication::restoreOverrideCursor();
+  // What is disabled passes its focus on, at last to some button of a bar.
+  if (QWidget* strayed = focusWidget();
+      strayed && strayed != focusBeforeLock_ && qobject_cast<QToolBar*>(strayed->parentWidget())) {
+    DocumentWindow* active = ActiveForm();
+    (active ? static_cast<QWidget*>(active) : workspace_)->setFocus();
+  }
   if (focusBeforeLock_ && !QApplication::focusWidget()) focusBeforeLock_->setFocus();
   OpenWaitingLater();
 }

@@ -6,7 +6,14 @@
 #include "cli/command.h"
 #include "cli/jsonblock.h"
 #include "files/basicfile.h"
+#include "files/bslfile.h"
+#include "files/dnafile.h"
 #include "files/fileheader.h"
+#include "files/multifile.h"
+#include "files/quafile.h"
+#include "files/tsfile.h"
+#include "files/wlsfile.h"
+#include "files/wlsfile2.h"
 #include "link/function.h"
 
 namespace spectrane {
@@ -46,7 +53,7 @@ std::string Describe(const FileModule<OptionT, RecordT>& module, AddDerived<Opti
   if (fault && (data || !fewer)) throw Refusal(path, fault);
 
   Json json = {{"kind", module.Name}, {"file_type", module.FileType}, {"header", HeaderJson(file.Number)}};
-  json["option"] = JsonOfBlock(module.Option, &option);
+  json["option"] = JsonOfBlock(module.Option.Fields, &option);
   json["records"] = count;
   std::string text = JsonText(json);
   if (!data) return text;
@@ -58,7 +65,7 @@ std::string Describe(const FileModule<OptionT, RecordT>& module, AddDerived<Opti
       NoteFault(file.Number, {FileError::Damaged, FileLength(file.Number), count, i, {}});
       throw Refusal(path, FaultOf(file.Number));
     }
-    Json row = JsonOfBlock(module.Record, &record);
+    Json row = JsonOfBlock(module.Record.Fields, &record);
     if (addDerived != nullptr) addDerived(option, record, row);
     text += i == 0 ? "\n" : ",\n";
     text += JsonText(row);
@@ -71,7 +78,7 @@ FileFault Pack(const FileModule<OptionT, RecordT>& module, const Json& document,
                std::size_t& records, bool& lost) {
   OptionT option;
   if (const auto found = document.find("option"); found != document.end()) {
-    BlockFromJson(module.Option, *found, "option", &option);
+    BlockFromJson(module.Option.Fields, *found, "option", &option);
   }
   std::vector<RecordT> rows;
   if (const auto data = document.find("data"); data != document.end()) {
@@ -79,7 +86,7 @@ FileFault Pack(const FileModule<OptionT, RecordT>& module, const Json& document,
     if (data->size() > static_cast<std::size_t>(module.MostRecords)) throw BadJson("data is too long");
     rows.resize(data->size());
     for (std::size_t i = 0; i < rows.size(); ++i) {
-      BlockFromJson(module.Record, (*data)[i], "data[" + std::to_string(i) + "]", &rows[i]);
+      BlockFromJson(module.Record.Fields, (*data)[i], "data[" + std::to_string(i) + "]", &rows[i]);
     }
   }
   records = rows.size();
@@ -89,7 +96,8 @@ FileFault Pack(const FileModule<OptionT, RecordT>& module, const Json& document,
 }
 
 template <typename OptionT, typename RecordT>
-BatchKind MakeKind(const FileModule<OptionT, RecordT>& module, AddDerived<OptionT, RecordT> addDerived) {
+BatchKind MakeKind(const FileModule<OptionT, RecordT>& module,
+                   AddDerived<OptionT, RecordT> addDerived = nullptr) {
   return {&module,
           [&module, addDerived](const std::string& path, bool data) {
             return Describe(module, addDerived, path, data);
@@ -99,14 +107,31 @@ BatchKind MakeKind(const FileModule<OptionT, RecordT>& module, AddDerived<Option
           }};
 }
 
-void AddBasicDerived(const BasicOption&, const BasicRecord& record, Json& json) {
-  json["Trans"] = TransFromEnergy(record.SampleEnergy, record.ReferenceEnergy, record.DarkEnergy);
-  json["Abs"] = AbsFromEnergy(record.SampleEnergy, record.ReferenceEnergy, record.DarkEnergy);
+void AddPhotometry(std::int32_t energy, std::int32_t full, std::int32_t dark, Json& json) {
+  json["Trans"] = TransFromEnergy(energy, full, dark);
+  json["Abs"] = AbsFromEnergy(energy, full, dark);
+}
+
+/// Of a record that has its own blank.
+template <typename OptionT, typename RecordT>
+void AddOwnPhotometry(const OptionT&, const RecordT& record, Json& json) {
+  AddPhotometry(record.SampleEnergy, record.ReferenceEnergy, record.DarkEnergy, json);
+}
+
+void AddTimeScanPhotometry(const TSOption& option, const TSRecord& record, Json& json) {
+  AddPhotometry(record.Energy, option.FullEnergy, option.DarkEnergy, json);
 }
 
 const auto& Kinds() {
   static const std::array kinds = {
-      MakeKind(BasicModule(), AddBasicDerived),
+      MakeKind(BasicModule(), AddOwnPhotometry),
+      MakeKind(QuaModule()),
+      MakeKind(TSModule(), AddTimeScanPhotometry),
+      MakeKind(WLSModule(), AddOwnPhotometry),
+      MakeKind(WLS2Module()),
+      MakeKind(MultiModule()),
+      MakeKind(DNAModule()),
+      MakeKind(BSLModule()),
   };
   return kinds;
 }

@@ -8,19 +8,7 @@ namespace spectrane {
 namespace {
 
 Json JsonOfElement(const LayoutField& field, const void* element) {
-  switch (field.Type) {
-    case FieldType::Long:
-      return *static_cast<const std::int32_t*>(element);
-    case FieldType::Integer:
-      return *static_cast<const std::int16_t*>(element);
-    case FieldType::Double:
-      return *static_cast<const double*>(element);
-    case FieldType::Boolean:
-      return *static_cast<const bool*>(element);
-    case FieldType::Text:
-      return *static_cast<const std::string*>(element);
-  }
-  return nullptr;
+  return VisitElement(field.Type, element, [](const auto& value) -> Json { return value; });
 }
 
 Json JsonOfField(const LayoutField& field, const void* object) {
@@ -73,27 +61,23 @@ double Number(const Json& json, const std::string& where) {
   return json.get<double>();
 }
 
-void ElementFromJson(const LayoutField& field, const Json& json, const std::string& where, void* element) {
-  switch (field.Type) {
-    case FieldType::Long:
-      *static_cast<std::int32_t*>(element) = WholeNumber<std::int32_t>(json, where);
-      break;
-    case FieldType::Integer:
-      *static_cast<std::int16_t*>(element) = WholeNumber<std::int16_t>(json, where);
-      break;
-    case FieldType::Double:
-      *static_cast<double*>(element) = Number(json, where);
-      break;
-    case FieldType::Boolean:
-      if (!json.is_boolean()) Reject(where, "neither true nor false");
-      *static_cast<bool*>(element) = json.get<bool>();
-      break;
-    case FieldType::Text:
-      if (!json.is_string()) Reject(where, "not a text");
-      *static_cast<std::string*>(element) = json.get<std::string>();
-      break;
+/// Takes one member as what it is in the program.
+struct MemberReader {
+  const Json& Value;
+  const std::string& Where;
+
+  void operator()(std::int32_t& member) const { member = WholeNumber<std::int32_t>(Value, Where); }
+  void operator()(std::int16_t& member) const { member = WholeNumber<std::int16_t>(Value, Where); }
+  void operator()(double& member) const { member = Number(Value, Where); }
+  void operator()(bool& member) const {
+    if (!Value.is_boolean()) Reject(Where, "neither true nor false");
+    member = Value.get<bool>();
   }
-}
+  void operator()(std::string& member) const {
+    if (!Value.is_string()) Reject(Where, "not a text");
+    member = Value.get<std::string>();
+  }
+};
 
 void CheckArray(const Json& json, std::size_t most, const std::string& where) {
   if (!json.is_array()) Reject(where, "not an array");
@@ -106,7 +90,7 @@ std::string Indexed(const std::string& where, std::size_t index) {
 
 void FieldFromJson(const LayoutField& field, const Json& json, const std::string& where, void* object) {
   const auto take = [&](const Json& value, std::size_t index, const std::string& place) {
-    ElementFromJson(field, value, place, const_cast<void*>(field.Element(object, index)));
+    VisitElement(field.Type, WritableElement(field, object, index), MemberReader{value, place});
   };
   if (field.Dimensions == 0) {
     take(json, 0, where);

@@ -16,7 +16,8 @@ constexpr LayoutField kRecord[] = {
     Field<&BasicRecord::Note>("Note", 20, 256),
 };
 constexpr FileModule<BasicOption, BasicRecord> kModule = {
-    {"bas", 11, kOption, 388, 492, kRecord, 276, kNoRecordLimit},
+    {"bas", 11, BlockOf<BasicOption, kOption, 388>(), 492, BlockOf<BasicRecord, kRecord, 276>(),
+     kNoRecordLimit},
     [](const BasicOption& option) -> std::int64_t { return option.RecordCount; },
     [](BasicOption& option, std::int32_t count) { option.RecordCount = count; },
 };

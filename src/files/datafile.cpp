@@ -1,5 +1,6 @@
 #include "files/datafile.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace spectrane {
@@ -7,20 +8,20 @@ namespace {
 
 std::int64_t RecordOffset(const FileKind& kind, std::int32_t index) {
   return static_cast<std::int64_t>(kind.FirstRecord) +
-         static_cast<std::int64_t>(index) * static_cast<std::int64_t>(kind.RecordSize);
+         static_cast<std::int64_t>(index) * static_cast<std::int64_t>(kind.Record.Size);
 }
 
-void WriteBlock(int fileNumber, std::int64_t offset, std::size_t size, Layout layout, const void* object) {
-  unsigned char* const bytes = PlaceBytes(fileNumber, offset, size);
+void WriteBlock(int fileNumber, std::int64_t offset, const Block& block, const void* object) {
+  unsigned char* const bytes = PlaceBytes(fileNumber, offset, block.Size);
   if (bytes == nullptr) return;
   bool lost = false;
-  EncodeBlock(layout, object, bytes, lost);
+  block.Encode(object, bytes, lost);
   if (lost) NoteTextLost(fileNumber);
 }
 
 /// The bytes between the option block and the first record.
 void WriteSpare(const FileKind& kind, int fileNumber) {
-  const std::size_t offset = kFileHeaderSize + kind.OptionSize;
+  const std::size_t offset = kFileHeaderSize + kind.Option.Size;
   const std::size_t size = kind.FirstRecord - offset;
   if (size == 0) return;
   unsigned char* const bytes = PlaceBytes(fileNumber, static_cast<std::int64_t>(offset), size);
@@ -38,8 +39,8 @@ bool CreateDataFile(const FileKind& kind, const std::string& path, int& fileNumb
   fileNumber = FreeFileNumber();
   if (!CreateBinaryFile(path, fileNumber, ownerOnly)) return false;
   const FileHeader header = NewFileHeader(kind.FileType);
-  WriteBlock(fileNumber, 0, kFileHeaderSize, FileHeaderLayout(), &header);
-  WriteBlock(fileNumber, kFileHeaderSize, kind.OptionSize, kind.Option, option);
+  WriteBlock(fileNumber, 0, FileHeaderBlock(), &header);
+  WriteBlock(fileNumber, kFileHeaderSize, kind.Option, option);
   WriteSpare(kind, fileNumber);
   return true;
 }
@@ -56,26 +57,49 @@ bool OpenDataFile(const FileKind& kind, const std::string& path, int& fileNumber
     NoteFault(fileNumber, {FileError::WrongKind, 0, 0, 0, {}});
     return false;
   }
-  const unsigned char* const bytes = ViewBytes(fileNumber, kFileHeaderSize, kind.OptionSize);
+  const unsigned char* const bytes = ViewBytes(fileNumber, kFileHeaderSize, kind.Option.Size);
   if (bytes == nullptr) {
     NoteDamage(fileNumber);
     return false;
   }
-  DecodeBlock(kind.Option, bytes, option);
+  kind.Option.Decode(bytes, option, 1);
   return true;
 }
 
 bool ReadDataRecord(const FileKind& kind, int fileNumber, void* record, std::int32_t index) {
   if (index < 0) return false;
-  const unsigned char* const bytes = ViewBytes(fileNumber, RecordOffset(kind, index), kind.RecordSize);
+  const unsigned char* const bytes = ViewBytes(fileNumber, RecordOffset(kind, index), kind.Record.Size);
   if (bytes == nullptr) return false;
-  DecodeBlock(kind.Record, bytes, record);
+  kind.Record.Decode(bytes, record, 1);
   return true;
+}
+
+std::int32_t ReadDataRecords(const FileKind& kind, int fileNumber, void* records, std::size_t recordSize,
+                             std::int32_t index, std::int32_t count) {
+  const auto most = static_cast<std::int32_t>(kLargestPiece / kind.Record.Size);
+  auto* const bytes = static_cast<unsigned char*>(records);
+  std::int32_t read = 0;
+  while (read < count) {
+    void* const record = bytes + static_cast<std::size_t>(read) * recordSize;
+    const std::int32_t step = std::min(most, count - read);
+    const unsigned char* const piece = ViewBytes(fileNumber, RecordOffset(kind, index + read),
+                                                 static_cast<std::size_t>(step) * kind.Record.Size);
+    if (piece != nullptr) {
+      kind.Record.Decode(piece, record, static_cast<std::size_t>(step));
+      read += step;
+    } else if (step > 1 && ReadDataRecord(kind, fileNumber, record, index + read)) {
+      // The file was cut short meanwhile: whole records before its end still count.
+      ++read;
+    } else {
+      break;
+    }
+  }
+  return read;
 }
 
 bool WriteDataRecord(const FileKind& kind, int fileNumber, const void* record, std::int32_t index) {
   // A negative index would land in the blocks before the records; it becomes a fault under the number.
-  WriteBlock(fileNumber, index < 0 ? -1 : RecordOffset(kind, index), kind.RecordSize, kind.Record, record);
+  WriteBlock(fileNumber, index < 0 ? -1 : RecordOffset(kind, index), kind.Record, record);
   return true;
 }
 
@@ -85,7 +109,7 @@ void CloseDataFile(int fileNumber) {
 
 std::int64_t RecordsInFile(const FileKind& kind, int fileNumber) {
   const std::int64_t behind = FileLength(fileNumber) - static_cast<std::int64_t>(kind.FirstRecord);
-  return behind <= 0 ? 0 : behind / static_cast<std::int64_t>(kind.RecordSize);
+  return behind <= 0 ? 0 : behind / static_cast<std::int64_t>(kind.Record.Size);
 }
 
 std::int32_t ReadableCount(const FileKind& kind, int fileNumber, std::int64_t stated, FileFault& fault) {

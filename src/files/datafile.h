@@ -7,10 +7,10 @@
 #include <vector>
 
 #include "base/filereplacement.h"
+#include "files/block.h"
 #include "files/filefault.h"
 #include "files/fileheader.h"
 #include "files/filenumber.h"
-#include "files/layout.h"
 
 namespace spectrane {
 
@@ -19,22 +19,19 @@ struct FileKind {
   /// Short word of the kind, also its ending without the point ("bas").
   const char* Name;
   std::int32_t FileType;
-  Layout Option;
-  std::size_t OptionSize;
+  Block Option;
   /// Offset of record 0; bytes between the option block and it are spare, written as zeros and never asked
   /// for.
   std::size_t FirstRecord;
-  Layout Record;
-  std::size_t RecordSize;
+  Block Record;
   /// Most records that the program takes from one file.
   std::int32_t MostRecords;
 };
 
-/// The descriptions fill their blocks, and the blocks their places.
+/// The blocks have their places.
 constexpr bool KindHolds(const FileKind& kind) {
-  return LayoutHolds(kind.Option, kind.OptionSize) && LayoutHolds(kind.Record, kind.RecordSize) &&
-         kind.FirstRecord >= kFileHeaderSize + kind.OptionSize && kind.FirstRecord <= kLargestPiece &&
-         kind.RecordSize <= kLargestPiece;
+  return kind.FirstRecord >= kFileHeaderSize + kind.Option.Size && kind.FirstRecord <= kLargestPiece &&
+         kind.Record.Size > 0 && kind.Record.Size <= kLargestPiece;
 }
 
 /// The procedures of all kinds. `option` and `record` point to the structures that the kind's layouts
@@ -43,6 +40,10 @@ bool CreateDataFile(const FileKind& kind, const std::string& path, int& fileNumb
                     bool ownerOnly = false);
 bool OpenDataFile(const FileKind& kind, const std::string& path, int& fileNumber, void* option);
 bool ReadDataRecord(const FileKind& kind, int fileNumber, void* record, std::int32_t index);
+/// Reads `count` records from `index` on into as many structures in a row, many at a time. Returns how many
+/// could be read, counted from the first.
+std::int32_t ReadDataRecords(const FileKind& kind, int fileNumber, void* records, std::size_t recordSize,
+                             std::int32_t index, std::int32_t count);
 bool WriteDataRecord(const FileKind& kind, int fileNumber, const void* record, std::int32_t index);
 void CloseDataFile(int fileNumber);
 
@@ -96,14 +97,11 @@ FileFault LoadDataFile(const FileModule<OptionT, RecordT>& module, const std::st
   }
   FileFault fault;
   const std::int32_t count = ReadableCount(module, fileNumber, module.StatedCount(option), fault);
-  records.reserve(static_cast<std::size_t>(count));
-  for (std::int32_t i = 0; i < count; ++i) {
-    RecordT record;
-    if (!module.Read(fileNumber, record, i)) {
-      NoteFault(fileNumber, {FileError::Damaged, FileLength(fileNumber), count, i, {}});
-      break;
-    }
-    records.push_back(std::move(record));
+  records.resize(static_cast<std::size_t>(count));
+  const std::int32_t read = ReadDataRecords(module, fileNumber, records.data(), sizeof(RecordT), 0, count);
+  if (read < count) {
+    records.resize(static_cast<std::size_t>(read));
+    NoteFault(fileNumber, {FileError::Damaged, FileLength(fileNumber), count, read, {}});
   }
   CloseDataFile(fileNumber);
   return fault ? fault : FaultOf(fileNumber);

@@ -12,12 +12,12 @@ constexpr LayoutField kFields[] = {
     Field<&FileHeader::Reserved1>("Reserved1", 68, 16), Field<&FileHeader::Reserved2>("Reserved2", 84, 16),
     Field<&FileHeader::Magic>("Magic", 100, 4),
 };
-static_assert(LayoutHolds(kFields, kFileHeaderSize));
+constexpr Block kBlock = BlockOf<FileHeader, kFields, kFileHeaderSize>();
 
 }  // namespace
 
-Layout FileHeaderLayout() {
-  return kFields;
+const Block& FileHeaderBlock() {
+  return kBlock;
 }
 
 FileHeader NewFileHeader(std::int32_t fileType) {
@@ -41,7 +41,7 @@ bool HeaderHolds(const FileHeader& header) {
 bool ReadFileHeader(int fileNumber, FileHeader& header) {
   const unsigned char* const bytes = ViewBytes(fileNumber, 0, kFileHeaderSize);
   if (bytes == nullptr) return false;
-  DecodeBlock(kFields, bytes, &header);
+  kBlock.Decode(bytes, &header, 1);
   return true;
 }
 

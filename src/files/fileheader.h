@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-#include "files/layout.h"
+#include "files/block.h"
 
 namespace spectrane {
 
@@ -26,7 +26,7 @@ struct FileHeader {
   std::int32_t Magic = 0;
 };
 
-Layout FileHeaderLayout();
+const Block& FileHeaderBlock();
 /// The header that this program writes.
 FileHeader NewFileHeader(std::int32_t fileType);
 /// Author (blanks around it do not count) and magic number are those of this system.

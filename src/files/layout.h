@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <type_traits>
 
 namespace spectrane {
 
@@ -71,10 +72,33 @@ constexpr bool LayoutHolds(Layout layout, std::size_t size) {
   return end == size;
 }
 
-/// Writes the object's members into the block. A text that had to give up a character sets `lost`.
-void EncodeBlock(Layout layout, const void* object, unsigned char* block, bool& lost);
-/// Reads the block into the object's members.
-void DecodeBlock(Layout layout, const unsigned char* block, void* object);
+/// The element of that index in an object that may be written.
+inline void* WritableElement(const LayoutField& field, void* object, std::size_t index) {
+  // The object came in writable; only the shared accessor is const.
+  return const_cast<void*>(field.Element(object, index));
+}
+
+/// Calls `visit` with the element as what it is in the program; `VoidT` is void or const void.
+template <typename VoidT, typename Visit>
+constexpr decltype(auto) VisitElement(FieldType type, VoidT* element, Visit&& visit) {
+  using std::is_const_v;
+  const auto as = [element]<typename T>(T*) -> auto& {
+    return *static_cast<std::conditional_t<is_const_v<VoidT>, const T, T>*>(element);
+  };
+  switch (type) {
+    case FieldType::Long:
+      return visit(as(static_cast<std::int32_t*>(nullptr)));
+    case FieldType::Integer:
+      return visit(as(static_cast<std::int16_t*>(nullptr)));
+    case FieldType::Double:
+      return visit(as(static_cast<double*>(nullptr)));
+    case FieldType::Boolean:
+      return visit(as(static_cast<bool*>(nullptr)));
+    case FieldType::Text:
+      break;
+  }
+  return visit(as(static_cast<std::string*>(nullptr)));
+}
 
 namespace layoutdetail {
 

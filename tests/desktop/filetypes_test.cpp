@@ -328,7 +328,8 @@ TEST_F(DesktopToolsTest, FilesAreKnownByTheirHeaderAndThenByTheirEnding) {
                                    : result.Output.substr(start, result.Output.find('\n', start) - start);
   };
   const auto fileOf = [&](std::int32_t fileType) {
-    const FileKind kind{"", fileType, {}, 0, kFileHeaderSize, {}, 1, 0};
+    const Block nothing{{}, 0, [](const void*, unsigned char*, bool&) {}, nullptr};
+    const FileKind kind{"", fileType, nothing, kFileHeaderSize, nothing, 0};
     const std::string path = folder_.Path("made");
     fs::remove(path);
     int number = 0;

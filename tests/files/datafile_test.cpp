@@ -28,7 +28,7 @@ constexpr LayoutField kOption[] = {Field<&Option::Pair>("Pair", 0, 8), Field<&Op
 constexpr LayoutField kRecord[] = {Field<&Record::Number>("Number", 0, 4),
                                    Field<&Record::Name>("Name", 4, 3)};
 constexpr FileModule<Option, Record> kModule = {
-    {"tst", 9, kOption, 12, 118, kRecord, 7, 1000},
+    {"tst", 9, BlockOf<Option, kOption, 12>(), 118, BlockOf<Record, kRecord, 7>(), 1000},
     [](const Option& option) -> std::int64_t { return option.Count; },
     [](Option& option, std::int32_t count) { option.Count = count; },
 };

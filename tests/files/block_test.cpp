@@ -1,4 +1,4 @@
-#include "files/layout.h"
+#include "files/block.h"
 
 #include <cmath>
 #include <cstring>
@@ -27,18 +27,18 @@ constexpr LayoutField kSample[] = {
     Field<&Sample::Table>("Table", 29, 48), Field<&Sample::Names>("Names", 77, 6),
 };
 constexpr std::size_t kSize = 83;
-static_assert(LayoutHolds(kSample, kSize));
+constexpr Block kBlock = BlockOf<Sample, kSample, kSize>();
 
 std::string Encoded(const Sample& sample, bool* lost = nullptr) {
   std::string bytes(kSize, '#');
   bool anyLost = false;
-  EncodeBlock(kSample, &sample, reinterpret_cast<unsigned char*>(bytes.data()), anyLost);
+  kBlock.Encode(&sample, reinterpret_cast<unsigned char*>(bytes.data()), anyLost);
   if (lost != nullptr) *lost = anyLost;
   return bytes;
 }
 Sample Decoded(const std::string& bytes) {
   Sample sample;
-  DecodeBlock(kSample, reinterpret_cast<const unsigned char*>(bytes.data()), &sample);
+  kBlock.Decode(reinterpret_cast<const unsigned char*>(bytes.data()), &sample, 1);
   return sample;
 }
 

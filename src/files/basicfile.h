@@ -14,6 +14,8 @@ struct BasicOption {
   /// Local date and time of writing: "yyyy-MM-dd  hh:mm:ss".
   std::string Written;
   std::int32_t RecordCount = 0;
+
+  bool operator==(const BasicOption&) const = default;
 };
 
 /// One reading of a photometry file.
@@ -25,6 +27,8 @@ struct BasicRecord {
   /// [nm]
   double Wavelength = 0;
   std::string Note;
+
+  bool operator==(const BasicRecord&) const = default;
 };
 
 const FileModule<BasicOption, BasicRecord>& BasicModule();

@@ -17,6 +17,8 @@ struct BSLOption {
   double CreateDate = 0;
   /// Has no reader; kept as it was read.
   std::int32_t Reserved = 0;
+
+  bool operator==(const BSLOption&) const = default;
 };
 
 /// The baseline at one wavelength.
@@ -27,6 +29,8 @@ struct BSLRecord {
   std::int32_t Amp = 0;
   /// [counts]
   std::int32_t Energy = 0;
+
+  bool operator==(const BSLRecord&) const = default;
 };
 
 /// Both ends of the range, rounded, have a record: the number of records follows from the range, which is

@@ -19,6 +19,8 @@ struct DNAOption {
   /// Stored and restored as it stands.
   std::int32_t Spare = 0;
   std::int32_t RecordCount = 0;
+
+  bool operator==(const DNAOption&) const = default;
 };
 
 /// One sample of a DNA/protein file.
@@ -31,6 +33,8 @@ struct DNARecord {
   double Protein = 0;
   double Ratio = 0;
   std::string Note;
+
+  bool operator==(const DNARecord&) const = default;
 };
 
 const FileModule<DNAOption, DNARecord>& DNAModule();

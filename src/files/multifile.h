@@ -17,6 +17,8 @@ struct MultiOption {
   /// Number of wavelengths.
   std::int32_t WorkWLNo = 0;
   std::int32_t RecordCount = 0;
+
+  bool operator==(const MultiOption&) const = default;
 };
 
 /// One sample of a multi wavelength file.
@@ -25,6 +27,8 @@ struct MultiRecord {
   std::array<double, 16> Abs{};
   double Result = 0;
   std::string Name;
+
+  bool operator==(const MultiRecord&) const = default;
 };
 
 const FileModule<MultiOption, MultiRecord>& MultiModule();

@@ -42,6 +42,8 @@ struct QuaOption {
   bool BlankDone = false;
   std::array<double, 4> WaveLengthPara{};
   std::int32_t TestRecordCount = 0;
+
+  bool operator==(const QuaOption&) const = default;
 };
 
 /// One measured sample.
@@ -51,6 +53,8 @@ struct QuaRecord {
   std::array<double, 4> Abs{};
   double Conc = 0;
   std::string Note;
+
+  bool operator==(const QuaRecord&) const = default;
 };
 
 /// Two bytes between option block and first record belong to no field.

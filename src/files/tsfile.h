@@ -30,6 +30,8 @@ struct TSOption {
   /// Energies of the blank (100 %T) and without light (0 %T) [counts].
   std::int32_t FullEnergy = 0;
   std::int32_t DarkEnergy = 0;
+
+  bool operator==(const TSOption&) const = default;
 };
 
 /// One point of a time scan; Abs and %T follow from the energies of the option block.
@@ -38,6 +40,8 @@ struct TSRecord {
   std::int32_t Energy = 0;
   /// Nominal time of the point [s].
   double Time = 0;
+
+  bool operator==(const TSRecord&) const = default;
 };
 
 /// Most points of a time scan file; a test itself stops at 10000.

@@ -18,6 +18,8 @@ struct WLSRecord {
   double Wavelength = 0;
   /// Gain number at which the energies were read.
   std::int32_t Gain = 0;
+
+  bool operator==(const WLSRecord&) const = default;
 };
 
 /// The spectra of the scan window; processed ones are another kind (files/wlsfile2.h).

@@ -15,6 +15,8 @@ struct WLS2Record {
   /// [%T]
   double Trans = 0;
   double Abs = 0;
+
+  bool operator==(const WLS2Record&) const = default;
 };
 
 /// Spectra that smoothing, derivative and calculation made: the same ending, block and record size as a

@@ -27,6 +27,8 @@ struct WLSOption {
   std::int32_t PointCount = 0;
   /// 1 Abs, 2 %T, 3 energy.
   std::int32_t DisplayMode = 0;
+
+  bool operator==(const WLSOption&) const = default;
 };
 
 /// Most points of a spectrum.

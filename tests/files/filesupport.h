@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cmath>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -22,6 +23,18 @@ inline std::string Padded(std::string text, std::size_t width) {
 inline std::string Bytes(std::initializer_list<int> values) {
   std::string bytes;
   for (const int value : values) bytes += static_cast<char>(value);
+  return bytes;
+}
+/// A finite double, from its mathematics: sign, exponent and the 52 bits of its fraction.
+inline std::string DoubleBytes(double value) {
+  if (value == 0) return std::string(7, '\0') + (std::signbit(value) ? '\x80' : '\0');
+  int exponent = 0;
+  const double fraction = std::frexp(std::fabs(value), &exponent) * 2 - 1;
+  auto bits = static_cast<std::uint64_t>(std::ldexp(fraction, 52));
+  bits += static_cast<std::uint64_t>(exponent - 1 + 1023) * (std::uint64_t{1} << 52);
+  std::string bytes;
+  for (int i = 0; i < 8; ++i, bits /= 256) bytes += static_cast<char>(bits % 256);
+  if (value < 0) bytes[7] = static_cast<char>(static_cast<unsigned char>(bytes[7]) | 0x80);
   return bytes;
 }
 /// 546.0 is 1.06640625 times 2^9: exponent 1023 + 9 = 0x408, fraction 0x11 / 0x100.

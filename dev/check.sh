@@ -15,25 +15,26 @@ unformatted=$(clang-format --dry-run -Werror "${sources[@]}" 2>&1 | grep -oE '^[
 $unformatted"
 
 # Includes run downward only: each floor names its files and what they may include.
-logic='base|files|link|modes|simulator'
+logic='base|files|link|spectrum|modes|simulator'
 floors=(
   "src/base/*|base"
   "src/files/*|base|files"
   "src/link/*|base|link"
+  "src/spectrum/*|base|files|link|spectrum"
   "src/modes/*|base|files|link|modes"
   "src/simulator/*|$logic"
-  "src/cli/*|base|files|link|modes|cli"
+  "src/cli/*|base|files|link|spectrum|modes|cli"
   "src/app/desktop/*|base|files|app/desktop"
-  "src/app/ground/*|base|files|link|modes|app/ground"
-  "src/*/windows/*|base|files|link|modes|tools|app/ground"
-  "src/app/[a-z]*|base|files|link|modes|tools|app"
+  "src/app/ground/*|base|files|link|spectrum|modes|app/ground"
+  "src/*/windows/*|base|files|link|spectrum|modes|tools|app/ground"
+  "src/app/[a-z]*|base|files|link|spectrum|modes|tools|app"
 )
 for floor in "${floors[@]}"; do
   upward=
   for file in "${sources[@]}"; do
     # A file belongs to the last floor whose pattern it fits; logic never includes a window.
     [[ $file == ${floor%%|*} ]] || continue
-    case $floor in src/modes/*) [[ $file != */windows/* ]] || continue ;; src/app/\[*) [[ $file != src/app/*/* ]] || continue ;; esac
+    case $floor in src/modes/* | src/spectrum/*) [[ $file != */windows/* ]] || continue ;; src/app/\[*) [[ $file != src/app/*/* ]] || continue ;; esac
     allowed=$(grep -nE '^#include "' "$file" | grep -vE "#include \"(${floor#*|})/|#include \"(texts|icons).inc\"" || true)
     case $file in */windows/* | src/app/[a-z]*.*) ;; *) allowed+=$(grep -nE '^#include ".*/windows/' "$file" || true) ;; esac
     [ -z "$allowed" ] || upward+="$file: $allowed

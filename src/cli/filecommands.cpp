@@ -20,17 +20,36 @@ namespace {
 constexpr std::size_t kLargestDocument = std::size_t{1} << 30;
 constexpr const char* kStandardInput = "-";
 
-void AddDescription(CLI::App& root, BatchContext& context, const char* name, const char* text, bool data) {
+const BatchKind& KindOfFile(const std::string& path) {
+  std::int32_t fileType = 0;
+  FileFault fault;
+  if (!GetFileType(path, fileType, &fault)) throw Refusal(path, fault);
+  const BatchKind* const kind = KindOfType(fileType);
+  if (kind == nullptr) throw Refusal(path, "unknown file type " + std::to_string(fileType));
+  return *kind;
+}
+
+void AddInfo(CLI::App& root, BatchContext& context) {
   const auto path = std::make_shared<std::string>();
-  CLI::App* const command = root.add_subcommand(name, text);
+  CLI::App* const command =
+      root.add_subcommand("info", "Header, options and number of records of a data file");
   AddText(command, "FILE", *path, "A data file")->required();
-  RunsAs(command, context, [path, data](BatchContext& run) {
-    std::int32_t fileType = 0;
-    FileFault fault;
-    if (!GetFileType(*path, fileType, &fault)) throw Refusal(*path, fault);
-    const BatchKind* const kind = KindOfType(fileType);
-    if (kind == nullptr) throw Refusal(*path, "unknown file type " + std::to_string(fileType));
-    run.Result = kind->Describe(*path, data);
+  RunsAs(command, context, [path](BatchContext& run) { run.Result = KindOfFile(*path).Describe(*path); });
+}
+
+struct DumpArguments {
+  std::string File;
+  bool Smooth = false;
+};
+
+void AddDump(CLI::App& root, BatchContext& context) {
+  const auto arguments = std::make_shared<DumpArguments>();
+  CLI::App* const command = root.add_subcommand("dump", "Everything in a data file");
+  AddText(command, "FILE", arguments->File, "A data file")->required();
+  command->add_flag("--smooth-enable", arguments->Smooth,
+                    "%T and Abs of a measured spectrum as weighted means of five points");
+  RunsAs(command, context, [arguments](BatchContext& run) {
+    run.Result = KindOfFile(arguments->File).Dump(arguments->File, arguments->Smooth);
   });
 }
 
@@ -113,8 +132,8 @@ void AddPack(CLI::App& root, BatchContext& context) {
 }  // namespace
 
 void AddFileCommands(CLI::App& root, BatchContext& context) {
-  AddDescription(root, context, "info", "Header, options and number of records of a data file", false);
-  AddDescription(root, context, "dump", "Everything in a data file", true);
+  AddInfo(root, context);
+  AddDump(root, context);
   AddPack(root, context);
 }
 

@@ -1,6 +1,7 @@
 #include "cli/filekinds.h"
 
 #include <array>
+#include <utility>
 #include <vector>
 
 #include "cli/command.h"
@@ -15,6 +16,7 @@
 #include "files/wlsfile.h"
 #include "files/wlsfile2.h"
 #include "link/function.h"
+#include "spectrum/scanvalues.h"
 
 namespace spectrane {
 namespace {
@@ -37,36 +39,66 @@ Json HeaderJson(int fileNumber) {
           {"Magic", header.Magic}};
 }
 
-/// Adds what is derived from a record and stored nowhere.
+/// What follows from the records of a file and is stored nowhere: a value of each name for every record.
+struct DerivedColumn {
+  const char* Name;
+  std::vector<double> Values;
+};
 template <typename OptionT, typename RecordT>
-using AddDerived = void (*)(const OptionT& option, const RecordT& record, Json& json);
+using Derive = std::vector<DerivedColumn> (*)(const OptionT& option, const std::vector<RecordT>& records,
+                                              bool smooth);
+
+/// An open file of a kind, as far as `info` tells of it.
+template <typename OptionT, typename RecordT>
+struct DescribedFile {
+  DescribedFile(const FileModule<OptionT, RecordT>& module, const std::string& path) : Module(module) {
+    if (!module.Open(path, File.Number, Option)) throw Refusal(path, FaultOf(File.Number));
+    Count = ReadableCount(module, File.Number, module.StatedCount(Option), Fault);
+  }
+
+  std::string Text() const {
+    Json json = {{"kind", Module.Name}, {"file_type", Module.FileType}, {"header", HeaderJson(File.Number)}};
+    json["option"] = JsonOfBlock(Module.Option.Fields, &Option);
+    json["records"] = Count;
+    return JsonText(json);
+  }
+
+  const FileModule<OptionT, RecordT>& Module;
+  ClosedAtEnd File;
+  OptionT Option;
+  /// Records that can be read of those that the file states.
+  std::int32_t Count = 0;
+  FileFault Fault;
+};
 
 template <typename OptionT, typename RecordT>
-std::string Describe(const FileModule<OptionT, RecordT>& module, AddDerived<OptionT, RecordT> addDerived,
-                     const std::string& path, bool data) {
-  ClosedAtEnd file;
-  OptionT option;
-  if (!module.Open(path, file.Number, option)) throw Refusal(path, FaultOf(file.Number));
-  FileFault fault;
-  const std::int32_t count = ReadableCount(module, file.Number, module.StatedCount(option), fault);
-  const bool fewer = fault.Error == FileError::Damaged && fault.Stated > 0;
-  if (fault && (data || !fewer)) throw Refusal(path, fault);
+std::string Describe(const FileModule<OptionT, RecordT>& module, const std::string& path) {
+  const DescribedFile file(module, path);
+  const bool fewer = file.Fault.Error == FileError::Damaged && file.Fault.Stated > 0;
+  if (file.Fault && !fewer) throw Refusal(path, file.Fault);
+  return file.Text();
+}
 
-  Json json = {{"kind", module.Name}, {"file_type", module.FileType}, {"header", HeaderJson(file.Number)}};
-  json["option"] = JsonOfBlock(module.Option.Fields, &option);
-  json["records"] = count;
-  std::string text = JsonText(json);
-  if (!data) return text;
+template <typename OptionT, typename RecordT>
+std::string Dump(const FileModule<OptionT, RecordT>& module, Derive<OptionT, RecordT> derive,
+                 const std::string& path, bool smooth) {
+  const DescribedFile file(module, path);
+  if (file.Fault) throw Refusal(path, file.Fault);
+  std::vector<RecordT> records(static_cast<std::size_t>(file.Count));
+  const std::int32_t read =
+      ReadDataRecords(module, file.File.Number, records.data(), sizeof(RecordT), 0, file.Count);
+  if (read < file.Count) {
+    throw Refusal(path, {FileError::Damaged, FileLength(file.File.Number), file.Count, read, {}});
+  }
+  std::vector<DerivedColumn> columns;
+  if (derive != nullptr) columns = derive(file.Option, records, smooth);
+
+  std::string text = file.Text();
   text.back() = ',';
   text += "\"data\":[";
-  for (std::int32_t i = 0; i < count; ++i) {
-    RecordT record;
-    if (!module.Read(file.Number, record, i)) {
-      NoteFault(file.Number, {FileError::Damaged, FileLength(file.Number), count, i, {}});
-      throw Refusal(path, FaultOf(file.Number));
-    }
-    Json row = JsonOfBlock(module.Record.Fields, &record);
-    if (addDerived != nullptr) addDerived(option, record, row);
+  for (std::size_t i = 0; i < records.size(); ++i) {
+    Json row = JsonOfBlock(module.Record.Fields, &records[i]);
+    for (const DerivedColumn& column : columns) row[column.Name] = column.Values[i];
     text += i == 0 ? "\n" : ",\n";
     text += JsonText(row);
   }
@@ -96,38 +128,56 @@ FileFault Pack(const FileModule<OptionT, RecordT>& module, const Json& document,
 }
 
 template <typename OptionT, typename RecordT>
-BatchKind MakeKind(const FileModule<OptionT, RecordT>& module,
-                   AddDerived<OptionT, RecordT> addDerived = nullptr) {
-  return {&module,
-          [&module, addDerived](const std::string& path, bool data) {
-            return Describe(module, addDerived, path, data);
-          },
-          [&module](const Json& document, const std::string& path, std::size_t& records, bool& lost) {
-            return Pack(module, document, path, records, lost);
-          }};
+BatchKind MakeKind(const FileModule<OptionT, RecordT>& module, Derive<OptionT, RecordT> derive = nullptr) {
+  return {
+      &module, [&module](const std::string& path) { return Describe(module, path); },
+      [&module, derive](const std::string& path, bool smooth) { return Dump(module, derive, path, smooth); },
+      [&module](const Json& document, const std::string& path, std::size_t& records, bool& lost) {
+        return Pack(module, document, path, records, lost);
+      }};
 }
 
-void AddPhotometry(std::int32_t energy, std::int32_t full, std::int32_t dark, Json& json) {
-  json["Trans"] = TransFromEnergy(energy, full, dark);
-  json["Abs"] = AbsFromEnergy(energy, full, dark);
+std::vector<DerivedColumn> Columns(std::vector<double> trans, std::vector<double> abs) {
+  return {{"Trans", std::move(trans)}, {"Abs", std::move(abs)}};
 }
 
-/// Of a record that has its own blank.
-template <typename OptionT, typename RecordT>
-void AddOwnPhotometry(const OptionT&, const RecordT& record, Json& json) {
-  AddPhotometry(record.SampleEnergy, record.ReferenceEnergy, record.DarkEnergy, json);
+/// Of an energy, its blank and the dark energy, given by `energies(record)`.
+template <typename RecordT, typename Energies>
+std::vector<DerivedColumn> Photometry(const std::vector<RecordT>& records, Energies energies) {
+  std::vector<double> trans;
+  std::vector<double> abs;
+  for (const RecordT& record : records) {
+    const auto [energy, full, dark] = energies(record);
+    trans.push_back(TransFromEnergy(energy, full, dark));
+    abs.push_back(AbsFromEnergy(energy, full, dark));
+  }
+  return Columns(std::move(trans), std::move(abs));
 }
 
-void AddTimeScanPhotometry(const TSOption& option, const TSRecord& record, Json& json) {
-  AddPhotometry(record.Energy, option.FullEnergy, option.DarkEnergy, json);
+std::vector<DerivedColumn> DeriveBasic(const BasicOption&, const std::vector<BasicRecord>& records, bool) {
+  return Photometry(records, [](const BasicRecord& record) {
+    return std::array{record.SampleEnergy, record.ReferenceEnergy, record.DarkEnergy};
+  });
+}
+
+std::vector<DerivedColumn> DeriveTimeScan(const TSOption& option, const std::vector<TSRecord>& records,
+                                          bool) {
+  return Photometry(records, [&option](const TSRecord& record) {
+    return std::array{record.Energy, option.FullEnergy, option.DarkEnergy};
+  });
+}
+
+std::vector<DerivedColumn> DeriveScan(const WLSOption&, const std::vector<WLSRecord>& records, bool smooth) {
+  ScanValues values = DeriveScanValues(records, smooth);
+  return Columns(std::move(values.Trans), std::move(values.Abs));
 }
 
 const auto& Kinds() {
   static const std::array kinds = {
-      MakeKind(BasicModule(), AddOwnPhotometry),
+      MakeKind(BasicModule(), DeriveBasic),
       MakeKind(QuaModule()),
-      MakeKind(TSModule(), AddTimeScanPhotometry),
-      MakeKind(WLSModule(), AddOwnPhotometry),
+      MakeKind(TSModule(), DeriveTimeScan),
+      MakeKind(WLSModule(), DeriveScan),
       MakeKind(WLS2Module()),
       MakeKind(MultiModule()),
       MakeKind(DNAModule()),

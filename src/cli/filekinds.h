@@ -13,8 +13,11 @@ namespace spectrane {
 /// What the file commands can do with one kind of data file.
 struct BatchKind {
   const FileKind* Kind;
-  /// The document of `info`, or with `data` that of `dump`. Throws Refusal.
-  std::function<std::string(const std::string& path, bool data)> Describe;
+  /// The document of `info`. Throws Refusal.
+  std::function<std::string(const std::string& path)> Describe;
+  /// The document of `dump`; `smooth`: the derived values of a measured spectrum are weighted means of five
+  /// points, of the other kinds they are the same. Throws Refusal.
+  std::function<std::string(const std::string& path, bool smooth)> Dump;
   /// Writes the data file that `document` describes; throws BadJson. `lost`: a text had characters without a
   /// place in the file.
   std::function<FileFault(const Json& document, const std::string& path, std::size_t& records, bool& lost)>

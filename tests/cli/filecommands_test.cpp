@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <csignal>
-#include <random>
 
 #include "cli/batchsupport.h"
 
@@ -126,37 +125,6 @@ TEST_F(FileCommands, ACommandsNameIsAFileToo) {
   const BatchOutcome outcome = Batch({"info", "dump"});
   std::filesystem::current_path(before);
   EXPECT_EQ(outcome.Status, 0) << outcome.Err;
-}
-
-/// A file with rows of any bytes and numbers.
-std::string RandomFile(unsigned seed) {
-  std::mt19937 random(seed);
-  const int count = static_cast<int>(random() % 40);
-  std::string bytes = HeaderBytes(11) + BasicOptionBytes(count);
-  for (int i = 0; i < count; ++i) {
-    for (int field = 0; field < 3; ++field) bytes += Long(static_cast<std::int32_t>(random()));
-    std::string wavelength;
-    for (int b = 0; b < 8; ++b) wavelength += static_cast<char>(random());
-    // All bits of the exponent set would be an infinity or no number.
-    if ((wavelength[7] & 0x7F) == 0x7F) wavelength[7] = 0x40;
-    bytes += wavelength;
-    std::string note;
-    for (std::size_t b = random() % 300; b > 0; --b) note += static_cast<char>(random());
-    bytes += Padded(note, 256);
-  }
-  return bytes;
-}
-
-TEST_F(FileCommands, DumpAndPackGiveTheSameBytes) {
-  for (unsigned seed = 1; seed <= 60; ++seed) {
-    const std::string bytes = RandomFile(seed);
-    const BatchOutcome dump = Batch({"dump", Written("a.bas", bytes)});
-    ASSERT_EQ(dump.Status, 0) << dump.Err;
-    const BatchOutcome pack = Batch({"pack", "--force", "-", Path("b.bas")}, dump.Out);
-    ASSERT_EQ(pack.Status, 0) << pack.Err;
-    EXPECT_EQ(pack.Err, "");
-    ASSERT_EQ(ReadBytes(Path("b.bas")), bytes) << "seed " << seed;
-  }
 }
 
 TEST_F(FileCommands, ANumberThatIsNoneComesBackAsNull) {

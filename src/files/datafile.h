@@ -16,7 +16,7 @@ namespace spectrane {
 
 /// What tells one kind of data file from another: header, one option block, an array of records.
 struct FileKind {
-  /// Short word of the kind, also its ending without the point ("bas").
+  /// Short word of the kind ("bas").
   const char* Name;
   std::int32_t FileType;
   Block Option;

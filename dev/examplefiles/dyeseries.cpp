@@ -1,0 +1,100 @@
+// A dye series: a straight line through five standards, and three samples read from it.
+#include <cmath>
+#include <span>
+#include <vector>
+
+#include "examplefiles/examples.h"
+#include "files/quafile.h"
+#include "link/function.h"
+
+namespace spectrane {
+namespace {
+
+constexpr double kWavelength = 546.0;
+constexpr std::int32_t kSamples = 10;
+constexpr std::int32_t kFirstOrder = 1;
+constexpr std::int32_t kByStandards = 1;
+
+struct Solution {
+  const char* Sample;
+  double Concentration;  ///< [mg/L]
+};
+constexpr Solution kStandards[] = {{"dye-1", 1}, {"dye-3", 4}, {"dye-5", 8}, {"dye-7", 15}, {"dye-8", 20}};
+constexpr Solution kUnknowns[] = {{"dye-2", 2}, {"dye-4", 6}, {"dye-6", 10}};
+
+double Measure(ExampleBench& bench, const char* sample, const Blank& blank) {
+  bench.PutInBeam(sample);
+  bench.UseGain(blank.Gain);
+  return AbsFromEnergy(bench.Read(kSamples), blank.FullEnergy, blank.DarkEnergy);
+}
+
+/// The least-squares line of the concentrations over the absorbances, and the size of its correlation
+/// coefficient.
+void FitLine(QuaOption& option) {
+  const auto n = static_cast<std::size_t>(option.SampleNumber);
+  double meanX = 0.0;
+  double meanY = 0.0;
+  for (std::size_t i = 0; i < n; ++i) {
+    meanX += option.StandardAbs[i][0] / static_cast<double>(n);
+    meanY += option.StandardConc[i] / static_cast<double>(n);
+  }
+  double xx = 0.0;
+  double xy = 0.0;
+  double yy = 0.0;
+  for (std::size_t i = 0; i < n; ++i) {
+    const double x = option.StandardAbs[i][0] - meanX;
+    const double y = option.StandardConc[i] - meanY;
+    xx += x * x;
+    xy += x * y;
+    yy += y * y;
+  }
+  option.CurveK = {meanY - xy / xx * meanX, xy / xx, 0.0, 0.0};
+  option.CurveR = std::abs(xy / (std::sqrt(xx) * std::sqrt(yy)));
+  option.CurveValid = option.CurveR >= 0.8;
+}
+
+QuaOption OptionFor(const Blank& blank) {
+  QuaOption option;
+  option.FittingMethod = kFirstOrder;
+  option.CurveItem = kByStandards;
+  option.ConcUnit = "mg/L";
+  option.WaveLengthNumber = 1;
+  option.WaveLengthList = {kWavelength, kWavelength, kWavelength, 0.0};
+  option.WaveLengthPara = {1.0, 0.0, 0.0, 0.0};
+  option.BlankFullEnergy[0] = blank.FullEnergy;
+  option.BlankDarkEnergy[0] = blank.DarkEnergy;
+  option.BlankGain[0] = blank.Gain;
+  option.BlankDone = true;
+  return option;
+}
+
+}  // namespace
+
+void MakeDye(ExampleBench& bench, const std::string& folder) {
+  bench.MoveTo(kWavelength);
+  bench.PutInBeam("blank");
+  const Blank blank = bench.TakeBlank();
+  QuaOption option = OptionFor(blank);
+  for (const Solution& standard : kStandards) {
+    const auto row = static_cast<std::size_t>(option.SampleNumber++);
+    option.StandardName[row] = "Standard " + std::to_string(option.SampleNumber);
+    option.StandardNote[row] = LabelOf(standard.Sample);
+    option.StandardAbs[row][0] = Measure(bench, standard.Sample, blank);
+    option.StandardAbsSet[row] = true;
+    option.StandardConc[row] = standard.Concentration;
+    option.StandardConcSet[row] = true;
+  }
+  FitLine(option);
+  std::vector<QuaRecord> records;
+  for (const Solution& unknown : kUnknowns) {
+    QuaRecord record;
+    record.Name = "Unknown " + std::to_string(records.size() + 1);
+    record.Abs[0] = Measure(bench, unknown.Sample, blank) * option.WaveLengthPara[0];
+    record.Conc = option.CurveK[0] + option.CurveK[1] * record.Abs[0];
+    record.Note = "weighed in: " + LabelOf(unknown.Sample);
+    records.push_back(record);
+  }
+  Save(QuaModule(), folder + "/dye.qua", option, records);
+}
+
+}  // namespace spectrane

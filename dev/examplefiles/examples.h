@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "examplefiles/examplebench.h"
 #include "files/datafile.h"

@@ -69,7 +69,7 @@ std::string Match(const char* type, const std::string& offset, const std::string
 }
 
 const LayoutField& HeaderField(std::string_view name) {
-  const Layout layout = FileHeaderLayout();
+  const Layout layout = FileHeaderBlock().Fields;
   return *std::find_if(layout.begin(), layout.end(), [&](const LayoutField& f) { return name == f.Name; });
 }
 

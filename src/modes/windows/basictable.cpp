@@ -20,7 +20,7 @@ int AlignmentOf(int column) {
 
 QString FitNote(const QString& text) {
   // A character of the file is one byte wide.
-  static const auto width = static_cast<qsizetype>(BasicModule().Record.back().Width);
+  static const auto width = static_cast<qsizetype>(BasicModule().Record.Fields.back().Width);
   QList<uint> characters = text.toUcs4();
   characters.resize(std::min(characters.size(), width));
   for (uint& c : characters) {

@@ -4,8 +4,8 @@
 #include <cerrno>
 #include <cstdio>
 #include <deque>
+#include <memory>
 #include <system_error>
-#include <vector>
 
 #include "base/utf8path.h"
 
@@ -151,14 +151,15 @@ class OpenFile {
     file_ = nullptr;
     length_ = 0;
     size_ = 0;
-    block_ = {};
+    block_.reset();
+    room_ = 0;
   }
 
   const unsigned char* View(std::int64_t offset, std::size_t size) {
     if (file_ == nullptr || offset < 0 || size > kLargestPiece) return nullptr;
     if (!Inside(offset, size) && !(LookAgain() && Inside(offset, size))) return nullptr;
     if (!InBlock(offset, size) && !Fill(offset, size)) return nullptr;
-    return block_.data() + (offset - start_);
+    return block_.get() + (offset - start_);
   }
 
   unsigned char* Place(std::int64_t offset, std::size_t size) {
@@ -174,9 +175,9 @@ class OpenFile {
       waiting_ = true;
     }
     if (offset == End()) size_ += size;
-    block_.resize(kBlock);
+    MakeRoom(kBlock);
     length_ = std::max(length_, offset + static_cast<std::int64_t>(size));
-    return block_.data() + (offset - start_);
+    return block_.get() + (offset - start_);
   }
 
   void Note(FileFault fault) {
@@ -202,16 +203,29 @@ class OpenFile {
     return true;
   }
 
+  /// What the block held is gone when it has to grow. Bytes that nobody filled are never looked at, so that
+  /// they need no value.
+  void MakeRoom(std::size_t size) {
+    if (room_ >= size) return;
+    block_ = std::make_unique_for_overwrite<unsigned char[]>(size);
+    room_ = size;
+  }
+
+  /// Reads ahead from `offset`, no further than the file goes: most files are far smaller than a block. The
+  /// piece itself lies inside the file.
   bool Fill(std::int64_t offset, std::size_t size) {
     Flush();
-    block_.resize(kBlock);
+    const std::int64_t rest = length_ - offset;
+    const std::size_t wanted =
+        rest < static_cast<std::int64_t>(kBlock) ? static_cast<std::size_t>(rest) : kBlock;
+    MakeRoom(wanted);
     start_ = offset;
     size_ = 0;
     if (!SeekTo(file_, offset)) {
       Note(PlatformFault(errno));
       return false;
     }
-    size_ = std::fread(block_.data(), 1, kBlock, file_);
+    size_ = std::fread(block_.get(), 1, wanted, file_);
     if (std::ferror(file_) != 0) Note(PlatformFault(errno));
     std::clearerr(file_);
     return size_ >= size;
@@ -222,7 +236,7 @@ class OpenFile {
     waiting_ = false;
     // After a fault nothing more is written: the file is given up.
     if (!Fault) {
-      const bool written = SeekTo(file_, start_) && std::fwrite(block_.data(), 1, size_, file_) == size_;
+      const bool written = SeekTo(file_, start_) && std::fwrite(block_.get(), 1, size_, file_) == size_;
       if (!written) Note(PlatformFault(errno));
     }
     size_ = 0;
@@ -231,7 +245,8 @@ class OpenFile {
   std::FILE* file_ = nullptr;
   std::int64_t length_ = 0;
   /// The part of the file from `start_` on that is held here; `waiting_`: it is still to be written.
-  std::vector<unsigned char> block_;
+  std::unique_ptr<unsigned char[]> block_;
+  std::size_t room_ = 0;
   std::int64_t start_ = 0;
   std::size_t size_ = 0;
   bool waiting_ = false;

@@ -125,6 +125,23 @@ TEST_F(FileNumber, AFileThatGrewIsReadOn) {
   EXPECT_EQ(Get(file.Number, 0, 8), "01234567");
 }
 
+TEST_F(FileNumber, WhatIsHeldGrowsWithTheFile) {
+  std::string bytes = "0123456789";
+  WriteBytes(folder_.Path("a"), bytes);
+  const int number = Open(folder_.Path("a"));
+  EXPECT_EQ(Get(number, 0, 10), bytes);
+  for (int i = 0; i < 75000; ++i) bytes += Long(i);
+  WriteBytes(folder_.Path("a"), bytes);
+  EXPECT_EQ(Get(number, 200000, kLargestPiece), bytes.substr(200000, kLargestPiece));
+  EXPECT_EQ(Get(number, 0, 20), bytes.substr(0, 20));
+  EXPECT_EQ(Get(number, 300000, 10), bytes.substr(300000));
+  Put(number, 300010, std::string(kLargestPiece, 'x'));
+  EXPECT_EQ(Get(number, 300000, 20), bytes.substr(300000) + std::string(10, 'x'));
+  CloseFileNumber(number);
+  EXPECT_FALSE(FaultOf(number));
+  EXPECT_EQ(ReadBytes(folder_.Path("a")), bytes + std::string(kLargestPiece, 'x'));
+}
+
 TEST_F(FileNumber, AFileThatShrankGivesNothing) {
   WriteBytes(folder_.Path("a"), std::string(600000, 'x'));
   const NumberAtEnd file{Open(folder_.Path("a"))};

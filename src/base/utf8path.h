@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 namespace spectrane {
 
@@ -16,6 +17,12 @@ inline std::filesystem::path PathFromUtf8(std::string_view text) {
 inline std::string Utf8FromPath(const std::filesystem::path& path) {
   const std::u8string text = path.u8string();
   return std::string(text.begin(), text.end());
+}
+
+/// The same file, under whatever name. False when one of two names leads nowhere.
+inline bool SameFile(const std::string& one, const std::string& other) {
+  std::error_code fault;
+  return one == other || std::filesystem::equivalent(PathFromUtf8(one), PathFromUtf8(other), fault);
 }
 
 }  // namespace spectrane

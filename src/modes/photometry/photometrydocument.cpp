@@ -1,7 +1,5 @@
 #include "modes/photometry/photometrydocument.h"
 
-#include <filesystem>
-#include <system_error>
 #include <utility>
 
 #include "base/dateserial.h"
@@ -11,15 +9,6 @@
 #include "link/function.h"
 
 namespace spectrane {
-namespace {
-
-/// The same file, under whatever name.
-bool SameFile(const std::string& one, const std::string& other) {
-  std::error_code fault;
-  return one == other || std::filesystem::equivalent(PathFromUtf8(one), PathFromUtf8(other), fault);
-}
-
-}  // namespace
 
 const BasicRecord& PhotometryDocument::Record(std::int32_t row) const {
   if (row < 0 || row >= RecordCount()) throw NumericFault("row outside the table");

@@ -1,0 +1,245 @@
+#include "modes/quantitation/quantitationdocument.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "base/numericfault.h"
+#include "base/utf8path.h"
+
+namespace spectrane {
+namespace {
+
+template <std::size_t kFrom, std::size_t kTo>
+void CopyFirst(const std::array<double, kFrom>& from, std::array<double, kTo>& to) {
+  std::copy_n(from.begin(), std::min(kFrom, kTo), to.begin());
+}
+
+void TakeSettings(const QuantitationSettings& settings, QuaOption& option) {
+  option.WaveLengthNumber = settings.WaveLengthNumber;
+  CopyFirst(settings.WaveLengthList, option.WaveLengthList);
+  CopyFirst(settings.WaveLengthPara, option.WaveLengthPara);
+  option.SampleNumber = settings.SampleNumber;
+  option.CurveItem = settings.CurveItem;
+  option.InputK = settings.InputK;
+  option.FittingMethod = settings.FittingMethod;
+  option.ConcUnit = settings.ConcUnit;
+}
+
+void ForgetCurve(QuaOption& option) {
+  option.CurveK.fill(0);
+  option.CurveR = 1;
+  option.CurveValid = false;
+}
+
+void ForgetReadings(QuaOption& option) {
+  option.StandardAbs = {};
+  option.StandardAbsSet = {};
+  option.BlankDone = false;
+}
+
+bool SameReadings(const QuantitationSettings& one, const QuantitationSettings& other) {
+  return one.WaveLengthNumber == other.WaveLengthNumber && one.WaveLengthList == other.WaveLengthList &&
+         one.WaveLengthPara == other.WaveLengthPara;
+}
+
+}  // namespace
+
+QuantitationDocument::QuantitationDocument() {
+  TakeSettings(QuantitationSettings(), option_);
+  ForgetCurve(option_);
+}
+
+std::int32_t QuantitationDocument::StandardRows() const {
+  return std::clamp(option_.SampleNumber, 0, kMostStandards);
+}
+
+QuantitationSettings QuantitationDocument::Settings() const {
+  QuantitationSettings settings;
+  settings.WaveLengthNumber = option_.WaveLengthNumber;
+  CopyFirst(option_.WaveLengthList, settings.WaveLengthList);
+  CopyFirst(option_.WaveLengthPara, settings.WaveLengthPara);
+  settings.SampleNumber = option_.SampleNumber;
+  settings.CurveItem = option_.CurveItem;
+  settings.InputK = option_.InputK;
+  settings.FittingMethod = option_.FittingMethod;
+  settings.ConcUnit = option_.ConcUnit;
+  return settings;
+}
+
+bool QuantitationDocument::WouldChange(const QuantitationSettings& settings) const {
+  QuantitationSettings own = Settings();
+  own.CustomConcUnit = settings.CustomConcUnit;
+  return own != settings;
+}
+
+FitOutcome QuantitationDocument::Configure(const QuantitationSettings& settings) {
+  if (WouldChange(settings)) {
+    if (!records_.empty()) {
+      ClearRecords();
+      fileName_.clear();
+      halfLoaded_ = false;
+    }
+    if (!SameReadings(Settings(), settings)) ForgetReadings(option_);
+    TakeSettings(settings, option_);
+    ForgetCurve(option_);
+    modified_ = true;
+  }
+  return Refit();
+}
+
+std::size_t QuantitationDocument::StandardIndex(std::int32_t row) const {
+  if (row < 0 || row >= static_cast<std::int32_t>(kStandardRows)) {
+    throw NumericFault("row outside the table of standards");
+  }
+  return static_cast<std::size_t>(row);
+}
+
+void QuantitationDocument::SetText(std::string& text, const std::string& value) {
+  if (text == value) return;
+  text = value;
+  modified_ = true;
+}
+
+void QuantitationDocument::SetStandardName(std::int32_t row, const std::string& name) {
+  SetText(option_.StandardName[StandardIndex(row)], name);
+}
+
+void QuantitationDocument::SetStandardNote(std::int32_t row, const std::string& note) {
+  SetText(option_.StandardNote[StandardIndex(row)], note);
+}
+
+FitOutcome QuantitationDocument::SetStandardConc(std::int32_t row, double conc) {
+  const std::size_t index = StandardIndex(row);
+  option_.StandardConc[index] = conc;
+  option_.StandardConcSet[index] = true;
+  modified_ = true;
+  return Refit();
+}
+
+FitOutcome QuantitationDocument::SetStandardReadings(std::int32_t row, double first, double second) {
+  const std::size_t index = StandardIndex(row);
+  const double working = WorkingAbs(first, second);
+  if (FitColumn(option_) == 0) {
+    option_.StandardAbs[index] = {working};
+  } else {
+    option_.StandardAbs[index] = {first, second, working};
+  }
+  option_.StandardAbsSet[index] = true;
+  modified_ = true;
+  return Refit();
+}
+
+FitOutcome QuantitationDocument::Refit() {
+  if (!FitsStandards()) return FitOutcome::Typed;
+  const QuaOption before = option_;
+  const FitOutcome outcome = CreateCurve(option_);
+  if (option_ != before) modified_ = true;
+  return outcome;
+}
+
+double QuantitationDocument::WorkingAbs(double first, double second) const {
+  const double working = first * option_.WaveLengthPara[0];
+  return FitColumn(option_) == 0 ? working : working + second * option_.WaveLengthPara[1];
+}
+
+std::vector<FormulaPart> QuantitationDocument::Formula(const DisplayFormats& formats) const {
+  return CurveFormula(option_.FittingMethod, CoefficientsInForce(option_), option_.CurveR, formats);
+}
+
+void QuantitationDocument::SetBlank(std::int32_t index, std::int32_t fullEnergy, std::int32_t darkEnergy,
+                                    std::int32_t gain) {
+  if (index < 0 || index > 2) throw NumericFault("no such wavelength");
+  const auto i = static_cast<std::size_t>(index);
+  option_.BlankFullEnergy[i] = fullEnergy;
+  option_.BlankDarkEnergy[i] = darkEnergy;
+  option_.BlankGain[i] = gain;
+}
+
+const QuaRecord& QuantitationDocument::Record(std::int32_t row) const {
+  if (row < 0 || row >= RecordCount()) throw NumericFault("row outside the table");
+  return records_[static_cast<std::size_t>(row)];
+}
+
+QuaRecord& QuantitationDocument::MutableRecord(std::int32_t row) {
+  if (row < 0 || row >= RecordCount()) throw NumericFault("row outside the table");
+  return records_[static_cast<std::size_t>(row)];
+}
+
+QuaRecord QuantitationDocument::MakeRecord(const std::string& name, double first, double second) const {
+  const double working = WorkingAbs(first, second);
+  QuaRecord record;
+  record.Name = name;
+  record.Abs[0] = first;
+  if (FitColumn(option_) != 0) record.Abs = {first, second, working, working};
+  record.Conc = CalcConc(working);
+  return record;
+}
+
+void QuantitationDocument::RecordsChanged() {
+  option_.TestRecordCount = RecordCount();
+  modified_ = true;
+}
+
+void QuantitationDocument::Append(QuaRecord record) {
+  records_.push_back(std::move(record));
+  RecordsChanged();
+}
+
+void QuantitationDocument::SetRecordName(std::int32_t row, const std::string& name) {
+  SetText(MutableRecord(row).Name, name);
+}
+
+void QuantitationDocument::SetRecordNote(std::int32_t row, const std::string& note) {
+  SetText(MutableRecord(row).Note, note);
+}
+
+bool QuantitationDocument::DeleteRecord(std::int32_t number) {
+  if (number < 1 || number > RecordCount()) return false;
+  records_.erase(records_.begin() + (number - 1));
+  RecordsChanged();
+  return true;
+}
+
+void QuantitationDocument::ClearRecords() {
+  if (records_.empty()) return;
+  records_.clear();
+  RecordsChanged();
+}
+
+bool QuantitationDocument::OpenFile(const std::string& path) {
+  QuaOption option;
+  std::vector<QuaRecord> records;
+  fault_ = LoadDataFile(QuaModule(), path, option, records);
+  if (fault_ && records.empty()) return false;
+  option_ = std::move(option);
+  records_ = std::move(records);
+  option_.TestRecordCount = RecordCount();
+  fileName_ = path;
+  modified_ = false;
+  halfLoaded_ = static_cast<bool>(fault_);
+  textLost_ = false;
+  return !halfLoaded_;
+}
+
+bool QuantitationDocument::MaySave(const std::string& path) const {
+  return !halfLoaded_ || (modified_ && !SameFile(path, fileName_));
+}
+
+bool QuantitationDocument::SaveFile(const std::string& path) {
+  if (!MaySave(path)) {
+    fault_ = {FileError::NotSavable, 0, 0, 0, {}};
+    return false;
+  }
+  bool lost = false;
+  fault_ = SaveDataFile(
+      QuaModule(), path, option_, RecordCount(),
+      [this](std::int32_t i) -> const QuaRecord& { return records_[static_cast<std::size_t>(i)]; }, &lost);
+  if (fault_) return false;
+  fileName_ = path;
+  modified_ = false;
+  halfLoaded_ = false;
+  textLost_ = lost;
+  return true;
+}
+
+}  // namespace spectrane

@@ -28,9 +28,9 @@ class ArrowPointer {
 
 int Run(QWidget* parent, const QString& title, const QString& words, const QString& details,
         QMessageBox::StandardButtons buttons, QMessageBox::StandardButton safest,
-        QMessageBox::StandardButton escape) {
+        QMessageBox::StandardButton escape, QMessageBox::Icon icon = QMessageBox::Information) {
   const ArrowPointer pointer;
-  QMessageBox box(QMessageBox::Information, title, words, buttons, parent);
+  QMessageBox box(icon, title, words, buttons, parent);
   box.setObjectName(QString::fromLatin1(kMessageBoxName));
   ApplyLanguageFont(box);
   box.setTextFormat(Qt::PlainText);
@@ -49,6 +49,11 @@ QWidget* MessageBoxes::Parent() const {
 
 void MessageBoxes::Show(int textId, const std::string& details) {
   ShowWords(Words(textId), QString::fromStdString(details));
+}
+
+void MessageBoxes::ShowError(int textId) {
+  Run(Parent(), title_, Words(textId), {}, QMessageBox::Ok, QMessageBox::Ok, QMessageBox::Ok,
+      QMessageBox::Critical);
 }
 
 void MessageBoxes::ShowWords(const QString& words, const QString& details) {

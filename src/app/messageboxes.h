@@ -15,6 +15,7 @@ class MessageBoxes : public Questions {
   /// `title` is the caption of every box.
   MessageBoxes(QWidget& frame, const QString& title) : frame_(frame), title_(title) {}
 
+  void ShowError(int textId) override;
   void Show(int textId, const std::string& details) override;
   using Questions::ShowWords;
   void ShowWords(const QString& words, const QString& details) override;

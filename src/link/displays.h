@@ -11,6 +11,8 @@ class Messages {
   /// Shows the text of that number; `details` (may be empty) stands behind the message and does not change
   /// it.
   virtual void Show(int textId, const std::string& details = {}) = 0;
+  /// The same with the icon of an error.
+  virtual void ShowError(int textId) { Show(textId); }
 };
 
 /// Panes of the status bar, counted from 1.

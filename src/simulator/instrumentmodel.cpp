@@ -45,6 +45,7 @@ void InstrumentModel::Restart(std::int64_t nowMs) {
   lampSwitch_ = PowerUpLampSwitch;
   gain_ = 1;
   trim_ = 1.0;
+  zeros_.clear();
   slit_ = 2;
   cell_ = 1;
   StartClockOfPlace(nowMs);
@@ -55,6 +56,7 @@ int InstrumentModel::MoveTo(double nm) {
   const double travel = std::abs(target - wavelength_);
   const bool otherLamp = (target >= lampSwitch_) != TungstenInUse();
   if (!Jammed) wavelength_ = target;
+  RecallTrim();
   return DriveSettleMs + static_cast<int>(travel / DriveNmPerSecond * 1000.0) +
          (otherLamp ? LampMirrorMs : 0);
 }
@@ -72,7 +74,17 @@ int InstrumentModel::Calibrate() {
 bool InstrumentModel::SetGain(int gain) {
   if (gain < 1 || gain > gains_) return false;
   gain_ = gain;
+  RecallTrim();
   return true;
+}
+
+int InstrumentModel::WavelengthKey() const {
+  return static_cast<int>(std::lround(wavelength_ * 10.0));
+}
+
+void InstrumentModel::RecallTrim() {
+  const auto zero = zeros_.find(WavelengthKey());
+  if (zero != zeros_.end() && zero->second.Gain == gain_) trim_ = zero->second.Trim;
 }
 
 bool InstrumentModel::SetSlit(int code, int& takesMs) {
@@ -115,6 +127,7 @@ int InstrumentModel::Rezero(std::int64_t nowMs) {
   while (gain_ > 1 && light * optics::GainFactor(gain_) > optics::BlankSignal) --gain_;
   const double signal = light * optics::GainFactor(gain_);
   trim_ = signal > 0.0 ? std::clamp(optics::BlankSignal / signal, 1.0, optics::MaximumTrim) : 1.0;
+  zeros_[WavelengthKey()] = {gain_, trim_};
   constexpr int Readings = 30;
   std::int64_t sum = 0;
   for (int i = 0; i < Readings; ++i) sum += Energy(nowMs);

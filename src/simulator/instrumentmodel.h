@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -70,7 +71,8 @@ class InstrumentModel {
   void MeasureDark();
   int Switch(Lamp& lamp, bool on, int warmUpMs, std::int64_t nowMs);
   /// Chooses gain and trim for what stands in the beam: the highest gain whose signal stays below the aim,
-  /// then the trim that reaches it. Returns the energy measured then [counts].
+  /// then the trim that reaches it. The trim is kept for this wavelength and gain and comes back with them.
+  /// Returns the energy measured then [counts].
   int Rezero(std::int64_t nowMs);
   /// One raw reading [counts], 0 … full scale.
   int Energy(std::int64_t nowMs);
@@ -110,6 +112,8 @@ class InstrumentModel {
   int PlaceIndex() const { return samplerFitted_ ? cell_ : 0; }
   double SecondsInBeam(std::int64_t nowMs) const;
   void StartClockOfPlace(std::int64_t nowMs);
+  int WavelengthKey() const;
+  void RecallTrim();
   double LampOutput(std::int64_t nowMs) const;
   /// The converter: signal plus dark energy with noise, rounded and clipped.
   int Convert(double signal);
@@ -125,6 +129,12 @@ class InstrumentModel {
   double lampSwitch_ = PowerUpLampSwitch;
   int gain_ = 1;
   double trim_ = 1.0;
+  struct Zero {
+    int Gain = 0;
+    double Trim = 1.0;
+  };
+  /// By wavelength in tenths of a nanometre.
+  std::map<int, Zero> zeros_;
   int slit_ = 2;
   std::vector<int> storedDark_;
   std::array<BeamPlace, Cells + 1> cells_;  ///< 0 is the shelf without sampler

@@ -15,6 +15,10 @@ std::size_t StandardsInUse(const QuaOption& qua) {
   return static_cast<std::size_t>(std::clamp(qua.SampleNumber, 0, kMostStandards));
 }
 
+bool IsTyped(const QuaOption& qua) {
+  return qua.CurveItem == static_cast<std::int32_t>(CurveSource::Coefficients);
+}
+
 double StepFor(double value) {
   for (const double step : {1000.0, 100.0, 10.0, 1.0}) {
     if (value >= step) return step;
@@ -40,7 +44,7 @@ CurveAxes AxesOf(const QuaOption& qua) {
   double abs = kTypedCurveAbs;
   double conc = 0;
   const std::size_t count = StandardsInUse(qua);
-  if (qua.CurveItem != static_cast<std::int32_t>(CurveSource::Coefficients) && count > 0) {
+  if (!IsTyped(qua) && count > 0) {
     abs = qua.StandardAbs[0][FitColumn(qua)];
     conc = qua.StandardConc[0];
     for (std::size_t i = 1; i < count; ++i) {
@@ -55,12 +59,14 @@ CurveAxes AxesOf(const QuaOption& qua) {
   return axes;
 }
 
-std::vector<CurvePoint> CurveMarks(const QuaOption& qua, const CurveAxes& axes) {
-  std::vector<CurvePoint> marks;
+std::vector<CurveMark> CurveMarks(const QuaOption& qua, const CurveAxes& axes) {
+  std::vector<CurveMark> marks;
+  if (IsTyped(qua)) return marks;
   for (std::size_t i = 0; i < StandardsInUse(qua); ++i) {
     const CurvePoint point = {qua.StandardAbs[i][FitColumn(qua)], qua.StandardConc[i]};
     const bool given = qua.StandardAbsSet[i] && qua.StandardConcSet[i];
-    if (given && !std::isnan(point.Abs) && !std::isnan(point.Conc)) marks.push_back(axes.Held(point));
+    if (!given || std::isnan(point.Abs) || std::isnan(point.Conc)) continue;
+    marks.push_back({static_cast<std::int32_t>(i), point, axes.Held(point)});
   }
   return marks;
 }

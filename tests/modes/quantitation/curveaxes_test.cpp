@@ -101,7 +101,14 @@ TEST(Marks, AreTheStandardsHeldInsideTheAxes) {
   qua.SampleNumber = 5;
   qua.StandardAbsSet[3] = true;
   const CurveAxes axes = AxesOf(qua);
-  EXPECT_EQ(CurveMarks(qua, axes), (Points{{0, 0}, {0.25, 5}, {0.5, 10}})) << "an empty row is no mark";
+  EXPECT_EQ(CurveMarks(qua, axes),
+            (std::vector<CurveMark>{
+                {0, {-0.5, -10}, {0, 0}}, {1, {0.25, 5}, {0.25, 5}}, {2, {0.5, 10}, {0.5, 10}}}))
+      << "an empty row is no mark";
+  qua.StandardConcSet[1] = false;
+  EXPECT_EQ(CurveMarks(qua, axes).back().Row, 2) << "the row stays that of the table";
+  qua.CurveItem = 2;
+  EXPECT_TRUE(CurveMarks(qua, axes).empty()) << "typed coefficients come from no standards";
 }
 
 TEST(Curve, RunsFromZeroToTheEndAndIsHeldInsideTheAxes) {

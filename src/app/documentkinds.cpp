@@ -2,6 +2,7 @@
 
 #include "app/ground/commands.h"
 #include "modes/windows/frmbasic.h"
+#include "modes/windows/frmqua.h"
 
 namespace spectrane {
 namespace {
@@ -12,7 +13,7 @@ DocumentWindow* Make(MainWindow& frame) {
 }
 
 const DocumentKind kKinds[] = {
-    {kQuantitationFile, 1, kNewQua, 104, "FrmQua", nullptr},
+    {kQuantitationFile, 1, kNewQua, 104, "FrmQua", &Make<FrmQua>},
     {kKineticsFile, 2, kNewTS, 105, "FrmTS", nullptr},
     {kScanFile, 3, kNewWLS, 106, "FrmWLS", nullptr},
     {kMultiFile, 4, kNewMulti, 107, "FrmMulti", nullptr},

@@ -51,6 +51,19 @@ void DocumentWindow::SetCaption(const QString& caption) {
   setAccessibleName(caption);
 }
 
+bool DocumentWindow::AskToRemoveRecord(int number, int count) {
+  constexpr int kRemoveError = 1215;
+  constexpr int kRemoveQuestion = 1216;
+  constexpr int kRemoveQuestionEnd = 1217;
+  if (number < 1 || number > count) {
+    frame_.Boxes().Show(kRemoveError);
+    return false;
+  }
+  const QString question =
+      Words(kRemoveQuestion) + u'<' + QString::number(number) + u'>' + Words(kRemoveQuestionEnd);
+  return frame_.Boxes().AskYesNo(question) == Answer::Yes;
+}
+
 void DocumentWindow::DocumentChanged() {
   setWindowModified(IsModified());
   frame_.Display().UpdateCommands();

@@ -112,6 +112,8 @@ class DocumentWindow : public QWidget, public RezeroTarget {
   /// Writes the document; false leaves a reason in `fault`. No message is shown here.
   virtual bool WriteDocument(const QString& path, QString& fault) = 0;
   virtual bool ReadDocument(const QString& path, QString& fault) = 0;
+  /// Asks whether row `number` (from 1) of `count` is to go; says that there is none otherwise. Yields.
+  bool AskToRemoveRecord(int number, int count);
   /// To be called after every change of the document.
   void DocumentChanged();
 

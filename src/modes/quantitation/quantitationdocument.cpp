@@ -66,6 +66,11 @@ QuantitationSettings QuantitationDocument::Settings() const {
   return settings;
 }
 
+void QuantitationDocument::Begin(const QuantitationSettings& settings) {
+  *this = QuantitationDocument();
+  TakeSettings(settings, option_);
+}
+
 bool QuantitationDocument::WouldChange(const QuantitationSettings& settings) const {
   QuantitationSettings own = Settings();
   own.CustomConcUnit = settings.CustomConcUnit;
@@ -183,6 +188,20 @@ void QuantitationDocument::RecordsChanged() {
 void QuantitationDocument::Append(QuaRecord record) {
   records_.push_back(std::move(record));
   RecordsChanged();
+}
+
+bool QuantitationDocument::IsBeyondStandards(std::int32_t row) const {
+  if (!FitsStandards() || !option_.CurveValid || !StandardsComplete(option_) || StandardRows() == 0)
+    return false;
+  const QuaRecord& record = Record(row);
+  const double working = FitColumn(option_) == 0 ? WorkingAbs(record.Abs[0]) : record.Abs[2];
+  double lowest = option_.StandardAbs[0][FitColumn(option_)];
+  double highest = lowest;
+  for (std::size_t i = 0; i < static_cast<std::size_t>(StandardRows()); ++i) {
+    lowest = std::min(lowest, option_.StandardAbs[i][FitColumn(option_)]);
+    highest = std::max(highest, option_.StandardAbs[i][FitColumn(option_)]);
+  }
+  return !(working >= lowest && working <= highest);
 }
 
 void QuantitationDocument::SetRecordName(std::int32_t row, const std::string& name) {

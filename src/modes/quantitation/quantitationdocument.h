@@ -29,6 +29,8 @@ class QuantitationDocument {
 
   /// What the option dialog shows. The operator's own unit is not kept here.
   QuantitationSettings Settings() const;
+  /// A new document with these settings, as after a start: nothing measured, nothing to save.
+  void Begin(const QuantitationSettings& settings);
   /// Whether Configure() would change anything that the records rest on.
   bool WouldChange(const QuantitationSettings& settings) const;
   /// Takes the dialog's values and fits anew. When they change anything, the records go, and a document that
@@ -61,6 +63,8 @@ class QuantitationDocument {
   /// A record of these readings with its concentration; not yet in the table.
   QuaRecord MakeRecord(const std::string& name, double first, double second = 0) const;
   void Append(QuaRecord record);
+  /// The curve was fitted and the record's working absorbance lies outside those of its standards.
+  bool IsBeyondStandards(std::int32_t row) const;
   void SetRecordName(std::int32_t row, const std::string& name);
   void SetRecordNote(std::int32_t row, const std::string& note);
   /// Removes the row that the grid numbers `number`, from 1; later rows move up. False when it is 0 or beyond

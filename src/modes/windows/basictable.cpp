@@ -2,6 +2,7 @@
 
 #include "app/ground/words.h"
 #include "base/numbers.h"
+#include "modes/windows/fittext.h"
 
 namespace spectrane {
 namespace {
@@ -19,16 +20,7 @@ int AlignmentOf(int column) {
 }  // namespace
 
 QString FitNote(const QString& text) {
-  // A character of the file is one byte wide.
-  static const auto width = static_cast<qsizetype>(BasicModule().Record.Fields.back().Width);
-  QList<uint> characters = text.toUcs4();
-  characters.resize(std::min(characters.size(), width));
-  for (uint& c : characters) {
-    if (c == '\n' || c == '\r' || c == '\t' || c == 0x2028 || c == 0x2029) c = ' ';
-  }
-  static_assert(sizeof(uint) == sizeof(char32_t));
-  std::u32string fit(characters.begin(), characters.end());
-  return QString::fromStdU32String(fit);
+  return FitText(text, static_cast<qsizetype>(BasicModule().Record.Fields.back().Width));
 }
 
 BasicTable::BasicTable(PhotometryDocument& document, const DisplayFormats& formats, QObject* parent)

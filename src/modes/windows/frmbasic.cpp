@@ -5,6 +5,7 @@
 #include <QPointer>
 #include <QVBoxLayout>
 
+#include "app/ground/busycursor.h"
 #include "app/ground/commands.h"
 #include "app/ground/layoutstore.h"
 #include "app/ground/words.h"
@@ -19,23 +20,8 @@ namespace {
 constexpr int kFileType = 11;
 constexpr int kNoPicture = 969;
 constexpr int kFileFilter = 1193;
-constexpr int kRemoveError = 1215;
-constexpr int kRemoveQuestion = 1216;
-constexpr int kRemoveQuestionEnd = 1217;
 
 const QString kGridLayout = QStringLiteral("FrmBasic/DataGrid");
-
-/// The cursor of a wait, over this window only: the commands of the main window stay in reach.
-class BusyCursor {
- public:
-  explicit BusyCursor(QWidget& window) : window_(window) { window_.setCursor(Qt::BusyCursor); }
-  ~BusyCursor() { window_.unsetCursor(); }
-  BusyCursor(const BusyCursor&) = delete;
-  BusyCursor& operator=(const BusyCursor&) = delete;
-
- private:
-  QWidget& window_;
-};
 
 QString PlainWords(int textId) {
   return PlainCaption(Caption(textId));
@@ -165,14 +151,8 @@ void FrmBasic::mmuDeleteReport() {
   if (RunsNow()) return;
   CommitEditors();
   const int number = grid_->SelectedRow() + 1;
-  if (number < 1 || number > document_.RecordCount()) {
-    Frame().Boxes().Show(kRemoveError);
-    return;
-  }
   const QPointer<FrmBasic> self(this);
-  const QString question =
-      Words(kRemoveQuestion) + u'<' + QString::number(number) + u'>' + Words(kRemoveQuestionEnd);
-  if (Frame().Boxes().AskYesNo(question) != Answer::Yes || !self) return;
+  if (!AskToRemoveRecord(number, document_.RecordCount()) || !self) return;
   if (!document_.DeleteRecord(number)) return;
   table_->RowRemoved(number - 1);
   grid_->ShowRow(std::min(number, document_.RecordCount()) - 1);

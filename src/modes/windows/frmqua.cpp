@@ -1,0 +1,395 @@
+#include "modes/windows/frmqua.h"
+
+#include <QAction>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPointer>
+#include <QSplitter>
+#include <QVBoxLayout>
+
+#include "app/ground/busycursor.h"
+#include "app/ground/commands.h"
+#include "app/ground/layoutstore.h"
+#include "app/ground/words.h"
+#include "base/numbers.h"
+#include "link/function.h"
+#include "modes/quantitation/quantitationsettings.h"
+#include "modes/windows/frmquaconfig.h"
+#include "modes/windows/frmselectsampler.h"
+#include "modes/windows/qualinepic.h"
+#include "modes/windows/quatable.h"
+#include "modes/windows/sheetgrid.h"
+
+namespace spectrane {
+namespace {
+
+constexpr int kFileType = 1;
+constexpr int kNoPicture = 1046;
+constexpr int kFileFilter = 1047;
+constexpr int kStandardsCaption = 1058;
+constexpr int kRecordsCaption = 1059;
+constexpr int kCurveError = 1209;
+
+QString PlainWords(int textId) {
+  return PlainCaption(Caption(textId));
+}
+
+/// A grid with its heading above it.
+QWidget* Titled(QWidget* grid, const QString& title, QWidget* parent) {
+  auto* const box = new QWidget(parent);
+  auto* const layout = new QVBoxLayout(box);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(2);
+  auto* const label = new QLabel(title, box);
+  label->setContentsMargins(6, 4, 6, 0);
+  layout->addWidget(label);
+  layout->addWidget(grid, 1);
+  return box;
+}
+
+}  // namespace
+
+FrmQua::FrmQua(MainWindow& frame)
+    : DocumentWindow(frame),
+      test_(BenchOf(frame), document_),
+      standards_(new SheetGrid(QStringLiteral("QuaConfigText"), this)),
+      standardTable_(new StandardTable(document_, frame.Link().Formats, this)),
+      records_(new SheetGrid(QStringLiteral("RecordText"), this)),
+      recordTable_(new RecordTable(document_, frame.Link().Formats, this)),
+      picture_(new QuaLinePic(document_, frame.Link().Formats, this)) {
+  setObjectName(QStringLiteral("FrmQua"));
+  SetCaption(Words(kNewQua).trimmed());
+  QuantitationSettings settings;
+  LoadSettings<QuantitationSettings>(frame.Settings(), kQuantitationSettingRows, settings);
+  document_.Begin(settings);
+  BuildStandards();
+  BuildRecords();
+  BuildLayout();
+  BuildActions();
+  ConnectTest();
+  ConnectPicture();
+  FitColumns();
+  UpdateOffers();
+}
+
+FrmQua::~FrmQua() {
+  // An editor that is still open would hand its text to what is no longer there.
+  for (SheetGrid* const grid : {standards_, records_}) {
+    grid->model()->disconnect(this);
+    grid->disconnect(this);
+    grid->CommitEditor();
+  }
+}
+
+void FrmQua::BuildStandards() {
+  standards_->setObjectName(QStringLiteral("QuaConfigGrid"));
+  standards_->setAccessibleName(PlainWords(kStandardsCaption));
+  standards_->setModel(standardTable_);
+  standards_->Hint = [this] { return StandardsHint(); };
+  connect(standardTable_, &StandardTable::Fitted, this, [this](FitOutcome outcome) {
+    ShowCurve();
+    // The box must not come up while the editor is still closing.
+    QMetaObject::invokeMethod(
+        this, [this, outcome] { TellFit(outcome); }, Qt::QueuedConnection);
+  });
+  connect(standards_, &SheetGrid::RowSelectionChanged, this,
+          [this] { picture_->ShowSelected(standards_->SelectedRow()); });
+  connect(standards_, &QTableView::clicked, this, [this](const QModelIndex& cell) {
+    const bool abs =
+        cell.column() >= standardTable_->FirstAbsColumn() && cell.column() < standardTable_->ConcColumn();
+    if (!abs) return;
+    const int row = cell.row();
+    QMetaObject::invokeMethod(
+        this, [this, row] { MeasureStandard(row); }, Qt::QueuedConnection);
+  });
+}
+
+void FrmQua::BuildRecords() {
+  records_->setObjectName(QStringLiteral("RecordGrid"));
+  records_->setAccessibleName(PlainWords(kRecordsCaption));
+  records_->setModel(recordTable_);
+  records_->Hint = [this] { return NextStep(); };
+  connect(records_, &SheetGrid::RowSelectionChanged, this, &FrmQua::UpdateOffers);
+  for (QuaTable* const table :
+       {static_cast<QuaTable*>(standardTable_), static_cast<QuaTable*>(recordTable_)}) {
+    connect(table, &QAbstractItemModel::dataChanged, this, &FrmQua::DocumentChanged);
+    connect(table, &QuaTable::TextRefused, this, [this](const QString& text) {
+      Frame().Display().SetRemark("\"" + text.toStdString() + "\" is no number.");
+    });
+  }
+}
+
+void FrmQua::BuildLayout() {
+  columns_ = new QSplitter(Qt::Horizontal, this);
+  columns_->setObjectName(QStringLiteral("QuaColumns"));
+  columns_->addWidget(Titled(standards_, PlainWords(kStandardsCaption), columns_));
+  columns_->addWidget(picture_);
+  columns_->setStretchFactor(0, 2);
+  columns_->setStretchFactor(1, 3);
+  rows_ = new QSplitter(Qt::Vertical, this);
+  rows_->setObjectName(QStringLiteral("QuaRows"));
+  rows_->addWidget(columns_);
+  rows_->addWidget(Titled(records_, PlainWords(kRecordsCaption), rows_));
+  rows_->setStretchFactor(0, 3);
+  rows_->setStretchFactor(1, 2);
+  for (QSplitter* const splitter : {columns_, rows_}) splitter->setChildrenCollapsible(false);
+  auto* const layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(rows_);
+  setFocusProxy(standards_);
+  picture_->setObjectName(QStringLiteral("QuaLinePic"));
+}
+
+void FrmQua::BuildActions() {
+  const auto copy = [this](SheetGrid* grid) {
+    auto* const action = new QAction(QStringLiteral("&Copy"), this);
+    action->setObjectName(QStringLiteral("GridCopy"));
+    action->setShortcut(QKeySequence::Copy);
+    action->setShortcutContext(Qt::WidgetShortcut);
+    connect(action, &QAction::triggered, grid, [grid] { grid->Copy(); });
+    grid->addAction(action);
+    grid->setContextMenuPolicy(Qt::ActionsContextMenu);
+    return action;
+  };
+  copy(standards_);
+  copyAction_ = copy(records_);
+  auto* const measure = new QAction(QStringLiteral("&Measure"), this);
+  measure->setObjectName(QStringLiteral("MeasureStandard"));
+  measure->setShortcut(Qt::Key_F8);
+  measure->setShortcutContext(Qt::WidgetShortcut);
+  connect(measure, &QAction::triggered, this, [this] { MeasureStandard(standards_->SelectedRow()); });
+  auto* const paste = new QAction(QStringLiteral("&Paste"), this);
+  paste->setObjectName(QStringLiteral("GridPaste"));
+  paste->setShortcut(QKeySequence::Paste);
+  paste->setShortcutContext(Qt::WidgetShortcut);
+  connect(paste, &QAction::triggered, standards_, [this] { standards_->Paste(); });
+  standards_->addActions({paste, measure});
+  QSet<QChar> used = {u'C'};
+  deleteAction_ = new QAction(WithAccessKey(Words(kDeleteRecord), used), this);
+  deleteAction_->setObjectName(QStringLiteral("GridDelete"));
+  connect(deleteAction_, &QAction::triggered, this, [this] { mmuDeleteReport(); });
+  records_->addAction(deleteAction_);
+}
+
+void FrmQua::ConnectTest() {
+  test_.StopWanted = [this] { return StopWanted(); };
+  test_.SelectSampler = [this] { return SelectSampler(); };
+  test_.OnSampleBegun = [this](const std::string& name) {
+    recordTable_->Begin(QString::fromStdString(name));
+    if (!records_->EditorIsOpen()) records_->scrollToBottom();
+  };
+  test_.OnReading = [this](std::size_t wavelength, double abs) {
+    recordTable_->ShowReading(wavelength, abs);
+  };
+  test_.OnSampleDropped = [this] { recordTable_->Drop(); };
+  test_.OnRecord = [this](std::int32_t row) {
+    recordTable_->Finish();
+    // Somebody who is typing goes on typing in the row that it belongs to.
+    if (!records_->EditorIsOpen()) records_->ShowCell(row, recordTable_->NameColumn());
+    DocumentChanged();
+  };
+}
+
+void FrmQua::ConnectPicture() {
+  connect(picture_, &QuaLinePic::MarkChosen, this,
+          [this](std::int32_t row) { standards_->ShowCell(row, standardTable_->ConcColumn()); });
+  connect(picture_, &QuaLinePic::PointedAt, this, [this](double absorbance, double concentration) {
+    if (RunsNow() || Frame().Link().Live.LinkLost()) return;
+    Frame().Display().SetRemark(Format(absorbance, Frame().Link().Formats.AbsFormat) + " Abs   " +
+                                FormatValue(concentration) + " " + document_.Option().ConcUnit);
+  });
+  connect(picture_, &QuaLinePic::PointedAway, this, [this] {
+    if (!RunsNow() && !Frame().Link().Live.LinkLost()) Frame().Display().SetRemark({});
+  });
+}
+
+void FrmQua::FitColumns() {
+  for (SheetGrid* const grid : {standards_, records_}) {
+    auto* const table = static_cast<QuaTable*>(grid->model());
+    grid->ensurePolished();
+    QHeaderView& header = *grid->horizontalHeader();
+    const int character = grid->fontMetrics().averageCharWidth();
+    header.setMinimumSectionSize(character * 5);
+    for (int column = 0; column < table->NoteColumn(); ++column) {
+      const int least = column == table->NumberColumn() ? 5 : column == table->NameColumn() ? 16 : 11;
+      header.resizeSection(column, std::max(header.sectionSizeHint(column), character * least));
+    }
+  }
+}
+
+void FrmQua::ShowEverything() {
+  standardTable_->Replaced();
+  recordTable_->Replaced();
+  FitColumns();
+  ShowCurve();
+}
+
+void FrmQua::ShowCurve() {
+  standardTable_->RowsChanged();
+  recordTable_->RowsChanged();
+  picture_->Redraw();
+  records_->viewport()->update();
+  UpdateOffers();
+}
+
+void FrmQua::RunOf(const std::function<void()>& work) {
+  if (RunsNow()) return;
+  CommitEditors();
+  {
+    const Run run(*this);
+    const BusyCursor busy(*this);
+    UpdateOffers();
+    work();
+  }
+  ShowCurve();
+  DocumentChanged();
+}
+
+void FrmQua::mmuStartTest() {
+  RunOf([this] { test_.mmuStartTest(); });
+}
+
+void FrmQua::mmuOperationRezero() {
+  RunOf([this] { test_.mmuOperationRezero(); });
+}
+
+void FrmQua::MeasureStandard(int row) {
+  if (row < 0 || row >= document_.StandardRows() || !document_.FitsStandards()) return;
+  RunOf([this, row] { test_.MeasureStandard(row); });
+}
+
+bool FrmQua::SelectSampler() {
+  FrmSelectSampler dialog(Frame());
+  return dialog.exec() == QDialog::Accepted;
+}
+
+void FrmQua::TellFit(FitOutcome outcome) {
+  if (outcome == FitOutcome::Rejected) Frame().Boxes().ShowError(kCurveError);
+}
+
+void FrmQua::mmuDeleteReport() {
+  if (RunsNow()) return;
+  CommitEditors();
+  const int number = records_->SelectedRow() + 1;
+  const QPointer<FrmQua> self(this);
+  if (!AskToRemoveRecord(number, document_.RecordCount()) || !self) return;
+  if (!document_.DeleteRecord(number)) return;
+  recordTable_->Replaced();
+  records_->ShowCell(std::min(number, document_.RecordCount()) - 1, recordTable_->NameColumn());
+  DocumentChanged();
+  UpdateOffers();
+}
+
+void FrmQua::mmuFileOutputBMP() {
+  Frame().Boxes().Show(kNoPicture);
+}
+
+void FrmQua::ShowConfigWindow() {
+  if (RunsNow()) return;
+  CommitEditors();
+  const QPointer<FrmQua> self(this);
+  FrmQuaConfig dialog(Frame(), document_.Settings(), [this](const QuantitationSettings& settings) {
+    return document_.RecordCount() > 0 && document_.WouldChange(settings);
+  });
+  if (dialog.exec() != QDialog::Accepted || !self) return;
+  const FitOutcome outcome = document_.Configure(dialog.Settings());
+  ShowEverything();
+  DocumentChanged();
+  TellFit(outcome);
+}
+
+int FrmQua::CheckFileType() const {
+  return kFileType;
+}
+
+QString FrmQua::OpenFileName() const {
+  return QString::fromStdString(document_.FileName());
+}
+
+bool FrmQua::Offers(int command) const {
+  switch (command) {
+    case kClose:
+      return true;
+    case kStartTest:
+    case kSetBlank:
+    case kTestOption:
+    case kOutputPicture:  // with the words that refuse it
+      return !RunsNow();
+    case kSave:
+    case kSaveAs:
+      return !RunsNow() && (document_.IsModified() || !document_.FileName().empty());
+    case kDeleteRecord:
+      return !RunsNow() && records_->SelectedRow() >= 0;
+    default:
+      return false;
+  }
+}
+
+void FrmQua::UpdateOffers() {
+  copyAction_->setEnabled(document_.RecordCount() > 0);
+  deleteAction_->setEnabled(Offers(kDeleteRecord));
+  Frame().Display().UpdateCommands();
+}
+
+void FrmQua::FormatsChanged() {
+  standardTable_->FormatsChanged();
+  recordTable_->FormatsChanged();
+  picture_->Redraw();
+}
+
+void FrmQua::CommitEditors() {
+  standards_->CommitEditor();
+  records_->CommitEditor();
+}
+
+FileKindWords FrmQua::FileWords() const {
+  return {kFileFilter, ".qua", kQuantitationSection};
+}
+
+bool FrmQua::IsModified() const {
+  return document_.IsModified();
+}
+
+bool FrmQua::SavesElsewhere() const {
+  return document_.IsHalfLoaded();
+}
+
+bool FrmQua::WriteDocument(const QString& path, QString& fault) {
+  if (!document_.SaveFile(path.toStdString())) {
+    fault = QString::fromStdString(FaultWords(document_.LastFault()));
+    return false;
+  }
+  if (document_.TextWasLost()) {
+    Frame().Display().SetRemark("Saved. Characters that the file has no place for stand there as \"?\".");
+  }
+  return true;
+}
+
+bool FrmQua::ReadDocument(const QString& path, QString& fault) {
+  const bool whole = document_.OpenFile(path.toStdString());
+  if (!whole) fault = QString::fromStdString(FaultWords(document_.LastFault()));
+  ShowEverything();
+  records_->ShowCell(0, recordTable_->NameColumn());
+  return whole;
+}
+
+QString FrmQua::StandardsHint() const {
+  return QStringLiteral("The coefficients are typed in: no standards are measured. %1 changes that.")
+      .arg(PlainWords(kTestOption));
+}
+
+QString FrmQua::NextStep() const {
+  if (!test_.IsConnected()) {
+    return QStringLiteral("No samples yet. Connect the instrument, insert the blank and choose %1.")
+        .arg(PlainWords(kSetBlank));
+  }
+  if (!test_.BlankHolds())
+    return QStringLiteral("Insert the blank and choose %1.").arg(PlainWords(kSetBlank));
+  if (document_.FitsStandards() && !document_.Option().CurveValid) {
+    return QStringLiteral(
+        "Type the concentration of each standard, insert it and click its absorbance to measure it.");
+  }
+  return QStringLiteral("Insert a sample and choose %1.").arg(PlainWords(kStartTest));
+}
+
+}  // namespace spectrane

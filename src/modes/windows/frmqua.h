@@ -1,0 +1,85 @@
+#pragma once
+
+#include "app/ground/documentwindow.h"
+#include "modes/quantitation/quantitationtest.h"
+
+class QAction;
+class QSplitter;
+
+namespace spectrane {
+
+class EditGrid;
+class QuaLinePic;
+class RecordTable;
+class SheetGrid;
+class StandardTable;
+
+/// The quantitation window: standards, their curve, and samples with the concentration that the curve gives
+/// them.
+class FrmQua : public DocumentWindow {
+  Q_OBJECT
+
+ public:
+  explicit FrmQua(MainWindow& frame);
+  ~FrmQua() override;
+
+  const QuantitationDocument& Document() const { return document_; }
+  const QuantitationTest& Test() const { return test_; }
+  /// First wavelength of the test [nm].
+  double GetWaveLength() const { return document_.Option().WaveLengthList[0]; }
+
+  /// Measures one sample, or each position of the automatic sampler that is in use. Yields.
+  void mmuStartTest() override;
+  /// Takes the blank at each wavelength. Yields.
+  void mmuOperationRezero() override;
+  /// Measures the standard of that row, from 0. Yields.
+  void MeasureStandard(int row);
+  /// Removes the selected record after a question. Yields.
+  void mmuDeleteReport() override;
+  void mmuFileOutputBMP() override;
+  void ShowConfigWindow() override;
+
+  int CheckFileType() const override;
+  QString OpenFileName() const override;
+  bool Offers(int command) const override;
+  void FormatsChanged() override;
+  void CommitEditors() override;
+
+ protected:
+  FileKindWords FileWords() const override;
+  bool IsModified() const override;
+  bool SavesElsewhere() const override;
+  bool WriteDocument(const QString& path, QString& fault) override;
+  bool ReadDocument(const QString& path, QString& fault) override;
+
+ private:
+  void BuildStandards();
+  void BuildRecords();
+  void BuildLayout();
+  void BuildActions();
+  void ConnectTest();
+  void ConnectPicture();
+  void FitColumns();
+  void ShowEverything();
+  void ShowCurve();
+  void RunOf(const std::function<void()>& work);
+  void TellFit(FitOutcome outcome);
+  bool SelectSampler();
+  void UpdateOffers();
+  QString NextStep() const;
+  QString StandardsHint() const;
+
+  QuantitationDocument document_;
+  QuantitationTest test_;
+  SheetGrid* standards_;
+  StandardTable* standardTable_;
+  SheetGrid* records_;
+  RecordTable* recordTable_;
+  QuaLinePic* picture_;
+  QSplitter* columns_ = nullptr;
+  QSplitter* rows_ = nullptr;
+  QAction* copyAction_ = nullptr;
+  QAction* deleteAction_ = nullptr;
+};
+
+}  // namespace spectrane

@@ -20,9 +20,12 @@ constexpr int kEquationType = 240;
 constexpr int kRaisedType = 160;
 constexpr double kLine = 15;
 constexpr double kCurveLine = 25;
-constexpr double kTick = 70;
-constexpr double kSmallTick = 40;
+constexpr double kTick = 60;
+constexpr double kSmallTick = 35;
 constexpr double kNumberGap = 40;
+// Between the axis of absorbances and the top of its numbers, and from their line to that of the title.
+constexpr double kNumbersBelow = 75;
+constexpr double kTitleBelow = 235;
 constexpr double kTitleEdge = 60;
 // A cross reaches so far to the left of its point and above it, and so far to the right and below.
 constexpr double kArmBefore = 45;
@@ -34,6 +37,7 @@ constexpr double kEquationDown = 2.2;
 constexpr double kSmallestEquation = 0.6;
 
 constexpr double kHintMargin = 300;
+constexpr double kHintGap = 80;
 
 constexpr int kAbsTitle = 703;
 constexpr int kConcTitle = 1043;
@@ -124,9 +128,10 @@ void Sketch::AbsScale(const QFontMetricsF& metrics) {
     Fill({x, area.bottom(), line_, numbered ? kTick : kSmallTick}, colours_.Ink);
     const QString number = FromText(tick.Number);
     const double width = metrics.horizontalAdvance(number);
-    if (!numbered || x - width / 2 < free) continue;
-    painter_.drawText(QPointF(x - width / 2, area.bottom() + kTick + kNumberGap + metrics.ascent()), number);
-    free = x + width / 2 + metrics.horizontalAdvance(u'0');
+    const double left = std::min(x - width / 2, plot_.Size().width() - width);
+    if (!numbered || left < free) continue;
+    painter_.drawText(QPointF(left, area.bottom() + kNumbersBelow + metrics.ascent()), number);
+    free = left + width + metrics.horizontalAdvance(u'0');
   }
 }
 
@@ -153,7 +158,7 @@ void Sketch::Titles(const QFontMetricsF& metrics) {
   const QRectF area = plot_.Area();
   const QString across =
       metrics.elidedText(FromText(Text(kAbsTitle)).trimmed(), Qt::ElideRight, area.width());
-  const double below = area.bottom() + kTick + kNumberGap + metrics.height() * 1.9;
+  const double below = area.bottom() + kNumbersBelow + metrics.ascent() + kTitleBelow;
   painter_.drawText(QPointF(area.center().x() - metrics.horizontalAdvance(across) / 2, below), across);
 
   const double height = area.height() + kArmAfter;
@@ -270,20 +275,20 @@ void Sketch::Hint(const QuantitationHint& hint) {
   constexpr int kFlags = Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap;
   QFont bold = Type(kEquationType);
   bold.setBold(true);
-  const QFont plain = Type(kEquationType);
-  QRectF head = QFontMetricsF(bold).boundingRect(room, kFlags, hint.Headline);
-  QRectF advice = QFontMetricsF(plain).boundingRect(room, kFlags, hint.Advice);
+  const QFont plain = Type(kNumberType);
+  const QRectF head = QFontMetricsF(bold).boundingRect(room, kFlags, hint.Headline);
+  const QRectF advice = QFontMetricsF(plain).boundingRect(room, kFlags, hint.Advice);
   const bool both =
-      head.height() + kSmallTick + advice.height() <= room.height() && advice.width() <= room.width();
+      head.height() + kHintGap + advice.height() <= room.height() && advice.width() <= room.width();
   if (head.height() > room.height() || head.width() > room.width()) return;
-  const double height = head.height() + (both ? kSmallTick + advice.height() : 0);
+  const double height = head.height() + (both ? kHintGap + advice.height() : 0);
   const double top = room.center().y() - height / 2;
   painter_.setPen(colours_.HintInk);
   painter_.setFont(bold);
   painter_.drawText(QRectF(room.left(), top, room.width(), head.height()), kFlags, hint.Headline);
   if (!both) return;
   painter_.setFont(plain);
-  painter_.drawText(QRectF(room.left(), top + head.height() + kSmallTick, room.width(), advice.height()),
+  painter_.drawText(QRectF(room.left(), top + head.height() + kHintGap, room.width(), advice.height()),
                     kFlags, hint.Advice);
 }
 
@@ -312,7 +317,9 @@ void PaintQuantitation(QPainter& painter, const QRectF& surface, const QuaOption
   } else {
     painter.fillRect(QRectF(QPointF(), plot.Size()), options.Colours.Paper);
     sketch.Scales();
-    sketch.Curve(accepted);
+    // A fit that left nothing behind has no curve: its line would lie on the axis.
+    const bool left = CoefficientsInForce(qua) != std::array<double, 4>{};
+    if (accepted || left) sketch.Curve(accepted);
     sketch.Marks();
     sketch.Equation();
     if (!accepted) sketch.Remark(hint.Headline);

@@ -161,7 +161,11 @@ TEST(QuantitationPicture, StaysOnItsSurface) {
   QPainter painter(&image);
   QuaOption qua = Line();
   qua.ConcUnit = std::string(200, 'W');
-  PaintQuantitation(painter, QRectF(50, 60, 200, 180), qua, DisplayFormats(), {});
+  qua.CurveK = {0, 9000, 0, 0};
+  // Numbers wider than the margin they stand in.
+  QuantitationPictureOptions options;
+  options.Font.setStretch(400);
+  PaintQuantitation(painter, QRectF(50, 60, 200, 180), qua, DisplayFormats(), options);
   painter.end();
   EXPECT_EQ(CountOf(image.copy(50, 60, 200, 180), Qt::magenta), 0);
   EXPECT_EQ(CountOf(image, Qt::magenta), 400 * 400 - 200 * 180);

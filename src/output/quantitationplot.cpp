@@ -78,8 +78,9 @@ std::vector<AxisTick> AxisTicks(double end) {
   const int steps = static_cast<int>(std::lround(end / step));
   const int parts = steps <= 5 ? 5 : 2;
   for (int i = 0; i <= steps * parts; ++i) {
-    const bool numbered = i % parts == 0;
-    const double value = numbered ? i / parts * step : i * step / parts;
+    const int wholeSteps = i / parts;
+    const bool numbered = i == wholeSteps * parts;
+    const double value = numbered ? wholeSteps * step : i * step / parts;
     ticks.push_back({value, numbered ? Format(value, i == 0 ? "0" : pattern) : std::string()});
   }
   return ticks;

@@ -198,5 +198,18 @@ TEST_F(DISABLED_LinePicture, Dark) {
   EXPECT_TRUE(Picture.grab().save(folder + QStringLiteral("/qua-dark-curve.png")));
 }
 
+TEST_F(DISABLED_LinePicture, Tip) {
+  Fill();
+  Document.SetStandardName(2, "Lot 7, fresh");
+  Present();
+  EXPECT_FALSE(TipAt(PlaceOf(2)).isEmpty());
+  const QString path = qEnvironmentVariable("SPECTRANE_PICTURES") + QStringLiteral("/qua-tip.png");
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    if (window->inherits("QTipLabel")) {
+      EXPECT_TRUE(window->grab().save(path));
+    }
+  }
+}
+
 }  // namespace
 }  // namespace spectrane::testing_windows

@@ -39,6 +39,9 @@ constexpr double kSmallestEquation = 0.6;
 constexpr double kHintMargin = 300;
 constexpr double kHintGap = 80;
 
+/// No device is larger; places beyond would not fit the integers of the toolkit [units of the surface].
+constexpr double kLongestSurface = 1e6;
+
 constexpr int kAbsTitle = 703;
 constexpr int kConcTitle = 1043;
 
@@ -300,7 +303,8 @@ QuantitationPlot PlotOf(const QuaOption& qua, const QRectF& surface, double twip
 
 void PaintQuantitation(QPainter& painter, const QRectF& surface, const QuaOption& qua,
                        const DisplayFormats& formats, const QuantitationPictureOptions& options) {
-  if (!(surface.width() > 0 && surface.height() > 0)) return;
+  const auto drawable = [](double length) { return length > 0 && length < kLongestSurface; };
+  if (!drawable(surface.width()) || !drawable(surface.height())) return;
   const QuantitationState state = StateOf(qua);
   const bool accepted = state == QuantitationState::Curve;
   const QuantitationPlot plot = PlotOf(qua, surface, options.TwipsPerUnit);

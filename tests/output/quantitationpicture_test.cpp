@@ -59,6 +59,22 @@ TEST(QuantitationPicture, HasTwiceTheDotsOnAFineScreen) {
   EXPECT_EQ(ColourAt(image, 560, 253), kColours.Mark);
 }
 
+TEST(QuantitationPicture, HasTheSameSizesInFineDotsOnPaper) {
+  QuantitationPictureOptions options;
+  // 600 dots an inch; the picture has the same 7500 by 4500 twips.
+  options.TwipsPerUnit = 2.4;
+  const QImage image = PictureOf(Line(), {3125, 1875}, options);
+  // The point lies at 4200 and 1900 twips; its arms are 6 dots thick, reach 18.75 dots before it and end
+  // at 25.
+  const QPointF at(1750, 1900 / 2.4);
+  for (const double along : {-18.0, 0.0, 24.0}) {
+    EXPECT_EQ(ColourAt(image, at.x() + along, at.y() + 3), kColours.Mark) << along;
+    EXPECT_EQ(ColourAt(image, at.x() + 3, at.y() + along), kColours.Mark) << along;
+  }
+  for (const double along : {-21.0, 27.0})
+    EXPECT_NE(ColourAt(image, at.x() + along, at.y() + 3), kColours.Mark);
+}
+
 TEST(QuantitationPicture, HasTheCurveWhereTheEquationPutsIt) {
   const QImage image = PictureOf(Line(), {500, 300});
   // Concentration = 20 x absorbance.
@@ -197,7 +213,8 @@ TEST(QuantitationPicture, TakesSurfacesOfEverySize) {
   }
   QImage image(10, 10, QImage::Format_RGB32);
   QPainter painter(&image);
-  for (const QRectF& surface : {QRectF(0, 0, 0, 0), QRectF(0, 0, -4, 9), QRectF(0, 0, kNaN, kNaN)})
+  for (const QRectF& surface :
+       {QRectF(0, 0, 0, 0), QRectF(0, 0, -4, 9), QRectF(0, 0, kNaN, kNaN), QRectF(0, 0, kInfinity, 1e308)})
     PaintQuantitation(painter, surface, Line(), DisplayFormats(), {});
 }
 

@@ -1,4 +1,6 @@
 #include <QDir>
+#include <QPageSize>
+#include <QPdfWriter>
 
 #include "output/quantitationpicturesupport.h"
 
@@ -42,6 +44,18 @@ TEST_F(DISABLED_QuantitationPictures, Curves) {
   Shoot(typed, "typed");
   Shoot(typed, "narrow", {260, 200});
   Shoot(typed, "wide", {1400, 300});
+}
+
+TEST_F(DISABLED_QuantitationPictures, Paper) {
+  QPdfWriter pdf(qEnvironmentVariable("SPECTRANE_PICTURES") + QStringLiteral("/qua-paper.pdf"));
+  pdf.setResolution(600);
+  pdf.setPageSize(QPageSize(QPageSize::A4));
+  QuantitationPictureOptions options;
+  options.TwipsPerUnit = 1440.0 / pdf.resolution();
+  QPainter painter(&pdf);
+  const QuaOption qua = FittedStandards({{0.1, 20}, {0.35, 90}, {0.8, 310}, {1.2, 620}, {1.71, 1150}}, 2);
+  PaintQuantitation(painter, QRectF(0, 0, pdf.width(), pdf.height() / 3.0), qua, DisplayFormats(), options);
+  EXPECT_TRUE(painter.end());
 }
 
 TEST_F(DISABLED_QuantitationPictures, Hints) {

@@ -20,6 +20,7 @@ constexpr int kEquationType = 240;
 constexpr int kRaisedType = 160;
 constexpr double kLine = 15;
 constexpr double kCurveLine = 25;
+constexpr double kCurveStep = 30;
 constexpr double kTick = 60;
 constexpr double kSmallTick = 35;
 constexpr double kNumberGap = 40;
@@ -174,8 +175,9 @@ void Sketch::Titles(const QFontMetricsF& metrics) {
 }
 
 void Sketch::Curve(bool accepted) {
-  // A point for each dot of a screen; more would not be seen on paper either.
-  const int count = static_cast<int>(std::clamp(plot_.Area().width() / kScreenTwips, 2.0, 4000.0));
+  // Between two points the curve is off by less than a hundredth of a dot; twice as many would take twice the
+  // time.
+  const int count = static_cast<int>(std::clamp(plot_.Area().width() / kCurveStep, 2.0, 4000.0));
   QPolygonF line;
   line.reserve(count + 1);
   for (const CurvePoint& point : CurvePoints(qua_, plot_.Axes(), count + 1))

@@ -42,10 +42,11 @@ QuantitationHint IncompleteHint(const QuaOption& qua) {
   QStringList advice;
   if (!unnamed.empty()) advice << QStringLiteral("Type the concentration of %1.").arg(OfStandards(unnamed));
   if (!unmeasured.empty()) {
-    const QString first = qua.BlankDone
-                              ? QStringLiteral("Measure %1 by a click on its row.")
-                              : QStringLiteral("Set the blank, then measure %1 by a click on its row.");
-    advice << first.arg(OfStandards(unmeasured));
+    const QString words = qua.BlankDone ? QStringLiteral("Measure %1 by a click on %2.")
+                                        : QStringLiteral("Set the blank, then measure %1 by a click on %2.");
+    const QString place =
+        unmeasured.size() == 1 ? QStringLiteral("its row") : QStringLiteral("the row of each");
+    advice << words.arg(OfStandards(unmeasured), place);
   }
   return {QStringLiteral("%1 of %2 standards complete").arg(complete).arg(qua.SampleNumber),
           advice.join(u'\n')};

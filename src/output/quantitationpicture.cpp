@@ -20,9 +20,13 @@ constexpr int kEquationType = 240;
 constexpr int kRaisedType = 160;
 constexpr double kLine = 15;
 constexpr double kCurveLine = 25;
-constexpr double kTick = 70;
-constexpr double kSmallTick = 40;
+constexpr double kCurveStep = 30;
+constexpr double kTick = 60;
+constexpr double kSmallTick = 35;
 constexpr double kNumberGap = 40;
+// Between the axis of absorbances and the top of its numbers, and from their line to that of the title.
+constexpr double kNumbersBelow = 75;
+constexpr double kTitleBelow = 235;
 constexpr double kTitleEdge = 60;
 // A cross reaches so far to the left of its point and above it, and so far to the right and below.
 constexpr double kArmBefore = 45;
@@ -34,6 +38,10 @@ constexpr double kEquationDown = 2.2;
 constexpr double kSmallestEquation = 0.6;
 
 constexpr double kHintMargin = 300;
+constexpr double kHintGap = 80;
+
+/// No device is larger; places beyond would not fit the integers of the toolkit [units of the surface].
+constexpr double kLongestSurface = 1e6;
 
 constexpr int kAbsTitle = 703;
 constexpr int kConcTitle = 1043;
@@ -124,9 +132,10 @@ void Sketch::AbsScale(const QFontMetricsF& metrics) {
     Fill({x, area.bottom(), line_, numbered ? kTick : kSmallTick}, colours_.Ink);
     const QString number = FromText(tick.Number);
     const double width = metrics.horizontalAdvance(number);
-    if (!numbered || x - width / 2 < free) continue;
-    painter_.drawText(QPointF(x - width / 2, area.bottom() + kTick + kNumberGap + metrics.ascent()), number);
-    free = x + width / 2 + metrics.horizontalAdvance(u'0');
+    const double left = std::min(x - width / 2, plot_.Size().width() - width);
+    if (!numbered || left < free) continue;
+    painter_.drawText(QPointF(left, area.bottom() + kNumbersBelow + metrics.ascent()), number);
+    free = left + width + metrics.horizontalAdvance(u'0');
   }
 }
 
@@ -153,7 +162,7 @@ void Sketch::Titles(const QFontMetricsF& metrics) {
   const QRectF area = plot_.Area();
   const QString across =
       metrics.elidedText(FromText(Text(kAbsTitle)).trimmed(), Qt::ElideRight, area.width());
-  const double below = area.bottom() + kTick + kNumberGap + metrics.height() * 1.9;
+  const double below = area.bottom() + kNumbersBelow + metrics.ascent() + kTitleBelow;
   painter_.drawText(QPointF(area.center().x() - metrics.horizontalAdvance(across) / 2, below), across);
 
   const double height = area.height() + kArmAfter;
@@ -166,8 +175,9 @@ void Sketch::Titles(const QFontMetricsF& metrics) {
 }
 
 void Sketch::Curve(bool accepted) {
-  // A point for each dot of a screen; more would not be seen on paper either.
-  const int count = static_cast<int>(std::clamp(plot_.Area().width() / kScreenTwips, 2.0, 4000.0));
+  // Between two points the curve is off by less than a hundredth of a dot; twice as many would take twice the
+  // time.
+  const int count = static_cast<int>(std::clamp(plot_.Area().width() / kCurveStep, 2.0, 4000.0));
   QPolygonF line;
   line.reserve(count + 1);
   for (const CurvePoint& point : CurvePoints(qua_, plot_.Axes(), count + 1))
@@ -270,20 +280,20 @@ void Sketch::Hint(const QuantitationHint& hint) {
   constexpr int kFlags = Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap;
   QFont bold = Type(kEquationType);
   bold.setBold(true);
-  const QFont plain = Type(kEquationType);
-  QRectF head = QFontMetricsF(bold).boundingRect(room, kFlags, hint.Headline);
-  QRectF advice = QFontMetricsF(plain).boundingRect(room, kFlags, hint.Advice);
+  const QFont plain = Type(kNumberType);
+  const QRectF head = QFontMetricsF(bold).boundingRect(room, kFlags, hint.Headline);
+  const QRectF advice = QFontMetricsF(plain).boundingRect(room, kFlags, hint.Advice);
   const bool both =
-      head.height() + kSmallTick + advice.height() <= room.height() && advice.width() <= room.width();
+      head.height() + kHintGap + advice.height() <= room.height() && advice.width() <= room.width();
   if (head.height() > room.height() || head.width() > room.width()) return;
-  const double height = head.height() + (both ? kSmallTick + advice.height() : 0);
+  const double height = head.height() + (both ? kHintGap + advice.height() : 0);
   const double top = room.center().y() - height / 2;
   painter_.setPen(colours_.HintInk);
   painter_.setFont(bold);
   painter_.drawText(QRectF(room.left(), top, room.width(), head.height()), kFlags, hint.Headline);
   if (!both) return;
   painter_.setFont(plain);
-  painter_.drawText(QRectF(room.left(), top + head.height() + kSmallTick, room.width(), advice.height()),
+  painter_.drawText(QRectF(room.left(), top + head.height() + kHintGap, room.width(), advice.height()),
                     kFlags, hint.Advice);
 }
 
@@ -295,7 +305,8 @@ QuantitationPlot PlotOf(const QuaOption& qua, const QRectF& surface, double twip
 
 void PaintQuantitation(QPainter& painter, const QRectF& surface, const QuaOption& qua,
                        const DisplayFormats& formats, const QuantitationPictureOptions& options) {
-  if (!(surface.width() > 0 && surface.height() > 0)) return;
+  const auto drawable = [](double length) { return length > 0 && length < kLongestSurface; };
+  if (!drawable(surface.width()) || !drawable(surface.height())) return;
   const QuantitationState state = StateOf(qua);
   const bool accepted = state == QuantitationState::Curve;
   const QuantitationPlot plot = PlotOf(qua, surface, options.TwipsPerUnit);
@@ -312,7 +323,9 @@ void PaintQuantitation(QPainter& painter, const QRectF& surface, const QuaOption
   } else {
     painter.fillRect(QRectF(QPointF(), plot.Size()), options.Colours.Paper);
     sketch.Scales();
-    sketch.Curve(accepted);
+    // A fit that left nothing behind has no curve: its line would lie on the axis.
+    const bool left = CoefficientsInForce(qua) != std::array<double, 4>{};
+    if (accepted || left) sketch.Curve(accepted);
     sketch.Marks();
     sketch.Equation();
     if (!accepted) sketch.Remark(hint.Headline);

@@ -67,18 +67,20 @@ std::vector<AxisTick> AxisTicks(double end) {
   std::vector<AxisTick> ticks;
   if (!(end > 0 && end <= kLongestAxis)) return ticks;
   double step = 0.01;
-  const char* pattern = "0.00";
   for (const double longer : {0.1, 1.0, 10.0, 100.0, 1000.0}) {
     // An axis of one step is divided by the next smaller one.
     if (end < 1.5 * longer) break;
     step = longer;
-    pattern = longer < 1 ? "0.0" : "0";
   }
+  // Three numbers are few: an axis of two steps has the halves too.
+  if (end < 2.5 * step) step /= 2;
+  const char* const pattern = step < 0.1 ? "0.00" : step < 1 ? "0.0" : "0";
   const int steps = static_cast<int>(std::lround(end / step));
-  const int parts = steps <= 4 ? 5 : 2;
+  const int parts = steps <= 5 ? 5 : 2;
   for (int i = 0; i <= steps * parts; ++i) {
-    const bool numbered = i % parts == 0;
-    const double value = numbered ? i / parts * step : i * step / parts;
+    const int wholeSteps = i / parts;
+    const bool numbered = i == wholeSteps * parts;
+    const double value = numbered ? wholeSteps * step : i * step / parts;
     ticks.push_back({value, numbered ? Format(value, i == 0 ? "0" : pattern) : std::string()});
   }
   return ticks;

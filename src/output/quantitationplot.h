@@ -55,8 +55,8 @@ struct AxisTick {
   bool operator==(const AxisTick&) const = default;
 };
 
-/// The divisions of an axis from 0 to `end`, numbered at the steps that make it up: two to ten of 0.01, 0.1,
-/// 1, 10, 100 or 1000. None for an end that no axis has.
+/// The divisions of an axis from 0 to `end`, numbered at the steps that make it up, with the halves between
+/// when they are only two; one step alone is divided into tenths. None for an end that no axis has.
 std::vector<AxisTick> AxisTicks(double end);
 
 }  // namespace spectrane

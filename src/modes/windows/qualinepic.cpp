@@ -180,15 +180,24 @@ void QuaLinePic::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
 }
 
+QString QuaLinePic::TipAt(const QPointF& place) const {
+  const std::optional<QuantitationPlot> plot = Plot();
+  if (!plot) return {};
+  if (const std::optional<CurveMark> mark = MarkAt(place)) return MarkWords(*mark);
+  // Whole, where a narrow picture cuts it.
+  if (place.y() > plot->AreaOnSurface().bottom())
+    return QString::fromStdString(FormulaText(document_.Formula(formats_)));
+  const QuantitationHint hint = HintOf(document_.Option());
+  return hint.Headline.isEmpty() ? QString() : hint.Headline + QStringLiteral(".\n") + hint.Advice;
+}
+
 bool QuaLinePic::event(QEvent* event) {
   if (event->type() != QEvent::ToolTip) return QWidget::event(event);
   const auto* const help = static_cast<QHelpEvent*>(event);
-  if (const std::optional<CurveMark> mark = MarkAt(help->pos())) {
-    QToolTip::showText(help->globalPos(), MarkWords(*mark), this);
-  } else {
-    QToolTip::hideText();
-    event->ignore();
-  }
+  const QString tip = TipAt(help->pos());
+  // An empty text hides the tip of another place.
+  QToolTip::showText(help->globalPos(), tip, this);
+  event->setAccepted(!tip.isEmpty());
   return true;
 }
 

@@ -50,6 +50,8 @@ class QuaLinePic : public QWidget {
   /// The mark under the place, or the nearest of several.
   std::optional<CurveMark> MarkAt(const QPointF& place) const;
   QString MarkWords(const CurveMark& mark) const;
+  QString TipAt(const QPointF& place) const;
+  /// The next paint paints anew.
   void Forget();
   void PointAway();
   void Describe();

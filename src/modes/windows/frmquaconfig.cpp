@@ -197,10 +197,10 @@ QGroupBox* FrmQuaConfig::MakeCalibration(DialogParts& parts) {
       parts.Finish(*sampleNumbers_, "ComboSampleNumber", "LabelSampleNumber", Caption(kSampleNumberLabel));
   parts.Finish(*coefficients_, "OptionCoefficients",
                WithKey(Caption(kCoefficientsCaption), kCoefficientsKey));
-  grid->addWidget(standards_, 0, 0, 1, 3);
+  grid->addWidget(standards_, 0, 0, 1, 3, Qt::AlignLeft);
   grid->addWidget(sampleNumberLabel_, 1, 1);
   grid->addWidget(sampleNumbers_, 1, 2);
-  grid->addWidget(coefficients_, 2, 0, 1, 3);
+  grid->addWidget(coefficients_, 2, 0, 1, 3, Qt::AlignLeft);
   for (int i = 0; i < static_cast<int>(k_.size()); ++i) {
     NumberField& field = k_[static_cast<std::size_t>(i)];
     field =
@@ -326,6 +326,10 @@ void FrmQuaConfig::ShowUse() {
     if (field.Unit != nullptr) field.Unit->setEnabled(used);
   };
   const bool typed = coefficients_->isChecked();
+  // Tab comes to the option that is chosen; the arrows go from one to the other.
+  for (QRadioButton* option : {standards_, coefficients_}) {
+    option->setFocusPolicy(option->isChecked() ? Qt::StrongFocus : Qt::ClickFocus);
+  }
   sampleNumbers_->setDisabled(typed);
   sampleNumberLabel_->setDisabled(typed);
   const auto [lowest, highest] = kCoefficientsOf[FittingMethodShown()];

@@ -7,14 +7,12 @@
 #include <memory>
 #include <system_error>
 
+#include "base/newfile.h"
 #include "base/utf8path.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
-#ifdef _WIN32
-#include <io.h>
-#include <share.h>
-#else
+#ifndef _WIN32
 #include <unistd.h>
 #endif
 
@@ -74,20 +72,6 @@ FileFault Refusal(const fs::path& path) {
 
 #ifdef _WIN32
 
-/// Not _wfopen: the oldest runtime has no letter for a file that must be new.
-std::FILE* OpenNew(const fs::path& path, bool /*ownerOnly*/) {
-  int descriptor = -1;
-  constexpr int kFlags = _O_RDWR | _O_CREAT | _O_EXCL | _O_BINARY | _O_NOINHERIT;
-  const errno_t fault = ::_wsopen_s(&descriptor, path.c_str(), kFlags, _SH_DENYNO, _S_IREAD | _S_IWRITE);
-  if (fault != 0) {
-    errno = fault;
-    return nullptr;
-  }
-  std::FILE* const file = ::_fdopen(descriptor, "w+b");
-  if (file == nullptr) ::_close(descriptor);
-  return file;
-}
-
 std::FILE* OpenOld(const fs::path& path) {
   std::FILE* file = ::_wfopen(path.c_str(), L"r+bN");
   return file != nullptr ? file : ::_wfopen(path.c_str(), L"rbN");
@@ -104,11 +88,6 @@ std::FILE* Stream(int descriptor, const char* mode) {
     errno = code;
   }
   return file;
-}
-
-std::FILE* OpenNew(const fs::path& path, bool ownerOnly) {
-  constexpr int kFlags = O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC;
-  return Stream(::open(path.c_str(), kFlags, ownerOnly ? 0600 : 0666), "w+b");
 }
 
 /// O_NONBLOCK: a pipe that took the file's place a moment ago must not hold the program up.
@@ -282,7 +261,7 @@ bool CreateBinaryFile(const std::string& path, int fileNumber, bool ownerOnly) {
     file->Note(SimpleFault(FileError::Missing));
     return false;
   }
-  return file->Start(OpenNew(PathFromUtf8(path), ownerOnly));
+  return file->Start(OpenNewFile(path, ownerOnly));
 }
 
 bool OpenBinaryFile(const std::string& path, int fileNumber) {

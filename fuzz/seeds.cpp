@@ -1,0 +1,43 @@
+// Writes the inputs that fuzzing begins with: fuzz-seeds FOLDER, in practice fuzz/corpus.
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+
+#include "fuzz/checks/madefile.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace spectrane::fuzz;
+
+void Write(const fs::path& folder, const char* name, const std::string& bytes) {
+  fs::create_directories(folder);
+  std::ofstream(folder / name, std::ios::binary) << bytes;
+}
+
+void WriteKind(const FileTable& table, const fs::path& folder) {
+  const std::string two = MadeFile(table, 2, 2);
+  Write(folder, "two-records", two);
+  Write(folder, "states-too-many", MadeFile(table, 1, 10001));
+  Write(folder, "cut-in-record", two.substr(0, two.size() - 1));
+  // A quantitation without records may end before its two spare bytes.
+  Write(folder, "no-records", MadeFile(table, 0, 0).substr(0, kHeader + table.OptionSize));
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  if (count != 2) {
+    std::fputs("usage: fuzz-seeds FOLDER\n", stderr);
+    return 2;
+  }
+  const fs::path folder = arguments[1];
+  for (const FileTable& table : FileTables()) WriteKind(table, folder / table.Name);
+  Write(folder / "filetype", "photometry", MadeHeader(11));
+  Write(folder / "filetype", "unused-type", MadeHeader(7));
+  Write(folder / "filetype", "author-in-the-middle", MadeHeader(12, "   Kestu"));
+  Write(folder / "filetype", "other-author", MadeHeader(1, "Kestus"));
+  Write(folder / "filetype", "one-byte-short", MadeHeader(3).substr(0, kHeader - 1));
+  return 0;
+}

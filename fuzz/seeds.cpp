@@ -38,6 +38,9 @@ int main(int count, char** arguments) {
   Write(folder / "filetype", "unused-type", MadeHeader(7));
   Write(folder / "filetype", "author-in-the-middle", MadeHeader(12, "   Kestu"));
   Write(folder / "filetype", "other-author", MadeHeader(1, "Kestus"));
+  std::string otherMagic = MadeHeader(1);
+  PutNumber(otherMagic, 100, 0x12345679, 4);
+  Write(folder / "filetype", "other-magic", otherMagic);
   Write(folder / "filetype", "one-byte-short", MadeHeader(3).substr(0, kHeader - 1));
   return 0;
 }

@@ -21,8 +21,17 @@ void WriteKind(const FileTable& table, const fs::path& folder) {
   Write(folder, "two-records", two);
   Write(folder, "states-too-many", MadeFile(table, 1, 10001));
   Write(folder, "cut-in-record", two.substr(0, two.size() - 1));
-  // A quantitation without records may end before its two spare bytes.
-  Write(folder, "no-records", MadeFile(table, 0, 0).substr(0, kHeader + table.OptionSize));
+  Write(folder, "cut-in-option-block", two.substr(0, kHeader + table.OptionSize - 1));
+  if (table.FirstRecord > kHeader + table.OptionSize) {
+    // Without records it may end before its spare bytes.
+    Write(folder, "no-records", MadeFile(table, 0, 0).substr(0, kHeader + table.OptionSize));
+  }
+  if (table.CountAt == kFromRange) {
+    // 1.5 steps: the range is as long as the even neighbour, 2.
+    std::string half = two;
+    PutDouble(half, kHeader, 191.5);
+    Write(folder, "half-a-step", half);
+  }
 }
 
 }  // namespace

@@ -10,7 +10,7 @@ std::string CheckFileType(const std::string& path, Bytes file) {
   if (known != HeaderStands(file))
     return known ? "GetFileType took a foreign file" : "GetFileType refused a file";
   if (fileType != (known ? LongAt(file, 0) : kBefore)) return "GetFileType gave another type";
-  const FileError refusal = file.size() < kHeader ? FileError::Damaged : FileError::WrongKind;
+  const FileError refusal = file.size() < kHeader ? FileError::Damaged : FileError::Foreign;
   if (fault.Error != (known ? FileError::None : refusal)) return "GetFileType gave another fault";
   return FreeFileNumber() == 1 ? "" : "GetFileType left the file open";
 }
@@ -24,7 +24,8 @@ Readable ReadableOf(const FileTable& table, std::int64_t stated, std::int64_t he
 
 FileError RefusalOf(const FileTable& table, Bytes file) {
   if (file.size() < kHeader) return FileError::Damaged;
-  return HeaderStands(file) && LongAt(file, 0) == table.FileType ? FileError::Damaged : FileError::WrongKind;
+  if (!HeaderStands(file)) return FileError::Foreign;
+  return LongAt(file, 0) == table.FileType ? FileError::Damaged : FileError::WrongKind;
 }
 
 }  // namespace spectrane::fuzz

@@ -45,7 +45,7 @@ constexpr FileTable kTables[] = {
     {"wls", "wls", 3, 80, 184, 24, kMostPoints, 72, kWlsOption, kWlsRecord},
     {"mul", "mul", 4, 264, 368, 392, kLargestLong, 260, kMulOption, kMulRecord},
     {"dna", "dna", 5, 76, 180, 568, kLargestLong, 72, kDnaOption, kDnaRecord},
-    {"bsl", "bsl", 6, 28, 132, 16, kLargestLong, kFromRange, kBslOption, kBslRecord},
+    {"bsl", "bsl", 6, 28, 132, 16, kMostPoints, kFromRange, kBslOption, kBslRecord},
     {"bas", "bas", 11, 388, 492, 276, kLargestLong, 384, kBasOption, kBasRecord},
     {"wls2", "wls", 12, 80, 184, 24, kMostPoints, 72, kWlsOption, kWls2Record},
 };
@@ -112,7 +112,7 @@ std::int64_t Stated(const FileTable& table, Bytes file) {
   if (table.CountAt != kFromRange) return LongAt(file, kHeader + table.CountAt);
   // Both ends have a record; std::rint takes halves to the even neighbour.
   const double records = std::rint(DoubleAt(file, kHeader) - DoubleAt(file, kHeader + 8)) + 1;
-  if (!(records >= 0)) return -1;
+  if (!(records >= 0) || std::isinf(records)) return -1;
   return records > static_cast<double>(kLargestLong) ? kLargestLong + 1 : static_cast<std::int64_t>(records);
 }
 

@@ -22,7 +22,7 @@ class InputFile {
  private:
   std::string path_;
   /// Kept open where that saves time; no standard stream, whose buffer would stand between.
-  int descriptor_ = -1;
+  [[maybe_unused]] int descriptor_ = -1;
 };
 
 }  // namespace spectrane::fuzz

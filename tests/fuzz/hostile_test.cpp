@@ -222,8 +222,7 @@ TEST_P(HostileFile, TheAuthorMayStandAmongBlanksOnly) {
   for (const auto& row : rows) {
     const std::string file = MadeHeader(table_.FileType, row.Author) + MadeFile(table_, 2, 2).substr(kHeader);
     ExpectRightAnswers(file, row.Author);
-    EXPECT_EQ(LoadAndSave(file).Fault.Error, row.Taken ? FileError::None : FileError::Foreign)
-        << row.Author;
+    EXPECT_EQ(LoadAndSave(file).Fault.Error, row.Taken ? FileError::None : FileError::Foreign) << row.Author;
   }
 }
 

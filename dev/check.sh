@@ -7,7 +7,7 @@ source "$(dirname "$0")/common.sh"
 status=0
 fail() { printf '%s\n' "$1" >&2; status=1; }
 
-mapfile -t sources < <(git ls-files --cached --others --exclude-standard 'src/*.cpp' 'src/*.h' 'tests/*.cpp' 'tests/*.h' 'bench/*.cpp')
+mapfile -t sources < <(git ls-files --cached --others --exclude-standard 'src/*.cpp' 'src/*.h' 'tests/*.cpp' 'tests/*.h' 'bench/*.cpp' 'fuzz/*.cpp' 'fuzz/*.h')
 
 # Format.
 unformatted=$(clang-format --dry-run -Werror "${sources[@]}" 2>&1 | grep -oE '^[^:]+\.(cpp|h)' | sort -u)

@@ -1,14 +1,15 @@
 #!/usr/bin/env bash
-# Installs the packages of dev/packages.txt that are missing. Needs root or sudo only when something is missing.
+# Installs what is missing of the packages in a list, dev/packages.txt unless another one is given. Needs root or sudo
+# only when something is missing.
 set -euo pipefail
-cd "$(dirname "$0")"
+list=$(realpath "${1:-$(dirname "$0")/packages.txt}")
 
 missing=()
 while read -r package; do
   case "$package" in ''|'#'*) continue ;; esac
   status=$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null || true)
   [ "$status" = installed ] || missing+=("$package")
-done < packages.txt
+done < "$list"
 [ ${#missing[@]} -gt 0 ] || exit 0
 
 echo "Installing: ${missing[*]}"

@@ -5,16 +5,13 @@
 #include <cstdio>
 #include <system_error>
 
+#include "base/newfile.h"
 #include "base/utf8path.h"
 
 #ifdef _WIN32
 #ifndef NOMINMAX
 #define NOMINMAX
 #endif
-#include <fcntl.h>
-#include <io.h>
-#include <share.h>
-#include <sys/stat.h>
 #include <windows.h>
 #else
 #include <fcntl.h>
@@ -189,34 +186,9 @@ bool SyncAndRename(const std::string& temporary, const std::string& target, std:
 
 #endif
 
-/// Creates `path`, which must not exist, for writing. Null: errno says why. Rights count where the platform
-/// has permission bits.
-std::FILE* OpenNew(const std::string& path, [[maybe_unused]] bool ownerOnly) {
-#ifdef _WIN32
-  // Not _wfopen: the oldest runtime has no letter for a file that must be new.
-  int descriptor = -1;
-  constexpr int kFlags = _O_RDWR | _O_CREAT | _O_EXCL | _O_BINARY | _O_NOINHERIT;
-  const errno_t fault =
-      ::_wsopen_s(&descriptor, PathFromUtf8(path).c_str(), kFlags, _SH_DENYNO, _S_IREAD | _S_IWRITE);
-  if (fault != 0) {
-    errno = fault;
-    return nullptr;
-  }
-  std::FILE* const file = ::_fdopen(descriptor, "wb");
-  if (file == nullptr) ::_close(descriptor);
-#else
-  const int descriptor =
-      ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, ownerOnly ? 0600 : 0666);
-  if (descriptor < 0) return nullptr;
-  std::FILE* const file = ::fdopen(descriptor, "wb");
-  if (file == nullptr) ::close(descriptor);
-#endif
-  return file;
-}
-
 /// Creates `path`, which must not exist, with this content. False: `reason` says why.
 bool WriteNewFile(const std::string& path, bool ownerOnly, std::string_view bytes, std::string& reason) {
-  std::FILE* file = OpenNew(path, ownerOnly);
+  std::FILE* file = OpenNewFile(path, ownerOnly);
   const auto fault = [&reason] {
     reason = std::generic_category().message(errno);
     return false;

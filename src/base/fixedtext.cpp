@@ -90,35 +90,37 @@ std::size_t TrimmedLength(std::string_view bytes) {
 }  // namespace
 
 std::string ToSingleByte(std::string_view utf8, bool* lost) {
-  std::string bytes;
-  bytes.reserve(utf8.size());
+  std::string bytes(utf8.size(), '\0');
+  char* to = bytes.data();
   for (std::size_t at = 0; at < utf8.size();) {
     const Decoded decoded = DecodeAt(utf8, at);
     at += decoded.Length;
     const int byte = ByteOf(decoded.Character);
     if (byte < 0 && lost != nullptr) *lost = true;
-    bytes += byte < 0 ? '?' : static_cast<char>(byte);
+    *to++ = byte < 0 ? '?' : static_cast<char>(byte);
   }
+  bytes.resize(static_cast<std::size_t>(to - bytes.data()));
   return bytes;
 }
 
 std::string FromSingleByte(std::string_view bytes) {
-  std::string text;
-  text.reserve(bytes.size());
+  // No character of the code page lies above U+FFFF, so three bytes are the most.
+  std::string text(bytes.size() * 3, '\0');
+  char* to = text.data();
   for (const char c : bytes) {
-    // No character of the code page lies above U+FFFF, so three bytes are the most.
     const auto character = static_cast<std::uint32_t>(CharacterOf(static_cast<unsigned char>(c)));
     if (character < 0x80) {
-      text += static_cast<char>(character);
+      *to++ = static_cast<char>(character);
     } else if (character < 0x800) {
-      text += static_cast<char>(0xC0 | (character >> 6));
-      text += static_cast<char>(0x80 | (character & 0x3F));
+      *to++ = static_cast<char>(0xC0 | (character >> 6));
+      *to++ = static_cast<char>(0x80 | (character & 0x3F));
     } else {
-      text += static_cast<char>(0xE0 | (character >> 12));
-      text += static_cast<char>(0x80 | ((character >> 6) & 0x3F));
-      text += static_cast<char>(0x80 | (character & 0x3F));
+      *to++ = static_cast<char>(0xE0 | (character >> 12));
+      *to++ = static_cast<char>(0x80 | ((character >> 6) & 0x3F));
+      *to++ = static_cast<char>(0x80 | (character & 0x3F));
     }
   }
+  text.resize(static_cast<std::size_t>(to - text.data()));
   return text;
 }
 

@@ -2,22 +2,21 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <fstream>
 #include <istream>
-#include <iterator>
 #include <memory>
 #include <ostream>
 
 #include "base/utf8path.h"
 #include "cli/filekinds.h"
 #include "cli/jsonblock.h"
+#include "files/datafile.h"
 #include "files/file.h"
 
 namespace spectrane {
 namespace {
 
 /// Largest JSON document that is read [bytes].
-constexpr std::size_t kLargestDocument = std::size_t{1} << 30;
+constexpr std::size_t kLargestDocument = std::size_t{1} << 27;
 constexpr const char* kStandardInput = "-";
 
 const BatchKind& KindOfFile(const std::string& path) {
@@ -53,46 +52,57 @@ void AddDump(CLI::App& root, BatchContext& context) {
   });
 }
 
-std::string ReadLimited(std::istream& in, const std::string& path) {
+[[noreturn]] void RefuseLargeDocument(const std::string& path) {
+  throw Refusal(path, "larger than the " + std::to_string(kLargestDocument >> 20) + " MB that are read");
+}
+
+std::string ReadStandardInput(std::istream& in) {
+  const std::string name = "standard input";
   std::string text;
-  std::string piece(65536, '\0');
+  std::string piece(kLargestPiece, '\0');
   while (in.read(piece.data(), static_cast<std::streamsize>(piece.size())), in.gcount() > 0) {
     text.append(piece, 0, static_cast<std::size_t>(in.gcount()));
-    if (text.size() > kLargestDocument) throw Refusal(path, "too large");
+    if (text.size() > kLargestDocument) RefuseLargeDocument(name);
   }
-  if (in.bad()) throw Refusal(path, "cannot be read");
+  if (in.bad()) throw Refusal(name, "cannot be read");
   return text;
 }
 
 std::string ReadDocument(const std::string& path, std::istream& standardInput) {
-  if (path == kStandardInput) return ReadLimited(standardInput, "standard input");
-  std::error_code code;
-  const auto status = std::filesystem::status(PathFromUtf8(path), code);
-  if (status.type() == std::filesystem::file_type::not_found) throw Refusal(path, "no such file");
-  if (status.type() == std::filesystem::file_type::none) throw Refusal(path, code.message());
-  if (!std::filesystem::is_regular_file(status)) throw Refusal(path, "not a regular file");
-  std::ifstream file(PathFromUtf8(path), std::ios::binary);
-  if (!file) throw Refusal(path, "cannot be read");
-  return ReadLimited(file, path);
+  if (path == kStandardInput) return ReadStandardInput(standardInput);
+  ClosedAtEnd file;
+  file.Number = FreeFileNumber();
+  if (!OpenBinaryFile(path, file.Number)) throw Refusal(path, FaultOf(file.Number));
+  const auto length = static_cast<std::size_t>(FileLength(file.Number));
+  if (length > kLargestDocument) RefuseLargeDocument(path);
+  std::string text;
+  text.reserve(length);
+  while (text.size() < length) {
+    const std::size_t size = std::min(kLargestPiece, length - text.size());
+    const unsigned char* const bytes = ViewBytes(file.Number, static_cast<std::int64_t>(text.size()), size);
+    if (bytes == nullptr) throw Refusal(path, "cannot be read");
+    text.append(reinterpret_cast<const char*>(bytes), size);
+  }
+  return text;
 }
 
-Json ParseDocument(const std::string& text) {
+JsonInput ParseDocument(const std::string& text) {
   try {
-    return Json::parse(text);
-  } catch (const Json::parse_error& fault) {
+    return JsonInput::parse(text);
+  } catch (const JsonInput::parse_error& fault) {
     throw BadJson("not valid JSON at byte " + std::to_string(fault.byte));
-  } catch (const Json::out_of_range&) {
+  } catch (const JsonInput::out_of_range&) {
     throw BadJson("has a number that is too large");
   }
 }
 
-const BatchKind& KindOfDocument(const Json& document) {
+const BatchKind& KindOfDocument(const JsonInput& document) {
   if (!document.is_object()) throw BadJson("not a JSON object");
   const auto name = document.find("kind");
   if (name == document.end()) throw BadJson("kind is missing");
   if (!name->is_string()) throw BadJson("kind is not a text");
   const BatchKind* const kind = KindOfName(name->get<std::string>());
-  if (kind == nullptr) throw BadJson("unknown kind " + JsonText(*name));
+  if (kind == nullptr) throw BadJson("unknown kind " + JsonText(Json(name->get<std::string>())));
   return *kind;
 }
 
@@ -103,17 +113,21 @@ struct PackArguments {
 };
 
 void RunPack(const PackArguments& arguments, BatchContext& run) {
+  if (arguments.File == kStandardInput) throw Refusal("a data file cannot be written to standard output");
   RefuseTakenOutput(arguments.File, arguments.Force);
   const std::string text = ReadDocument(arguments.Document, run.In);
   const std::string& named = arguments.Document == kStandardInput ? "standard input" : arguments.Document;
   try {
-    const Json document = ParseDocument(text);
+    const JsonInput document = ParseDocument(text);
     const BatchKind& kind = KindOfDocument(document);
     std::size_t records = 0;
     bool lost = false;
     const FileFault fault = kind.Pack(document, arguments.File, records, lost);
     if (fault) throw Refusal(arguments.File, fault);
-    if (lost) run.Err << "Characters without a place in the file were written as \"?\".\n";
+    if (lost) {
+      run.Err << Utf8FromPath(PathFromUtf8(arguments.File).filename())
+              << ": characters without a place in the file were written as \"?\"\n";
+    }
     run.Result = JsonText({{"kind", kind.Kind->Name}, {"records", records}});
   } catch (const BadJson& fault) {
     throw Refusal(named, fault.what());

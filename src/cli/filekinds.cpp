@@ -21,15 +21,6 @@
 namespace spectrane {
 namespace {
 
-/// Closes the file of a number at the end of a block.
-struct ClosedAtEnd {
-  int Number = 0;
-  ClosedAtEnd() = default;
-  ClosedAtEnd(const ClosedAtEnd&) = delete;
-  ClosedAtEnd& operator=(const ClosedAtEnd&) = delete;
-  ~ClosedAtEnd() { CloseDataFile(Number); }
-};
-
 Json HeaderJson(int fileNumber) {
   FileHeader header;
   ReadFileHeader(fileNumber, header);
@@ -63,6 +54,14 @@ struct DescribedFile {
     return JsonText(json);
   }
 
+  /// A file that states more records than can be taken, and holds few enough of them: those can be read.
+  bool TakeFewerThanTooMany() {
+    const std::int64_t held = RecordsInFile(Module, File.Number);
+    if (Fault.Error != FileError::TooBig || held >= Fault.Stated || held > Module.MostRecords) return false;
+    Count = static_cast<std::int32_t>(held);
+    return true;
+  }
+
   const FileModule<OptionT, RecordT>& Module;
   ClosedAtEnd File;
   OptionT Option;
@@ -71,11 +70,12 @@ struct DescribedFile {
   FileFault Fault;
 };
 
+/// `info` of a file. Throws Refusal.
 template <typename OptionT, typename RecordT>
 std::string Describe(const FileModule<OptionT, RecordT>& module, const std::string& path) {
-  const DescribedFile file(module, path);
+  DescribedFile file(module, path);
   const bool fewer = file.Fault.Error == FileError::Damaged && file.Fault.Stated > 0;
-  if (file.Fault && !fewer) throw Refusal(path, file.Fault);
+  if (file.Fault && !fewer && !file.TakeFewerThanTooMany()) throw Refusal(path, file.Fault);
   return file.Text();
 }
 
@@ -106,7 +106,7 @@ std::string Dump(const FileModule<OptionT, RecordT>& module, Derive<OptionT, Rec
 }
 
 template <typename OptionT, typename RecordT>
-FileFault Pack(const FileModule<OptionT, RecordT>& module, const Json& document, const std::string& path,
+FileFault Pack(const FileModule<OptionT, RecordT>& module, const JsonInput& document, const std::string& path,
                std::size_t& records, bool& lost) {
   OptionT option;
   if (const auto found = document.find("option"); found != document.end()) {
@@ -132,7 +132,7 @@ BatchKind MakeKind(const FileModule<OptionT, RecordT>& module, Derive<OptionT, R
   return {
       &module, [&module](const std::string& path) { return Describe(module, path); },
       [&module, derive](const std::string& path, bool smooth) { return Dump(module, derive, path, smooth); },
-      [&module](const Json& document, const std::string& path, std::size_t& records, bool& lost) {
+      [&module](const JsonInput& document, const std::string& path, std::size_t& records, bool& lost) {
         return Pack(module, document, path, records, lost);
       }};
 }

@@ -20,7 +20,8 @@ struct BatchKind {
   std::function<std::string(const std::string& path, bool smooth)> Dump;
   /// Writes the data file that `document` describes; throws BadJson. `lost`: a text had characters without a
   /// place in the file.
-  std::function<FileFault(const Json& document, const std::string& path, std::size_t& records, bool& lost)>
+  std::function<FileFault(const JsonInput& document, const std::string& path, std::size_t& records,
+                          bool& lost)>
       Pack;
 };
 

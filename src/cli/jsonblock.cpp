@@ -33,7 +33,7 @@ Json JsonOfField(const LayoutField& field, const void* object) {
 }
 
 template <typename T>
-T WholeNumber(const Json& json, const std::string& where) {
+T WholeNumber(const JsonInput& json, const std::string& where) {
   constexpr T kLeast = std::numeric_limits<T>::min();
   constexpr T kMost = std::numeric_limits<T>::max();
   if (json.is_number_unsigned()) {
@@ -55,15 +55,18 @@ T WholeNumber(const Json& json, const std::string& where) {
   Reject(where, "not a whole number");
 }
 
-double Number(const Json& json, const std::string& where) {
+double Number(const JsonInput& json, const std::string& where) {
   if (json.is_null()) return std::numeric_limits<double>::quiet_NaN();
   if (!json.is_number()) Reject(where, "not a number");
-  return json.get<double>();
+  // "-0" without a point is read as a whole number, the only one that is not unsigned and yet 0.
+  const bool signedZero =
+      json.is_number_integer() && !json.is_number_unsigned() && json.get<std::int64_t>() == 0;
+  return signedZero ? -0.0 : json.get<double>();
 }
 
 /// Takes one member as what it is in the program.
 struct MemberReader {
-  const Json& Value;
+  const JsonInput& Value;
   const std::string& Where;
 
   void operator()(std::int32_t& member) const { member = WholeNumber<std::int32_t>(Value, Where); }
@@ -79,7 +82,7 @@ struct MemberReader {
   }
 };
 
-void CheckArray(const Json& json, std::size_t most, const std::string& where) {
+void CheckArray(const JsonInput& json, std::size_t most, const std::string& where) {
   if (!json.is_array()) Reject(where, "not an array");
   if (json.size() > most) Reject(where, "too long");
 }
@@ -88,8 +91,8 @@ std::string Indexed(const std::string& where, std::size_t index) {
   return where + "[" + std::to_string(index) + "]";
 }
 
-void FieldFromJson(const LayoutField& field, const Json& json, const std::string& where, void* object) {
-  const auto take = [&](const Json& value, std::size_t index, const std::string& place) {
+void FieldFromJson(const LayoutField& field, const JsonInput& json, const std::string& where, void* object) {
+  const auto take = [&](const JsonInput& value, std::size_t index, const std::string& place) {
     VisitElement(field.Type, WritableElement(field, object, index), MemberReader{value, place});
   };
   if (field.Dimensions == 0) {
@@ -118,7 +121,7 @@ Json JsonOfBlock(Layout layout, const void* object) {
   return json;
 }
 
-void BlockFromJson(Layout layout, const Json& json, const std::string& where, void* object) {
+void BlockFromJson(Layout layout, const JsonInput& json, const std::string& where, void* object) {
   if (!json.is_object()) Reject(where, "not an object");
   for (const LayoutField& field : layout) {
     const auto found = json.find(field.Name);

@@ -19,6 +19,6 @@ Json JsonOfBlock(Layout layout, const void* object);
 
 /// The way back. Members that `json` lacks keep their value; what it has beyond them is passed over. null
 /// stands for a double that is not a number. Throws BadJson; `where` begins its text ("option", "data[3]").
-void BlockFromJson(Layout layout, const Json& json, const std::string& where, void* object);
+void BlockFromJson(Layout layout, const JsonInput& json, const std::string& where, void* object);
 
 }  // namespace spectrane

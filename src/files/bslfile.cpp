@@ -1,5 +1,6 @@
 #include "files/bslfile.h"
 
+#include <cmath>
 #include <limits>
 
 #include "base/numbers.h"
@@ -22,15 +23,21 @@ constexpr LayoutField kRecord[] = {
 /// A range that is no number states no sensible count.
 std::int64_t RecordsOfRange(const BSLOption& option) {
   const double last = RoundHalfEven(option.EndWavelength - option.StartWavelength);
-  constexpr double kMost = std::numeric_limits<std::int32_t>::max();
-  if (!(last >= -1)) return -1;
-  return last < kMost ? static_cast<std::int64_t>(last) + 1 : std::numeric_limits<std::int64_t>::max();
+  constexpr std::int64_t kMost = std::numeric_limits<std::int32_t>::max();
+  if (!(last >= -1) || std::isinf(last)) return -1;
+  return last < kMost ? static_cast<std::int64_t>(last) + 1 : kMost;
+}
+
+/// The range ends where the records do. Without any it stays: a range of no length still has one.
+void EndRangeAt(BSLOption& option, std::int32_t count) {
+  if (count > 0 && RecordsOfRange(option) != count) option.EndWavelength = option.StartWavelength + count - 1;
 }
 
 constexpr FileModule<BSLOption, BSLRecord> kModule = {
-    {"bsl", 6, BlockOf<BSLOption, kOption, 28>(), 132, BlockOf<BSLRecord, kRecord, 16>(), kNoRecordLimit},
+    {"bsl", 6, BlockOf<BSLOption, kOption, 28>(), 132, BlockOf<BSLRecord, kRecord, 16>(),
+     kMostBaselineRecords},
     RecordsOfRange,
-    [](BSLOption&, std::int32_t) {},
+    EndRangeAt,
 };
 static_assert(KindHolds(kModule));
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <string>
 
@@ -33,8 +32,10 @@ struct BSLRecord {
   bool operator==(const BSLRecord&) const = default;
 };
 
-/// Both ends of the range, rounded, have a record: the number of records follows from the range, which is
-/// taken as it stands when a file is written.
+/// Most records of a baseline file; the program's own baselines have up to 912.
+inline constexpr std::int32_t kMostBaselineRecords = 10001;
+
+/// The number of records follows from the range: its length, rounded half to even, and one more.
 const FileModule<BSLOption, BSLRecord>& BSLModule();
 
 /// Creates a file that does not exist yet and leaves it open under `fileNumber`. False: it existed, and stays

@@ -53,8 +53,9 @@ bool OpenDataFile(const FileKind& kind, const std::string& path, int& fileNumber
     NoteDamage(fileNumber);
     return false;
   }
-  if (!HeaderHolds(header) || header.FileType != kind.FileType) {
-    NoteFault(fileNumber, {FileError::WrongKind, 0, 0, 0, {}});
+  const bool known = HeaderHolds(header);
+  if (!known || header.FileType != kind.FileType) {
+    NoteFault(fileNumber, {known ? FileError::WrongKind : FileError::Foreign, 0, 0, 0, {}});
     return false;
   }
   const unsigned char* const bytes = ViewBytes(fileNumber, kFileHeaderSize, kind.Option.Size);

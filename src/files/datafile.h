@@ -47,6 +47,15 @@ std::int32_t ReadDataRecords(const FileKind& kind, int fileNumber, void* records
 bool WriteDataRecord(const FileKind& kind, int fileNumber, const void* record, std::int32_t index);
 void CloseDataFile(int fileNumber);
 
+/// Closes the file of a number at the end of a block, however the block is left.
+struct ClosedAtEnd {
+  int Number = 0;
+  ClosedAtEnd() = default;
+  ClosedAtEnd(const ClosedAtEnd&) = delete;
+  ClosedAtEnd& operator=(const ClosedAtEnd&) = delete;
+  ~ClosedAtEnd() { CloseDataFile(Number); }
+};
+
 /// Whole records behind the option block of an open file.
 std::int64_t RecordsInFile(const FileKind& kind, int fileNumber);
 /// How many of the records that a file states can be read; never more than its length holds. `fault` is
@@ -90,21 +99,17 @@ template <typename OptionT, typename RecordT>
 FileFault LoadDataFile(const FileModule<OptionT, RecordT>& module, const std::string& path, OptionT& option,
                        std::vector<RecordT>& records) {
   records.clear();
-  int fileNumber = 0;
-  if (!module.Open(path, fileNumber, option)) {
-    CloseDataFile(fileNumber);
-    return FaultOf(fileNumber);
-  }
+  ClosedAtEnd file;
+  if (!module.Open(path, file.Number, option)) return FaultOf(file.Number);
   FileFault fault;
-  const std::int32_t count = ReadableCount(module, fileNumber, module.StatedCount(option), fault);
+  const std::int32_t count = ReadableCount(module, file.Number, module.StatedCount(option), fault);
   records.resize(static_cast<std::size_t>(count));
-  const std::int32_t read = ReadDataRecords(module, fileNumber, records.data(), sizeof(RecordT), 0, count);
+  const std::int32_t read = ReadDataRecords(module, file.Number, records.data(), sizeof(RecordT), 0, count);
   if (read < count) {
     records.resize(static_cast<std::size_t>(read));
-    NoteFault(fileNumber, {FileError::Damaged, FileLength(fileNumber), count, read, {}});
+    NoteFault(file.Number, {FileError::Damaged, FileLength(file.Number), count, read, {}});
   }
-  CloseDataFile(fileNumber);
-  return fault ? fault : FaultOf(fileNumber);
+  return fault ? fault : FaultOf(file.Number);
 }
 
 /// Writes a whole file and puts it in the place of the one at `path`, which stays as it was on any fault.
@@ -115,16 +120,16 @@ FileFault SaveDataFile(const FileModule<OptionT, RecordT>& module, const std::st
                        std::int32_t count, RecordAt recordAt, bool* lost = nullptr) {
   module.StateCount(option, count);
   FileReplacement replacement(path);
-  int fileNumber = 0;
-  if (module.Create(replacement.TemporaryPath(), fileNumber, option, replacement.OwnerOnly())) {
-    for (std::int32_t i = 0; i < count && !FaultOf(fileNumber); ++i) {
-      module.Write(fileNumber, recordAt(i), i);
+  ClosedAtEnd file;
+  if (module.Create(replacement.TemporaryPath(), file.Number, option, replacement.OwnerOnly())) {
+    for (std::int32_t i = 0; i < count && !FaultOf(file.Number); ++i) {
+      module.Write(file.Number, recordAt(i), i);
     }
   }
-  CloseDataFile(fileNumber);
-  FileFault fault = FaultOf(fileNumber);
+  CloseDataFile(file.Number);
+  FileFault fault = FaultOf(file.Number);
   if (fault) return fault;
-  if (lost != nullptr && TextLost(fileNumber)) *lost = true;
+  if (lost != nullptr && TextLost(file.Number)) *lost = true;
   if (!replacement.Commit(&fault.Reason)) fault.Error = FileError::InputOutput;
   return fault;
 }

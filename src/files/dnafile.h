@@ -14,7 +14,7 @@ struct DNAOption {
   std::array<double, 4> WaveLength{};
   /// F1 to F4.
   std::array<double, 4> Factor{};
-  /// The calculation chosen.
+  /// 1 Mode 1, 2 Mode 2, 3 Custom Mode.
   std::int32_t Option = 0;
   /// Stored and restored as it stands.
   std::int32_t Spare = 0;

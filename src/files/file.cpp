@@ -15,7 +15,7 @@ bool GetFileType(const std::string& path, std::int32_t& fileType, FileFault* fau
     } else if (HeaderHolds(header)) {
       known = true;
     } else {
-      NoteFault(fileNumber, {FileError::WrongKind, 0, 0, 0, {}});
+      NoteFault(fileNumber, {FileError::Foreign, 0, 0, 0, {}});
     }
   }
   CloseFileNumber(fileNumber);

@@ -4,7 +4,7 @@ namespace spectrane {
 namespace {
 
 std::string DamageWords(const FileFault& fault) {
-  if (fault.Stated < 0) return "damaged: states a negative number of records";
+  if (fault.Stated < 0) return "damaged: states a number of records that makes no sense";
   if (fault.Stated > fault.Held) {
     return "damaged: has " + std::to_string(fault.Held) + " of the " + std::to_string(fault.Stated) +
            " records that it states";
@@ -24,6 +24,8 @@ std::string FaultWords(const FileFault& fault) {
       return "exists already";
     case FileError::NotRegular:
       return "not a regular file";
+    case FileError::Foreign:
+      return "not a data file of this system";
     case FileError::WrongKind:
       return "not a data file of the kind that is wanted";
     case FileError::Damaged:
@@ -35,6 +37,9 @@ std::string FaultWords(const FileFault& fault) {
       return fault.Reason.empty() ? "input/output error" : fault.Reason;
     case FileError::NotSavable:
       return "nothing to save";
+    case FileError::HalfRead:
+      return "The file holds rows that could not be read; rows measured since can be saved under another "
+             "name.";
   }
   return "unknown fault";
 }

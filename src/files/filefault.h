@@ -14,7 +14,9 @@ enum class FileError {
   Exists,
   /// A folder, a pipe or a device.
   NotRegular,
-  /// No data file of this system, or one of another kind than asked for.
+  /// No data file of this system.
+  Foreign,
+  /// A data file of another kind than asked for.
   WrongKind,
   /// The file ends, or contradicts itself, at `Offset`.
   Damaged,
@@ -22,8 +24,10 @@ enum class FileError {
   TooBig,
   /// The platform refused; `Reason` has its words.
   InputOutput,
-  /// A document that a save must not write: without rows, or read from a file only in part.
+  /// A document without anything to save.
   NotSavable,
+  /// A document that was read from its file only in part, and must not take that file's place.
+  HalfRead,
 };
 
 struct FileFault {

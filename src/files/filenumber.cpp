@@ -7,16 +7,9 @@
 #include <memory>
 #include <system_error>
 
+#include "base/newfile.h"
 #include "base/utf8path.h"
-
-#include <fcntl.h>
-#include <sys/stat.h>
-#ifdef _WIN32
-#include <io.h>
-#include <share.h>
-#else
-#include <unistd.h>
-#endif
+#include "files/platformfile.h"
 
 namespace spectrane {
 namespace {
@@ -26,100 +19,6 @@ namespace fs = std::filesystem;
 /// Bytes read ahead or gathered before they are written. One system call a block.
 constexpr std::size_t kBlock = 262144;
 static_assert(kBlock >= kLargestPiece);
-
-FileFault PlatformFault(int code) {
-  FileFault fault;
-  fault.Error = FileError::InputOutput;
-  fault.Reason = std::generic_category().message(code);
-  return fault;
-}
-
-FileFault SimpleFault(FileError error) {
-  FileFault fault;
-  fault.Error = error;
-  return fault;
-}
-
-bool SeekTo(std::FILE* file, std::int64_t offset) {
-#ifdef _WIN32
-  return ::_fseeki64(file, offset, SEEK_SET) == 0;
-#else
-  return ::fseeko(file, static_cast<off_t>(offset), SEEK_SET) == 0;
-#endif
-}
-
-std::int64_t LengthOf(std::FILE* file) {
-#ifdef _WIN32
-  if (::_fseeki64(file, 0, SEEK_END) != 0) return 0;
-  return std::max<std::int64_t>(0, ::_ftelli64(file));
-#else
-  struct stat status {};
-  return ::fstat(::fileno(file), &status) == 0 ? status.st_size : 0;
-#endif
-}
-
-/// Why a path is no file to open; None for a regular file.
-FileFault Refusal(const fs::path& path) {
-  std::error_code code;
-  const fs::file_status status = fs::status(path, code);
-  if (status.type() == fs::file_type::not_found) return SimpleFault(FileError::Missing);
-  if (status.type() == fs::file_type::none) {
-    FileFault fault = SimpleFault(FileError::InputOutput);
-    fault.Reason = code.message();
-    return fault;
-  }
-  if (!fs::is_regular_file(status)) return SimpleFault(FileError::NotRegular);
-  return {};
-}
-
-#ifdef _WIN32
-
-/// Not _wfopen: the oldest runtime has no letter for a file that must be new.
-std::FILE* OpenNew(const fs::path& path, bool /*ownerOnly*/) {
-  int descriptor = -1;
-  constexpr int kFlags = _O_RDWR | _O_CREAT | _O_EXCL | _O_BINARY | _O_NOINHERIT;
-  const errno_t fault = ::_wsopen_s(&descriptor, path.c_str(), kFlags, _SH_DENYNO, _S_IREAD | _S_IWRITE);
-  if (fault != 0) {
-    errno = fault;
-    return nullptr;
-  }
-  std::FILE* const file = ::_fdopen(descriptor, "w+b");
-  if (file == nullptr) ::_close(descriptor);
-  return file;
-}
-
-std::FILE* OpenOld(const fs::path& path) {
-  std::FILE* file = ::_wfopen(path.c_str(), L"r+bN");
-  return file != nullptr ? file : ::_wfopen(path.c_str(), L"rbN");
-}
-
-#else
-
-std::FILE* Stream(int descriptor, const char* mode) {
-  if (descriptor < 0) return nullptr;
-  std::FILE* file = ::fdopen(descriptor, mode);
-  if (file == nullptr) {
-    const int code = errno;
-    ::close(descriptor);
-    errno = code;
-  }
-  return file;
-}
-
-std::FILE* OpenNew(const fs::path& path, bool ownerOnly) {
-  constexpr int kFlags = O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC;
-  return Stream(::open(path.c_str(), kFlags, ownerOnly ? 0600 : 0666), "w+b");
-}
-
-/// O_NONBLOCK: a pipe that took the file's place a moment ago must not hold the program up.
-std::FILE* OpenOld(const fs::path& path) {
-  constexpr int kFlags = O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
-  const int both = ::open(path.c_str(), O_RDWR | kFlags);
-  if (both >= 0) return Stream(both, "r+b");
-  return Stream(::open(path.c_str(), O_RDONLY | kFlags), "rb");
-}
-
-#endif
 
 /// One open file, or what the last one left behind.
 class OpenFile {
@@ -140,7 +39,7 @@ class OpenFile {
     // The blocks kept here are the only buffer, so that a failed write shows where it happens.
     std::setvbuf(file, nullptr, _IONBF, 0);
     file_ = file;
-    length_ = LengthOf(file);
+    length_ = PlatformFileLength(file);
     return true;
   }
 
@@ -199,7 +98,7 @@ class OpenFile {
   /// The file may have grown since.
   bool LookAgain() {
     Flush();
-    length_ = LengthOf(file_);
+    length_ = PlatformFileLength(file_);
     return true;
   }
 
@@ -225,9 +124,9 @@ class OpenFile {
       Note(PlatformFault(errno));
       return false;
     }
-    size_ = std::fread(block_.get(), 1, wanted, file_);
-    if (std::ferror(file_) != 0) Note(PlatformFault(errno));
-    std::clearerr(file_);
+    bool failed = false;
+    size_ = ReadHere(file_, block_.get(), wanted, failed);
+    if (failed) Note(PlatformFault(errno));
     return size_ >= size;
   }
 
@@ -282,7 +181,7 @@ bool CreateBinaryFile(const std::string& path, int fileNumber, bool ownerOnly) {
     file->Note(SimpleFault(FileError::Missing));
     return false;
   }
-  return file->Start(OpenNew(PathFromUtf8(path), ownerOnly));
+  return file->Start(OpenNewFile(path, ownerOnly));
 }
 
 bool OpenBinaryFile(const std::string& path, int fileNumber) {
@@ -290,12 +189,12 @@ bool OpenBinaryFile(const std::string& path, int fileNumber) {
   if (file == nullptr || file->IsOpen()) return false;
   const bool named = path.find('\0') == std::string::npos;
   const fs::path platformPath = named ? PathFromUtf8(path) : fs::path();
-  const FileFault refusal = Refusal(platformPath);
+  const FileFault refusal = RefusalOfExisting(platformPath);
   if (refusal) {
     file->Note(refusal);
     return false;
   }
-  return file->Start(OpenOld(platformPath));
+  return file->Start(OpenExistingFile(platformPath));
 }
 
 void CloseFileNumber(int fileNumber) {

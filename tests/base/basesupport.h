@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <optional>
 #include <sstream>
 #include <string>
@@ -21,14 +22,15 @@ std::string NameOfRow(const testing::TestParamInfo<Row>& row) {
 /// An empty folder of the running test's own, gone with this object.
 class TemporaryFolder {
  public:
-  TemporaryFolder() {
+  /// Below the usual place for temporary files, or below `root`.
+  explicit TemporaryFolder(const std::string& root = testing::TempDir()) {
     const auto* test = testing::UnitTest::GetInstance()->current_test_info();
     std::string name =
         std::string(test->test_suite_name()) + "-" + test->name() + "-" + std::to_string(::getpid());
     for (char& c : name) {
       if (c == '/') c = '-';
     }
-    path_ = std::filesystem::path(testing::TempDir()) / name;
+    path_ = std::filesystem::path(root) / name;
     std::filesystem::remove_all(path_);
     std::filesystem::create_directories(path_);
   }
@@ -45,6 +47,11 @@ class TemporaryFolder {
  private:
   std::filesystem::path path_;
 };
+
+/// Names in a folder, hidden ones included.
+inline std::size_t NamesIn(const std::string& folder) {
+  return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(folder), {}));
+}
 
 inline void WriteBytes(const std::string& path, const std::string& bytes) {
   std::ofstream(path, std::ios::binary) << bytes;

@@ -20,11 +20,7 @@ class FileCommands : public testing::Test {
     WriteBytes(Path(name), bytes);
     return Path(name);
   }
-  std::size_t FilesInFolder() const {
-    std::size_t count = 0;
-    for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(folder_.Path())) ++count;
-    return count;
-  }
+  std::size_t FilesInFolder() const { return NamesIn(folder_.Path()); }
   /// `pack` of a document in a file of its own.
   BatchOutcome Pack(const std::string& document, const std::string& name = "out.bas") const {
     return Batch({"pack", Written("in.json", document), Path(name)});
@@ -95,14 +91,14 @@ TEST_P(FileCommandsRefused, WithNameAndReason) {
 
 INSTANTIATE_TEST_SUITE_P(
     Files, FileCommandsRefused,
-    testing::Values(RefusedRow{"Empty", "", "at byte 0"},
-                    RefusedRow{"CutInTheHeader", HeaderBytes(11).substr(0, 50), "at byte 50"},
-                    RefusedRow{"CutInTheOption", BasicFileBytes(0, 0).substr(0, 300), "at byte 300"},
-                    RefusedRow{"Foreign", std::string(600, 'x'), "not a data file"},
-                    RefusedRow{"WrongMagic", HeaderBytes(11, "Kestu", 5) + BasicOptionBytes(0),
-                               "not a data file"},
-                    RefusedRow{"UnknownKind", HeaderBytes(7) + std::string(1000, ' '), "unknown file type 7"},
-                    RefusedRow{"NegativeCount", BasicFileBytes(1, -1), "negative number of records"}),
+    testing::Values(
+        RefusedRow{"Empty", "", "at byte 0"},
+        RefusedRow{"CutInTheHeader", HeaderBytes(11).substr(0, 50), "at byte 50"},
+        RefusedRow{"CutInTheOption", BasicFileBytes(0, 0).substr(0, 300), "at byte 300"},
+        RefusedRow{"Foreign", std::string(600, 'x'), "not a data file"},
+        RefusedRow{"WrongMagic", HeaderBytes(11, "Kestu", 5) + BasicOptionBytes(0), "not a data file"},
+        RefusedRow{"UnknownKind", HeaderBytes(7) + std::string(1000, ' '), "unknown file type 7"},
+        RefusedRow{"NegativeCount", BasicFileBytes(1, -1), "a number of records that makes no sense"}),
     NameOfRow<RefusedRow>);
 
 TEST_F(FileCommands, WhatIsNoFileIsRefused) {
@@ -201,8 +197,7 @@ TEST_F(FileCommands, AFullDiskLeavesTheOldFileAndNoHalfOne) {
   const BatchOutcome forced = Batch({"pack", in, out, "--force"});
   const BatchOutcome fresh = Batch({"pack", in, Path("disk/new.bas")});
   const std::string kept = ReadBytes(out);
-  std::size_t names = 0;
-  for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(Path("disk"))) ++names;
+  const std::size_t names = NamesIn(Path("disk"));
   ::umount(Path("disk").c_str());
   ExpectRefused(forced, "out.bas", "No space left on device");
   ExpectRefused(fresh, "new.bas", "No space left on device");
@@ -272,6 +267,26 @@ TEST_F(FileCommands, WholeNumbersMayHaveAPoint) {
 
 TEST_F(FileCommands, UnknownMembersArePassedOver) {
   EXPECT_EQ(Pack(R"({"kind":"bas","x":[[1]],"option":{"y":2},"data":[{"Abs":"?","z":null}]})").Status, 0);
+}
+
+TEST_F(FileCommands, AHundredThousandUnknownMembersAreRead) {
+  std::string document = R"({"kind":"bas")";
+  for (int i = 0; i < 100000; ++i) document += ",\"k" + std::to_string(i) + "\":1";
+  EXPECT_EQ(Pack(document + "}").Status, 0);
+}
+
+TEST_F(FileCommands, AMinusZeroKeepsItsSign) {
+  for (const char* zero : {"-0", "-0.0", "0"}) {
+    ASSERT_EQ(Pack(std::string(R"({"kind":"bas","data":[{"Wavelength":)") + zero + "}]}", "z.bas").Status, 0);
+    EXPECT_EQ(ReadBytes(Path("z.bas")).substr(504, 8), DoubleBytes(zero[0] == '-' ? -0.0 : 0.0)) << zero;
+    std::filesystem::remove(Path("z.bas"));
+  }
+}
+
+TEST_F(FileCommands, PackHasNoStandardOutput) {
+  const BatchOutcome outcome = Batch({"pack", Written("in.json", R"({"kind":"bas"})"), "-"});
+  EXPECT_EQ(outcome.Status, 1);
+  EXPECT_FALSE(std::filesystem::exists("-"));
 }
 
 TEST_F(FileCommands, ARefusalFromStandardInputNamesIt) {

@@ -1,6 +1,8 @@
 // info, dump and pack of every kind of data file.
 
 #include <cmath>
+#include <filesystem>
+#include <map>
 
 #include "cli/batchsupport.h"
 #include "files/kindpattern.h"
@@ -85,6 +87,13 @@ INSTANTIATE_TEST_SUITE_P(
                  {"Wavelength", "Amp", "Energy"}}),
     NameOfRow<NamesRow>);
 
+/// Of a file: where the number of records stands; the last whole number of a block, or the one before it.
+std::size_t OffsetOfCount(const KindPattern& kind) {
+  const std::map<std::string, std::size_t> offsets = {{"bas", 384}, {"qua", 12472}, {"tis", 54}, {"wls", 72},
+                                                      {"wls2", 72}, {"mul", 260},   {"dna", 72}, {"bsl", 24}};
+  return 104 + offsets.at(kind.Name);
+}
+
 class EveryKind : public testing::TestWithParam<KindPattern> {
  protected:
   std::string Path(const std::string& name) const { return folder_.Path(name); }
@@ -98,18 +107,24 @@ constexpr int kFiles = 100;
 constexpr int kFiles = 1000;
 #endif
 
+/// A folder in memory where the machine has one: each of thousands of files is brought to its disk.
+std::string FastRoot() {
+  return std::filesystem::is_directory("/dev/shm") ? "/dev/shm" : testing::TempDir();
+}
+
 TEST_P(EveryKind, DumpAndPackGiveTheSameBytes) {
+  const TemporaryFolder fast(FastRoot());
   RandomFiles files(20231);
   for (int i = 0; i < kFiles; ++i) {
     // Mostly small files, now and then a longer one.
     const std::string bytes = files.Make(GetParam(), files.Below(i % 50 == 0 ? 40 : 4));
-    WriteBytes(Path("a"), bytes);
-    const BatchOutcome dump = Batch({"dump", Path("a")});
+    WriteBytes(fast.Path("a"), bytes);
+    const BatchOutcome dump = Batch({"dump", fast.Path("a")});
     ASSERT_EQ(dump.Status, 0) << dump.Err;
-    const BatchOutcome pack = Batch({"pack", "--force", "-", Path("b")}, dump.Out);
+    const BatchOutcome pack = Batch({"pack", "--force", "-", fast.Path("b")}, dump.Out);
     ASSERT_EQ(pack.Status, 0) << pack.Err;
     ASSERT_EQ(pack.Err, "");
-    ASSERT_EQ(ReadBytes(Path("b")), bytes) << "file " << i;
+    ASSERT_EQ(ReadBytes(fast.Path("b")), bytes) << "file " << i;
   }
 }
 
@@ -120,6 +135,18 @@ TEST_P(EveryKind, FewerRecordsThanStatedShowInInfoAndAreRefusedByDump) {
   ASSERT_EQ(info.Status, 0) << info.Err;
   EXPECT_EQ(Json::parse(info.Out)["records"], 2);
   ExpectRefused(Batch({"dump", Path("short")}), "short", "has 2 of the 3 records");
+}
+
+TEST_P(EveryKind, ACountBeyondEveryLimitShowsWhatIsThere) {
+  std::string bytes = RandomFiles(3).Make(GetParam(), 3);
+  const std::size_t at = OffsetOfCount(GetParam());
+  bytes.replace(at, 4, Long(INT32_MAX));
+  if (std::string(GetParam().Name) == "bsl") bytes.replace(104, 8, DoubleBytes(190.0 + 2147483646.0));
+  WriteBytes(Path("many"), bytes);
+  const BatchOutcome info = Batch({"info", Path("many")});
+  ASSERT_EQ(info.Status, 0) << info.Err;
+  EXPECT_EQ(Json::parse(info.Out)["records"], 3);
+  ExpectRefused(Batch({"dump", Path("many")}), "many", "2147483647 records");
 }
 
 TEST_P(EveryKind, PackOfAKindAloneHasEveryFieldEmpty) {
@@ -137,6 +164,25 @@ TEST_P(EveryKind, PackOfAKindAloneHasEveryFieldEmpty) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Kinds, EveryKind, testing::ValuesIn(KindPatterns()), NameOfRow<KindPattern>);
+
+TEST(PackedBaseline, EndsWhereItsRecordsDo) {
+  const TemporaryFolder folder;
+  const std::string range = R"({"kind":"bsl","option":{"StartWavelength":190,"EndWavelength":200},"data":)";
+  for (const auto& [data, end] : std::map<std::string, double>{{"[{},{},{}]", 192}, {"[]", 200}}) {
+    const std::string path = folder.Path("a.bsl");
+    ASSERT_EQ(Batch({"pack", "--force", "-", path}, range + data + "}").Status, 0);
+    EXPECT_EQ(Json::parse(Batch({"info", path}).Out)["option"]["EndWavelength"], end) << data;
+  }
+}
+
+TEST(LongFile, MoreThanCanBeTakenIsRefusedByInfoToo) {
+  const TemporaryFolder folder;
+  WriteBytes(folder.Path("a.wls"),
+             HeaderBytes(3) + std::string(72, '\0') + Long(10002) + Long(1) + std::string(10002 * 24, '\0'));
+  for (const char* command : {"info", "dump"}) {
+    ExpectRefused(Batch({command, folder.Path("a.wls")}), "a.wls", "more than the 10001");
+  }
+}
 
 class DerivedValues : public testing::Test {
  protected:

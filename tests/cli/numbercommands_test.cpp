@@ -113,7 +113,8 @@ TEST(BatchRefusal, SaysWhatIsDamaged) {
   EXPECT_EQ(FaultWords({FileError::Damaged, 300, 0, 0, {}}), "damaged: ends too early, at byte 300");
   EXPECT_EQ(FaultWords({FileError::Damaged, 768, 5, 1, {}}),
             "damaged: has 1 of the 5 records that it states");
-  EXPECT_EQ(FaultWords({FileError::Damaged, 104, -1, 0, {}}), "damaged: states a negative number of records");
+  EXPECT_EQ(FaultWords({FileError::Damaged, 104, -1, 0, {}}),
+            "damaged: states a number of records that makes no sense");
 }
 
 TEST(JsonTextOf, ADoubleIsTheShortestDecimalThatReadsBack) {

@@ -28,7 +28,7 @@ std::string ExamplePath(const std::string& name) {
   return std::string(SPECTRANE_EXAMPLES "/") + name;
 }
 
-std::set<std::string> NamesIn(const std::string& folder) {
+std::set<std::string> NamesOf(const std::string& folder) {
   std::set<std::string> names;
   for (const auto& entry : std::filesystem::directory_iterator(folder)) {
     names.insert(entry.path().filename().string());
@@ -51,7 +51,7 @@ struct Loaded {
 TEST(Examples, FolderHoldsOneOfEachKindAndNothingElse) {
   std::set<std::string> expected = {"README.md"};
   for (const auto& [name, type] : kExampleTypes) expected.insert(name);
-  EXPECT_EQ(NamesIn(SPECTRANE_EXAMPLES), expected);
+  EXPECT_EQ(NamesOf(SPECTRANE_EXAMPLES), expected);
 }
 
 TEST(Examples, ReadmeHasALineForEach) {
@@ -64,9 +64,9 @@ TEST(Examples, ReadmeHasALineForEach) {
 TEST(Examples, MeasuredAnewAreTheSameBytes) {
   const TemporaryFolder folder;
   WriteExamples(folder.Path());
-  std::set<std::string> expected = NamesIn(SPECTRANE_EXAMPLES);
+  std::set<std::string> expected = NamesOf(SPECTRANE_EXAMPLES);
   expected.erase("README.md");
-  EXPECT_EQ(NamesIn(folder.Path()), expected);
+  EXPECT_EQ(NamesOf(folder.Path()), expected);
   for (const auto& [name, type] : kExampleTypes) {
     EXPECT_TRUE(ReadBytes(folder.Path(name)) == ReadBytes(ExamplePath(name)))
         << name << " is not what would be measured today: run dev/examples.sh and look at what changed";

@@ -9,6 +9,7 @@
 
 #include <csignal>
 #include <filesystem>
+#include <new>
 
 #include "files/file.h"
 #include "files/filesupport.h"
@@ -213,12 +214,6 @@ TEST_F(DataFile, SavingTellsOfLostCharacters) {
   EXPECT_EQ(ReadBytes(File()).substr(122), "?  ");
 }
 
-std::size_t NamesIn(const std::string& folder) {
-  std::size_t count = 0;
-  for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(folder)) ++count;
-  return count;
-}
-
 TEST_F(DataFile, ASaveThatCannotBeWrittenKeepsTheOldFile) {
   WriteBytes(File(), "old");
   for (const rlim_t room : {0u, 50u, 110u, 119u, 3000u}) {
@@ -244,6 +239,34 @@ TEST_F(DataFile, ASaveIntoAMissingFolderIsAFault) {
   EXPECT_EQ(NamesIn(folder_.Path()), 0u);
 }
 
+TEST_F(DataFile, AFileCutShortAfterItWasOpenedGivesItsWholeRecords) {
+  // Longer than what is read ahead, so that the end has to be read anew.
+  constexpr std::int32_t kMany = 60000;
+  std::string bytes = HeadBytes(1000) + "##";
+  for (int i = 0; i < kMany; ++i) bytes += Long(i) + "n  ";
+  WriteBytes(File(), bytes);
+  ClosedAtEnd file;
+  ASSERT_TRUE(kModule.Open(File(), file.Number, option_));
+  std::filesystem::resize_file(File(), 118 + 7 * 50000 + 3);
+  records_.resize(kMany);
+  EXPECT_EQ(ReadDataRecords(kModule, file.Number, records_.data(), sizeof(Record), 0, kMany), 50000);
+  EXPECT_EQ(records_[49999].Number, 49999);
+  EXPECT_EQ(records_[50000].Number, 0);
+}
+
+TEST_F(DataFile, AnExceptionInASaveLeavesNoFileAndNoNumberOpen) {
+  WriteBytes(File(), "old");
+  EXPECT_THROW(static_cast<void>(SaveDataFile(kModule, File(), {}, 3,
+                                              [](std::int32_t i) {
+                                                if (i == 1) throw std::bad_alloc();
+                                                return Record();
+                                              })),
+               std::bad_alloc);
+  EXPECT_FALSE(IsOpenFileNumber(1));
+  EXPECT_EQ(ReadBytes(File()), "old");
+  EXPECT_EQ(NamesIn(folder_.Path()), 1u);
+}
+
 struct TypeRow {
   const char* Name;
   std::string Bytes;
@@ -267,14 +290,13 @@ INSTANTIATE_TEST_SUITE_P(
     Header, FileTypeOf,
     testing::Values(TypeRow{"AnyNumber", HeaderBytes(77), FileError::None},
                     TypeRow{"BlanksBeforeTheAuthor", HeaderBytes(77, "   Kestu"), FileError::None},
-                    TypeRow{"WrongAuthor", HeaderBytes(77, "Kestv"), FileError::WrongKind},
-                    TypeRow{"AuthorInCapitals", HeaderBytes(77, "KESTU"), FileError::WrongKind},
-                    TypeRow{"AuthorWithMore", HeaderBytes(77, "Kestu 2"), FileError::WrongKind},
-                    TypeRow{"AuthorWithNul", HeaderBytes(77, std::string("Kestu\0", 6)),
-                            FileError::WrongKind},
-                    TypeRow{"BlankAuthor", HeaderBytes(77, ""), FileError::WrongKind},
-                    TypeRow{"WrongMagic", HeaderBytes(77, "Kestu", 0x12345679), FileError::WrongKind},
-                    TypeRow{"MagicOtherWayRound", HeaderBytes(77, "Kestu", 0x78563412), FileError::WrongKind},
+                    TypeRow{"WrongAuthor", HeaderBytes(77, "Kestv"), FileError::Foreign},
+                    TypeRow{"AuthorInCapitals", HeaderBytes(77, "KESTU"), FileError::Foreign},
+                    TypeRow{"AuthorWithMore", HeaderBytes(77, "Kestu 2"), FileError::Foreign},
+                    TypeRow{"AuthorWithNul", HeaderBytes(77, std::string("Kestu\0", 6)), FileError::Foreign},
+                    TypeRow{"BlankAuthor", HeaderBytes(77, ""), FileError::Foreign},
+                    TypeRow{"WrongMagic", HeaderBytes(77, "Kestu", 0x12345679), FileError::Foreign},
+                    TypeRow{"MagicOtherWayRound", HeaderBytes(77, "Kestu", 0x78563412), FileError::Foreign},
                     TypeRow{"Empty", "", FileError::Damaged},
                     TypeRow{"OneByteShort", HeaderBytes(77).substr(0, 103), FileError::Damaged}),
     NameOfRow<TypeRow>);

@@ -191,7 +191,7 @@ TEST_F(PhotometryDocumentTest, FewerRowsThanStatedAreShownAndNotSaved) {
   EXPECT_EQ(document_.LastFault().Held, 2);
   const std::string before = ReadBytes(File());
   EXPECT_FALSE(document_.SaveFile(File()));
-  EXPECT_EQ(document_.LastFault().Error, FileError::NotSavable);
+  EXPECT_EQ(document_.LastFault().Error, FileError::HalfRead);
   EXPECT_EQ(ReadBytes(File()), before);
 
   WriteBytes(folder_.Path("b.bas"), BasicFileBytes(1, 1));
@@ -209,7 +209,7 @@ TEST_F(PhotometryDocumentTest, RowsMeasuredIntoAHalfLoadedDocumentAreSavedElsewh
   document_.Append(BasicRow(100, "new"));
   for (const char* own : {"a.bas", "./a.bas", "link.bas"}) {
     EXPECT_FALSE(document_.SaveFile(folder_.Path(own))) << own;
-    EXPECT_EQ(document_.LastFault().Error, FileError::NotSavable) << own;
+    EXPECT_EQ(document_.LastFault().Error, FileError::HalfRead) << own;
   }
   EXPECT_TRUE(document_.IsModified());
   ASSERT_TRUE(document_.SaveFile(folder_.Path("b.bas")));

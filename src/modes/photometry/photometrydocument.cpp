@@ -62,7 +62,7 @@ bool PhotometryDocument::MaySave(const std::string& path) const {
 
 bool PhotometryDocument::SaveFile(const std::string& path) {
   if (!MaySave(path)) {
-    fault_ = {FileError::NotSavable, 0, 0, 0, {}};
+    fault_ = {halfLoaded_ ? FileError::HalfRead : FileError::NotSavable, 0, 0, 0, {}};
     return false;
   }
   BasicOption option;

@@ -246,7 +246,7 @@ bool QuantitationDocument::MaySave(const std::string& path) const {
 
 bool QuantitationDocument::SaveFile(const std::string& path) {
   if (!MaySave(path)) {
-    fault_ = {FileError::NotSavable, 0, 0, 0, {}};
+    fault_ = {halfLoaded_ ? FileError::HalfRead : FileError::NotSavable, 0, 0, 0, {}};
     return false;
   }
   bool lost = false;

@@ -227,13 +227,8 @@ bool FrmBasic::SavesElsewhere() const {
 }
 
 bool FrmBasic::WriteDocument(const QString& path, QString& fault) {
-  const bool halfLoaded = document_.IsHalfLoaded();
   if (!document_.SaveFile(path.toStdString())) {
-    const bool refused = halfLoaded && document_.LastFault().Error == FileError::NotSavable;
-    fault = refused ? QStringLiteral(
-                          "The file holds rows that could not be read; rows measured since can be "
-                          "saved under another name.")
-                    : QString::fromStdString(FaultWords(document_.LastFault()));
+    fault = QString::fromStdString(FaultWords(document_.LastFault()));
     return false;
   }
   if (document_.TextWasLost()) {

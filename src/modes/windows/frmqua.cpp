@@ -124,8 +124,8 @@ void FrmQua::BuildLayout() {
   columns_->setObjectName(QStringLiteral("QuaColumns"));
   columns_->addWidget(Titled(standards_, PlainWords(kStandardsCaption), columns_));
   columns_->addWidget(picture_);
-  columns_->setStretchFactor(0, 2);
-  columns_->setStretchFactor(1, 3);
+  columns_->setStretchFactor(0, 0);
+  columns_->setStretchFactor(1, 1);
   rows_ = new QSplitter(Qt::Vertical, this);
   rows_->setObjectName(QStringLiteral("QuaRows"));
   rows_->addWidget(columns_);
@@ -155,7 +155,7 @@ void FrmQua::BuildActions() {
   copyAction_ = copy(records_);
   auto* const measure = new QAction(QStringLiteral("&Measure"), this);
   measure->setObjectName(QStringLiteral("MeasureStandard"));
-  measure->setShortcut(Qt::Key_F8);
+  measure->setShortcut(Qt::CTRL | Qt::Key_M);
   measure->setShortcutContext(Qt::WidgetShortcut);
   connect(measure, &QAction::triggered, this, [this] { MeasureStandard(standards_->SelectedRow()); });
   auto* const paste = new QAction(QStringLiteral("&Paste"), this);
@@ -215,6 +215,11 @@ void FrmQua::FitColumns() {
       header.resizeSection(column, std::max(header.sectionSizeHint(column), character * least));
     }
   }
+  // Room for the standards up to their concentrations and the begin of a note; the curve takes the rest.
+  const QHeaderView& header = *standards_->horizontalHeader();
+  const int note = standards_->fontMetrics().averageCharWidth() * 14;
+  const int wanted = header.sectionPosition(standardTable_->NoteColumn()) + note;
+  columns_->setSizes({wanted, std::max(wanted, columns_->width() - wanted)});
 }
 
 void FrmQua::ShowEverything() {

@@ -335,7 +335,7 @@ TEST_F(QuantitationDocumentTest, AHalfLoadedDocumentIsSavedElsewhereOnly) {
   EXPECT_EQ(document_.Option().TestRecordCount, 2);
   EXPECT_FALSE(document_.SaveFile(File()));
   EXPECT_FALSE(document_.SaveFile(folder_.Path("b.qua"))) << "nothing new in it";
-  EXPECT_EQ(document_.LastFault().Error, FileError::NotSavable);
+  EXPECT_EQ(document_.LastFault().Error, FileError::HalfRead);
   document_.SetRecordNote(0, "new");
   EXPECT_FALSE(document_.SaveFile(folder_.Path("./a.qua")));
   EXPECT_EQ(ReadBytes(File()), cut);

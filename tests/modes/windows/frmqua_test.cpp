@@ -1,0 +1,302 @@
+#include <QClipboard>
+
+#include <cmath>
+
+#include "app/ground/commands.h"
+#include "modes/windows/frmquaconfig.h"
+#include "modes/windows/frmquafixture.h"
+
+namespace spectrane::testing_windows {
+namespace {
+
+TEST_F(QuaWindow, BeginsWithTheTableOfStandardsAndNoRecord) {
+  Open(5);
+  EXPECT_EQ(Window->windowTitle(), QStringLiteral("Quantitation[*]"));
+  EXPECT_EQ(Window->CheckFileType(), 1);
+  EXPECT_FALSE(Window->isWindowModified());
+  EXPECT_FALSE(Window->IsWorkUnsaved());
+  EXPECT_EQ(Standards->model()->rowCount(), 5);
+  EXPECT_EQ(Records->model()->rowCount(), 0);
+  const char* const headings[] = {"No.", "Name", "Absorbance(Abs)", "Conc.(mg/L)", "Note"};
+  for (const QTableView* grid : {Standards, Records}) {
+    ASSERT_EQ(grid->model()->columnCount(), 5);
+    for (int i = 0; i < 5; ++i)
+      EXPECT_EQ(grid->model()->headerData(i, Qt::Horizontal).toString(), QLatin1String(headings[i]));
+  }
+  ExpectNamesEverywhere(*Window);
+}
+
+TEST_F(QuaWindow, TwoWavelengthsHaveThreeColumnsOfAbsorbance) {
+  Settings.PutSetting("Quantitative Measurement", "WaveLength Number", "2");
+  Settings.PutSetting("Quantitative Measurement", "WaveLength 2", "600");
+  Open();
+  const char* const headings[] = {"No.",         "Name", "546.0nm", "600.0nm", "Absorbance(Abs)",
+                                  "Conc.(mg/L)", "Note"};
+  ASSERT_EQ(Records->model()->columnCount(), 7);
+  for (int i = 0; i < 7; ++i)
+    EXPECT_EQ(Records->model()->headerData(i, Qt::Horizontal).toString(), QLatin1String(headings[i]));
+}
+
+TEST_F(QuaWindow, EnterGoesDownAndTabToTheNextCellThatTakesText) {
+  Open(3);
+  TypeConc(0, "1.5");
+  EXPECT_EQ(Cell(Standards, 0, kConc), QStringLiteral("1.5000"));
+  EXPECT_EQ(Standards->currentIndex(), Standards->model()->index(1, kConc));
+  QTest::keyClicks(Standards, QStringLiteral("2"));
+  ASSERT_NE(Editor("QuaConfigText"), nullptr) << "typing opens the editor";
+  QTest::keyClick(Editor("QuaConfigText"), Qt::Key_Tab);
+  EXPECT_EQ(Standards->currentIndex(), Standards->model()->index(1, kNote));
+  QTest::keyClick(Standards, Qt::Key_Tab);
+  EXPECT_EQ(Standards->currentIndex(), Standards->model()->index(2, kName));
+  QTest::keyClick(Standards, Qt::Key_Backtab);
+  EXPECT_EQ(Standards->currentIndex(), Standards->model()->index(1, kNote));
+  EXPECT_TRUE(Window->isWindowModified());
+}
+
+TEST_F(QuaWindow, AColumnOfConcentrationsIsPasted) {
+  Open(4);
+  QGuiApplication::clipboard()->setText(QStringLiteral("1\r\n2.5\r\nx\r\n4\r\n5\r\n"));
+  Standards->setFocus();
+  Standards->setCurrentIndex(Standards->model()->index(0, kConc));
+  QTest::keyClick(Standards, Qt::Key_V, Qt::ControlModifier);
+  EXPECT_EQ(Window->Document().Option().StandardConc[1], 2.5);
+  EXPECT_FALSE(Window->Document().Option().StandardConcSet[2]) << "what is no number is left out";
+  EXPECT_EQ(Window->Document().Option().StandardConc[3], 4);
+  EXPECT_EQ(Display.Remark, "\"x\" is no number.");
+  EXPECT_FALSE(Window->Document().Option().StandardConcSet[4]) << "the table has four rows";
+}
+
+TEST_F(QuaWindow, ATypedTextThatIsNoNumberChangesNothing) {
+  Open();
+  TypeConc(0, "3");
+  for (const char* text : {"abc", "NaN", "1e400", "1,5", ""}) {
+    TypeConc(0, text);
+    EXPECT_EQ(Window->Document().Option().StandardConc[0], 3) << text;
+    EXPECT_EQ(Cell(Standards, 0, kConc), QStringLiteral("3.0000"));
+  }
+}
+
+TEST_F(QuaWindow, AClickOnTheAbsorbanceMeasuresTheStandard) {
+  Open();
+  Blank();
+  Insert("dye-3");
+  Click(Standards, 1, kAbs);
+  EXPECT_TRUE(Window->Document().Option().StandardAbsSet[1]);
+  EXPECT_FALSE(Window->Document().Option().StandardAbsSet[0]);
+  EXPECT_EQ(Cell(Standards, 1, kAbs), QStringLiteral("0.400"));
+  EXPECT_EQ(Cell(Standards, 0, kAbs), QString());
+  EXPECT_EQ(Main.RunDepth, 0);
+}
+
+TEST_F(QuaWindow, AStandardWithoutABlankIsNotMeasured) {
+  Open();
+  ConnectNow();
+  Boxes.ExpectMessage(1048);
+  Click(Standards, 0, kAbs);
+  EXPECT_FALSE(Window->Document().Option().StandardAbsSet[0]);
+}
+
+TEST_F(QuaWindow, ADyeSeriesGivesItsUnknownsAndComesBackFromItsFile) {
+  Open(5);
+  Blank();
+  const struct {
+    const char* Dye;
+    const char* Conc;
+  } standards[] = {{"dye-1", "1"}, {"dye-3", "4"}, {"dye-5", "8"}, {"dye-7", "15"}, {"dye-8", "20"}};
+  for (int row = 0; row < 5; ++row) {
+    TypeConc(row, standards[row].Conc);
+    Insert(standards[row].Dye);
+    Click(Standards, row, kAbs);
+  }
+  ASSERT_TRUE(Window->Document().Option().CurveValid);
+  EXPECT_GT(Window->Document().Option().CurveR, 0.999);
+  for (const char* unknown : {"dye-2", "dye-4", "dye-6"}) Sample(unknown);
+  ASSERT_EQ(Records->model()->rowCount(), 3);
+  const double weighed[] = {2, 6, 10};
+  for (int row = 0; row < 3; ++row) {
+    EXPECT_NEAR(Window->Document().Record(row).Conc, weighed[row], 0.05);
+    EXPECT_NEAR(Cell(Records, row, kConc).toDouble(), weighed[row], 0.05);
+    EXPECT_EQ(Cell(Records, row, 0), QString::number(row + 1));
+  }
+  EXPECT_TRUE(Window->isWindowModified());
+
+  Boxes.ExpectSaveName(Words(1047), PathOf("series.qua"));
+  ASSERT_TRUE(Window->mmuSaveFile());
+  EXPECT_FALSE(Window->isWindowModified());
+  const QImage picture = Find<QuaLinePic>(*Window, "QuaLinePic")->grab().toImage();
+  QStringList cells;
+  for (const QTableView* grid : {Standards, Records})
+    for (int row = 0; row < grid->model()->rowCount(); ++row)
+      for (int column = 0; column < 5; ++column) cells += Cell(grid, row, column);
+  const QSize size = Window->size();
+  delete Window.data();
+  Open(2);
+  Window->resize(size);
+  ASSERT_TRUE(Window->mmuOpenFile(PathOf("series.qua")));
+  QStringList again;
+  for (const QTableView* grid : {Standards, Records})
+    for (int row = 0; row < grid->model()->rowCount(); ++row)
+      for (int column = 0; column < 5; ++column) again += Cell(grid, row, column);
+  EXPECT_EQ(again, cells);
+  Standards->clearSelection();
+  EXPECT_EQ(Find<QuaLinePic>(*Window, "QuaLinePic")->grab().toImage().size(), picture.size());
+  EXPECT_FALSE(Window->Test().BlankHolds()) << "the blank of a file is none of today";
+}
+
+TEST_F(QuaWindow, ASampleBeyondTheStandardsIsMarked) {
+  Open();
+  Blank();
+  TypeConc(0, "4");
+  TypeConc(1, "8");
+  Insert("dye-3");
+  Click(Standards, 0, kAbs);
+  Insert("dye-5");
+  Click(Standards, 1, kAbs);
+  Sample("dye-4");
+  Sample("dye-8");
+  const auto mark = [this](int row) {
+    return Records->model()->index(row, kConc).data(Qt::AccessibleDescriptionRole).toString();
+  };
+  EXPECT_EQ(mark(0), QString());
+  EXPECT_EQ(mark(1), QStringLiteral("Outside the range of the standards."));
+}
+
+TEST_F(QuaWindow, StartSaysWhatIsMissing) {
+  Open();
+  Boxes.ExpectMessage(1044);
+  Window->mmuStartTest();
+  ConnectNow();
+  Boxes.ExpectMessage(1048);
+  Window->mmuStartTest();
+  Blank();
+  Boxes.ExpectMessage(1209);
+  Window->mmuStartTest();
+  EXPECT_EQ(Records->model()->rowCount(), 0);
+}
+
+TEST_F(QuaWindow, ACablePulledInASampleLeavesTheRowsBefore) {
+  OpenWithCoefficients();
+  Blank();
+  Sample("dye-3");
+  ASSERT_EQ(Records->model()->rowCount(), 1);
+  EXPECT_NEAR(Cell(Records, 0, kConc).toDouble(), 4.0, 0.05) << "ten times the absorbance";
+  int yields = 0;
+  Loop.OnYield = [&] {
+    if (++yields == 3) PullCable();
+  };
+  Boxes.ExpectMessage(1045);
+  Sample("dye-5");
+  Loop.OnYield = {};
+  EXPECT_EQ(Records->model()->rowCount(), 1) << "the record started does not count";
+  EXPECT_EQ(Window->Document().RecordCount(), 1);
+}
+
+TEST_F(QuaWindow, TheRowOfASampleStandsThereWhileItIsMeasured) {
+  OpenWithCoefficients();
+  Blank();
+  int rows = 0;
+  Loop.OnYield = [&] { rows = std::max(rows, Records->model()->rowCount()); };
+  Sample("dye-3");
+  Loop.OnYield = {};
+  EXPECT_EQ(rows, 1);
+  EXPECT_EQ(Records->model()->rowCount(), 1);
+}
+
+TEST_F(QuaWindow, NothingElseBeginsDuringARun) {
+  OpenWithCoefficients();
+  Blank();
+  Loop.OnYield = [this] {
+    EXPECT_TRUE(Window->RunsNow());
+    Window->mmuStartTest();
+    Window->mmuOperationRezero();
+    Window->MeasureStandard(0);
+    Window->ShowConfigWindow();
+    Window->mmuDeleteReport();
+  };
+  Sample("dye-3");
+  Loop.OnYield = {};
+  EXPECT_EQ(Records->model()->rowCount(), 1);
+}
+
+TEST_F(QuaWindow, TheSamplerFillsARowForEachPosition) {
+  OpenWithCoefficients();
+  FitSampler({2, 4});
+  Blank();
+  Window->mmuStartTest();
+  ASSERT_EQ(Records->model()->rowCount(), 2);
+  EXPECT_EQ(Cell(Records, 1, kName), QStringLiteral("Sampler Position 4"));
+}
+
+TEST_F(QuaWindow, ARecordIsRemovedAfterTheQuestion) {
+  OpenWithCoefficients();
+  Blank();
+  for (const char* dye : {"dye-1", "dye-3", "dye-5"}) Sample(dye);
+  Click(Records, 1, 0);
+  const QString question = Words(1216) + QStringLiteral("<2>") + Words(1217);
+  Boxes.ExpectYesNo(question, Answer::No);
+  Window->mmuDeleteReport();
+  EXPECT_EQ(Records->model()->rowCount(), 3);
+  Boxes.ExpectYesNo(question, Answer::Yes);
+  Window->mmuDeleteReport();
+  ASSERT_EQ(Records->model()->rowCount(), 2);
+  EXPECT_NEAR(Cell(Records, 1, kConc).toDouble(), 8.0, 0.05);
+  EXPECT_EQ(Cell(Records, 1, 0), QStringLiteral("2"));
+}
+
+TEST_F(QuaWindow, OptionsThatChangeTheMethodAskBeforeRecordsGo) {
+  OpenWithCoefficients();
+  Blank();
+  Sample("dye-3");
+  Boxes.ExpectYesNo(Words(1072), Answer::No);
+  InDialog("FrmQuaConfig", [this](QWidget& dialog) {
+    auto* const option = static_cast<FrmQuaConfig*>(&dialog);
+    for (QLineEdit* field : dialog.findChildren<QLineEdit*>()) {
+      if (field->isEnabled() && field->text() == QStringLiteral("10")) field->setText(QStringLiteral("20"));
+    }
+    QTest::keyClick(&dialog, Qt::Key_Return);
+    EXPECT_TRUE(dialog.isVisible()) << "No leaves the dialog open";
+    option->reject();
+  });
+  Window->ShowConfigWindow();
+  EXPECT_EQ(Records->model()->rowCount(), 1);
+  EXPECT_EQ(Window->Document().Option().InputK[1], 10);
+}
+
+TEST_F(QuaWindow, APictureIsRefusedInItsWords) {
+  Open();
+  Boxes.ExpectMessage(1046);
+  Window->mmuFileOutputBMP();
+}
+
+TEST_F(QuaWindow, ASelectedStandardIsStressedAndAMarkChoosesItsRow) {
+  Open(3);
+  auto* const picture = Find<QuaLinePic>(*Window, "QuaLinePic");
+  Click(Standards, 2, 0);
+  EXPECT_EQ(picture->SelectedRow(), 2);
+  emit picture->MarkChosen(1);
+  EXPECT_EQ(Standards->currentIndex().row(), 1);
+  EXPECT_EQ(picture->SelectedRow(), 1);
+}
+
+TEST_F(QuaWindow, AnEditorThatIsOpenIsTakenBeforeASave) {
+  OpenWithCoefficients();
+  Blank();
+  Sample("dye-3");
+  Click(Records, 0, kNote);
+  ASSERT_NE(Editor("RecordText"), nullptr);
+  QTest::keyClicks(Editor("RecordText"), QStringLiteral("fresh"));
+  Boxes.ExpectSaveName(Words(1047), PathOf("a.qua"));
+  ASSERT_TRUE(Window->mmuSaveFile());
+  EXPECT_EQ(Window->Document().Record(0).Note, "fresh");
+  EXPECT_FALSE(Window->isWindowModified());
+}
+
+TEST_F(QuaWindow, ADamagedFileIsToldOnceAndWhatCanBeReadIsShown) {
+  Open();
+  WriteBytes(PathOf("bad.qua").toStdString(), "nonsense");
+  Boxes.ExpectWords(PathOf("bad.qua") + Words(1214));
+  EXPECT_FALSE(Window->mmuOpenFile(PathOf("bad.qua")));
+}
+
+}  // namespace
+}  // namespace spectrane::testing_windows

@@ -258,9 +258,9 @@ TEST_F(FrmMainTest, CommandsAreEnabledByWhatHolds) {
   };
   Start();
   expect("nothing open, not connected",
-         {kNewFileGuide, kNewBasic, kOpen, kExit, kConnect, kProgramOption, kAbout},
+         {kNewFileGuide, kNewBasic, kNewQua, kOpen, kExit, kConnect, kProgramOption, kAbout},
          {kRelease, kStartTest, kStopTest, kSetBlank, kSave, kSaveAs, kClose, kCloseAll, kTungstenLamp,
-          kDeleteRecord, kCascade, kPrint, kNewQua, kSetWavelength, kTestOption, kSpectrumCompare});
+          kDeleteRecord, kCascade, kPrint, kSetWavelength, kTestOption, kSpectrumCompare});
   ConnectNow();
   expect("connected", {kRelease, kSetBlank, kTungstenLamp, kDeuteriumLamp},
          {kConnect, kStartTest, kStopTest, kSave});

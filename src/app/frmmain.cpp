@@ -17,6 +17,7 @@
 #include "app/ground/words.h"
 #include "app/messageboxes.h"
 #include "base/language.h"
+#include "base/textnumbers.h"
 
 namespace spectrane {
 namespace {
@@ -29,7 +30,6 @@ constexpr int kConnectMs = 2000;
 constexpr int kSampleMs = 100;
 constexpr int kLayoutVersion = 2;
 constexpr const char* kWindowSection = "Main Window";
-constexpr int kNoInstrument = 1090;
 constexpr QSize kFirstSize(1120, 720);
 /// So much of a window must be on a screen [px].
 constexpr int kVisible = 80;

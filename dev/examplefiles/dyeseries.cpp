@@ -11,7 +11,7 @@ namespace spectrane {
 namespace {
 
 constexpr double kWavelength = 546.0;
-constexpr std::int32_t kSamples = 10;
+constexpr std::int32_t kDyeSamples = 10;
 constexpr std::int32_t kFirstOrder = 1;
 constexpr std::int32_t kByStandards = 1;
 
@@ -25,7 +25,7 @@ constexpr Solution kUnknowns[] = {{"dye-2", 2}, {"dye-4", 6}, {"dye-6", 10}};
 double Measure(ExampleBench& bench, const char* sample, const Blank& blank) {
   bench.PutInBeam(sample);
   bench.UseGain(blank.Gain);
-  return AbsFromEnergy(bench.Read(kSamples), blank.FullEnergy, blank.DarkEnergy);
+  return AbsFromEnergy(bench.Read(kDyeSamples), blank.FullEnergy, blank.DarkEnergy);
 }
 
 /// The least-squares line of the concentrations over the absorbances, and the size of its correlation

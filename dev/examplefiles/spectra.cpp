@@ -10,7 +10,7 @@
 namespace spectrane {
 namespace {
 
-constexpr std::int32_t kSamples = 20;
+constexpr std::int32_t kSpectrumSamples = 20;
 /// A reading above this leaves too little room below the end of the converter [counts].
 constexpr std::int32_t kHighest = 56'000;
 
@@ -23,16 +23,16 @@ WLSRecord BlankAt(ExampleBench& bench, double nm, const WLSRecord& before) {
   point.Wavelength = nm;
   bench.MoveTo(nm);
   bench.UseGain(point.Gain);
-  point.ReferenceEnergy = bench.Read(kSamples);
+  point.ReferenceEnergy = bench.Read(kSpectrumSamples);
   while (point.ReferenceEnergy > kHighest && point.Gain > 1) {
     bench.UseGain(--point.Gain);
-    point.ReferenceEnergy = bench.Read(kSamples);
+    point.ReferenceEnergy = bench.Read(kSpectrumSamples);
   }
   // One gain amplifies twice as much as the one before.
   while (point.Gain < bench.State().GainCount &&
          2 * (point.ReferenceEnergy - darkOf(point.Gain)) + darkOf(point.Gain + 1) < kHighest) {
     bench.UseGain(++point.Gain);
-    point.ReferenceEnergy = bench.Read(kSamples);
+    point.ReferenceEnergy = bench.Read(kSpectrumSamples);
   }
   point.DarkEnergy = darkOf(point.Gain);
   return point;
@@ -73,7 +73,7 @@ void MakeHolmium(ExampleBench& bench, const std::string& folder) {
   for (WLSRecord& point : points) {
     bench.MoveTo(point.Wavelength);
     bench.UseGain(point.Gain);
-    point.SampleEnergy = bench.Read(kSamples);
+    point.SampleEnergy = bench.Read(kSpectrumSamples);
   }
   WLSOption option = ScanOption(kStart, kEnd);
   option.EnergyTop = 65535;

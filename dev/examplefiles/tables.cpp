@@ -13,7 +13,7 @@
 namespace spectrane {
 namespace {
 
-constexpr std::int32_t kSamples = 10;
+constexpr std::int32_t kCellSamples = 10;
 constexpr std::int32_t kBlankCell = 1;
 
 /// Absorbances of the samples, which stand in cells 2 and up behind the blank in cell 1: a row a sample, a
@@ -29,7 +29,7 @@ std::vector<std::vector<double>> MeasureCells(ExampleBench& bench, const std::ve
     const Blank blank = bench.TakeBlank();
     for (std::size_t i = 0; i < samples.size(); ++i) {
       bench.MoveSampler(static_cast<std::int32_t>(i) + 2);
-      rows[i].push_back(AbsFromEnergy(bench.Read(kSamples), blank.FullEnergy, blank.DarkEnergy));
+      rows[i].push_back(AbsFromEnergy(bench.Read(kCellSamples), blank.FullEnergy, blank.DarkEnergy));
     }
   }
   return rows;

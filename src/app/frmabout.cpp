@@ -23,7 +23,7 @@ constexpr int kPictureMs = 1000;
 constexpr int kPictureCount = 3;
 constexpr QSize kPictureRoom(384, 168);  // [logical pixels]
 constexpr int kIconSize = 40;
-constexpr double kTitleScale = 1.4;
+constexpr double kAboutTitleScale = 1.4;
 
 QLabel* MakeLabel(const char* name, QWidget* parent) {
   auto* const label = new QLabel(parent);
@@ -44,7 +44,7 @@ FrmAbout::FrmAbout(MainWindow& frame, const Brand& brand)
   edition_ = MakeLabel("LabelEdition", this);
   toolkit_ = MakeLabel("LabelToolkit", this);
   QFont large = title_->font();
-  large.setPointSizeF(large.pointSizeF() * kTitleScale);
+  large.setPointSizeF(large.pointSizeF() * kAboutTitleScale);
   large.setBold(true);
   title_->setFont(large);
   toolkit_->setForegroundRole(QPalette::PlaceholderText);

@@ -16,7 +16,7 @@ namespace {
 constexpr int kShownMs = 3000;
 constexpr QSize kBackgroundRoom(480, 280);  // [logical pixels]
 constexpr QSize kLogoRoom(128, 128);
-constexpr double kTitleScale = 1.6;
+constexpr double kLogoTitleScale = 1.6;
 
 }  // namespace
 
@@ -37,7 +37,7 @@ FrmLogo::FrmLogo(MainWindow& frame, LogoWork work, const Brand& brand)
   auto* const company = new QLabel(title, this);
   company->setObjectName(QStringLiteral("LabelCompany"));
   QFont large = company->font();
-  large.setPointSizeF(large.pointSizeF() * kTitleScale);
+  large.setPointSizeF(large.pointSizeF() * kLogoTitleScale);
   large.setBold(true);
   company->setFont(large);
   // The picture behind it is dark on every desktop.

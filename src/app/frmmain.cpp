@@ -17,6 +17,7 @@
 #include "app/ground/words.h"
 #include "app/messageboxes.h"
 #include "base/language.h"
+#include "base/textnumbers.h"
 
 namespace spectrane {
 namespace {
@@ -29,7 +30,6 @@ constexpr int kConnectMs = 2000;
 constexpr int kSampleMs = 100;
 constexpr int kLayoutVersion = 2;
 constexpr const char* kWindowSection = "Main Window";
-constexpr int kNoInstrument = 1090;
 constexpr QSize kFirstSize(1120, 720);
 /// So much of a window must be on a screen [px].
 constexpr int kVisible = 80;
@@ -304,22 +304,25 @@ void FrmMain::Lock(bool locked) {
   if (locked == locked_) return;
   locked_ = locked;
   if (locked) {
-    focusBeforeLock_ = QApplication::focusWidget();
+    // A window that is disabled forgets which of its widgets has the focus, its dialogs do so with it. The
+    // next time it becomes active it would give the focus to the first button of a bar.
+    focusBeforeLock_ = focusWidget();
+    QList<std::pair<QDialog*, QPointer<QWidget>>> dialogs;
+    for (QDialog* dialog : findChildren<QDialog*>()) dialogs.append({dialog, dialog->focusWidget()});
     setEnabled(false);
     // A dialog is a window of its own: what is typed into one that is open must not get lost.
-    for (QDialog* dialog : findChildren<QDialog*>()) dialog->setEnabled(true);
+    for (const auto& [dialog, focus] : dialogs) {
+      dialog->setEnabled(true);
+      if (focus) focus->setFocus();
+    }
     QGuiApplication::setOverrideCursor(Qt::WaitCursor);
     return;
   }
   setEnabled(true);
   QGuiApplication::restoreOverrideCursor();
-  // What is disabled passes its focus on, at last to some button of a bar.
-  if (QWidget* strayed = focusWidget();
-      strayed && strayed != focusBeforeLock_ && qobject_cast<QToolBar*>(strayed->parentWidget())) {
-    DocumentWindow* active = ActiveForm();
-    (active ? static_cast<QWidget*>(active) : workspace_)->setFocus();
-  }
-  if (focusBeforeLock_ && !QApplication::focusWidget()) focusBeforeLock_->setFocus();
+  QWidget* focus = focusBeforeLock_;
+  if (!focus) focus = ActiveForm();
+  (focus ? focus : workspace_)->setFocus();
   OpenWaitingLater();
 }
 

@@ -13,14 +13,13 @@
 #include "app/ground/documentwindow.h"
 #include "app/ground/words.h"
 #include "base/language.h"
+#include "base/textnumbers.h"
 #include "tools/windows/frmwait.h"
 
 namespace spectrane {
 namespace {
 
 constexpr int kQuitQuestion = 1103;
-constexpr int kNoInstrument = 1090;
-constexpr int kCommunicationError = 1096;
 constexpr std::int64_t kLostLinkPauseMs = 3000;
 constexpr const char* kSimulated = "Simulated instrument";
 constexpr const char* kBusyNow = "The instrument is busy. Close again in a moment.";

@@ -19,7 +19,7 @@
 namespace spectrane {
 namespace {
 
-constexpr int kTitle = 1079;
+constexpr int kNewTitle = 1079;
 constexpr int kOptionsCaption = 1080;
 constexpr int kDescriptionCaption = 1081;
 constexpr int kNewText = 1082;
@@ -29,17 +29,17 @@ constexpr int kOptionIcon = 24;  // [logical pixels]
 constexpr int kLargePicture = 64;
 constexpr int kDescriptionCharacters = 42;
 
-struct Kind {
+struct NewChoice {
   int FileType;
   const char* Option;
   int Command;  ///< its caption and icon are the option's
   int DescriptionText;
 };
 
-constexpr std::array kKinds{
-    Kind{6, "BasicOption", kNewBasic, 1084}, Kind{1, "QuaOption", kNewQua, 1085},
-    Kind{2, "TimeScanOption", kNewTS, 1086}, Kind{3, "WaveLengthOption", kNewWLS, 1087},
-    Kind{4, "MultiOption", kNewMulti, 1088}, Kind{5, "DNAOption", kNewDNA, 1089},
+constexpr std::array kNewChoices{
+    NewChoice{6, "BasicOption", kNewBasic, 1084}, NewChoice{1, "QuaOption", kNewQua, 1085},
+    NewChoice{2, "TimeScanOption", kNewTS, 1086}, NewChoice{3, "WaveLengthOption", kNewWLS, 1087},
+    NewChoice{4, "MultiOption", kNewMulti, 1088}, NewChoice{5, "DNAOption", kNewDNA, 1089},
 };
 
 const SettingRow<WindowSettings>& TypeRow() {
@@ -54,7 +54,7 @@ FrmNew::FrmNew(MainWindow& frame)
       options_(new QButtonGroup(this)),
       picture_(new QLabel(this)),
       description_(new QLabel(this)) {
-  DialogParts parts(*this, "FrmNew", Caption(kTitle));
+  DialogParts parts(*this, "FrmNew", Caption(kNewTitle));
   auto* const kinds = new QGroupBox(Caption(kOptionsCaption), this);
   kinds->setObjectName(QStringLiteral("FrameOption"));
   kinds->setLayout(MakeOptions(parts));
@@ -93,15 +93,15 @@ int FrmNew::FileType() const {
 
 QBoxLayout* FrmNew::MakeOptions(DialogParts& parts) {
   auto* const column = new QVBoxLayout;
-  for (const Kind& kind : kKinds) {
+  for (const NewChoice& choice : kNewChoices) {
     auto* const option = new QRadioButton(this);
-    parts.Finish(*option, kind.Option, Caption(kind.Command));
-    option->setAccessibleDescription(Words(kind.DescriptionText));
-    option->setIcon(CommandIcon(kind.Command));
+    parts.Finish(*option, choice.Option, Caption(choice.Command));
+    option->setAccessibleDescription(Words(choice.DescriptionText));
+    option->setIcon(CommandIcon(choice.Command));
     option->setIconSize(QSize(kOptionIcon, kOptionIcon));
-    option->setEnabled(frame_.CanCreate(kind.FileType));
+    option->setEnabled(frame_.CanCreate(choice.FileType));
     option->installEventFilter(this);
-    options_->addButton(option, kind.FileType);
+    options_->addButton(option, choice.FileType);
     column->addWidget(option);
   }
   return column;
@@ -109,7 +109,7 @@ QBoxLayout* FrmNew::MakeOptions(DialogParts& parts) {
 
 QBoxLayout* FrmNew::MakeDescription() {
   QStringList texts;
-  for (const Kind& kind : kKinds) texts.append(Words(kind.DescriptionText));
+  for (const NewChoice& choice : kNewChoices) texts.append(Words(choice.DescriptionText));
   KeepRoomFor(*description_, texts, kDescriptionCharacters);
   description_->setObjectName(QStringLiteral("LabelDescription"));
   description_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
@@ -141,11 +141,11 @@ void FrmNew::SelectStored() {
 }
 
 void FrmNew::Describe(int fileType) {
-  const auto kind = std::find_if(kKinds.begin(), kKinds.end(),
-                                 [fileType](const Kind& k) { return k.FileType == fileType; });
-  description_->setText(Words(kind->DescriptionText));
+  const auto choice = std::find_if(kNewChoices.begin(), kNewChoices.end(),
+                                   [fileType](const NewChoice& c) { return c.FileType == fileType; });
+  description_->setText(Words(choice->DescriptionText));
   picture_->setPixmap(
-      CommandIcon(kind->Command).pixmap(QSize(kLargePicture, kLargePicture), devicePixelRatioF()));
+      CommandIcon(choice->Command).pixmap(QSize(kLargePicture, kLargePicture), devicePixelRatioF()));
 }
 
 void FrmNew::Store(int fileType) {

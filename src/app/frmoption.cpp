@@ -18,7 +18,7 @@
 namespace spectrane {
 namespace {
 
-constexpr int kTitle = 1107;
+constexpr int kOptionTitle = 1107;
 constexpr int kInformationPage = 1114;
 constexpr int kPrecisionPage = 1115;
 constexpr int kPortPage = 1116;
@@ -72,11 +72,11 @@ FrmOption::FrmOption(MainWindow& frame)
       searchPorts_(new QCheckBox(this)),
       ports_(new QComboBox(this)),
       styles_(new QComboBox(this)) {
-  DialogParts parts(*this, "FrmOption", Caption(kTitle));
+  DialogParts parts(*this, "FrmOption", Caption(kOptionTitle));
   pages_->setObjectName(QStringLiteral("TabStripOption"));
-  pages_->setAccessibleName(Caption(kTitle));
+  pages_->setAccessibleName(Caption(kOptionTitle));
   pages_->tabBar()->setObjectName(QStringLiteral("TabStripOptionBar"));
-  pages_->tabBar()->setAccessibleName(Caption(kTitle));
+  pages_->tabBar()->setAccessibleName(Caption(kOptionTitle));
   pages_->setUsesScrollButtons(false);
   AddInformationPage(parts);
   AddPrecisionPage(parts);

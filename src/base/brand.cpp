@@ -14,7 +14,7 @@ constexpr BrandContact kQvr = {"service@qvr.example.org", "+00 00 5550140", "qvr
 
 constexpr Brand kCommonRow = {0, kBasic, 8, 0, false, kHouse};
 
-constexpr Brand kRows[] = {
+constexpr Brand kBrandRows[] = {
     {1, kBasic, 8, 801, false, kBrenn},   {2, "Spectrane Solution", 11, 0, false, kHouse},
     {3, kBasic, 8, 0, true, kHouse},      {4, kBasic, 8, 0, false, kHouse},
     {5, kBasic, 8, 804, false, kMobrel},  {6, "QX-7000 External Software", 8, 0, false, kHouse},
@@ -25,7 +25,7 @@ constexpr Brand kRows[] = {
 }  // namespace
 
 const Brand& BrandRow(int number) {
-  for (const Brand& row : kRows) {
+  for (const Brand& row : kBrandRows) {
     if (row.Number == number) return row;
   }
   return kCommonRow;

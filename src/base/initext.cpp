@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/characters.h"
+
 namespace spectrane {
 namespace {
 
@@ -15,9 +17,6 @@ constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 char Small(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-bool IsBlank(char c) {
-  return c == ' ' || c == '\t';
 }
 bool IsLineBreak(char c) {
   return c == '\n' || c == '\r';

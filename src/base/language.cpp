@@ -22,7 +22,7 @@ constexpr unsigned kEnglish = 1033;
 constexpr int kChineseIndex = 0;
 constexpr int kOtherIndex = 2;
 
-using Row = std::pair<int, std::string>;
+using TextRow = std::pair<int, std::string>;
 
 std::string WithTabs(std::string_view text) {
   std::string result;
@@ -38,8 +38,8 @@ std::string WithTabs(std::string_view text) {
 }
 
 /// All rows, by number.
-std::vector<Row> ReadRows(std::string_view table) {
-  std::vector<Row> rows;
+std::vector<TextRow> ReadRows(std::string_view table) {
+  std::vector<TextRow> rows;
   while (!table.empty()) {
     const std::string_view line = table.substr(0, table.find('\n'));
     table.remove_prefix(std::min(line.size() + 1, table.size()));
@@ -50,16 +50,17 @@ std::vector<Row> ReadRows(std::string_view table) {
       continue;
     rows.emplace_back(id, WithTabs(line.substr(tab + 1)));
   }
-  std::stable_sort(rows.begin(), rows.end(), [](const Row& a, const Row& b) { return a.first < b.first; });
+  std::stable_sort(rows.begin(), rows.end(),
+                   [](const TextRow& a, const TextRow& b) { return a.first < b.first; });
   return rows;
 }
 
 }  // namespace
 
 std::string Text(int id) {
-  static const std::vector<Row> rows = ReadRows(kTextRows);
+  static const std::vector<TextRow> rows = ReadRows(kTextRows);
   const auto row =
-      std::lower_bound(rows.begin(), rows.end(), id, [](const Row& a, int b) { return a.first < b; });
+      std::lower_bound(rows.begin(), rows.end(), id, [](const TextRow& a, int b) { return a.first < b; });
   return row != rows.end() && row->first == id ? row->second : std::string();
 }
 

@@ -8,6 +8,7 @@
 #include <limits>
 #include <system_error>
 
+#include "base/characters.h"
 #include "base/numericfault.h"
 
 namespace spectrane {
@@ -17,9 +18,6 @@ constexpr int kSignificantDigits = 15;
 
 bool IsDigit(char c) {
   return c >= '0' && c <= '9';
-}
-bool IsBlank(char c) {
-  return c == ' ' || c == '\t';
 }
 bool IsPlace(char c) {
   return c == '0' || c == '#';

@@ -8,7 +8,7 @@ namespace spectrane {
 namespace {
 
 using W = WindowSettings;
-using Row = SettingRow<W>;
+using WindowRow = SettingRow<W>;
 
 constexpr double kLargestWindow = 100'000;
 constexpr std::int32_t kMinimised = 1;
@@ -18,7 +18,7 @@ bool& SamplerPosition(W& w) {
   return w.SamplerPositions[position];
 }
 
-const Row kRows[] = {
+const WindowRow kWindowRows[] = {
     {"Option", "Precise", [](W& w) -> std::int32_t& { return w.PrecisionMode; }, 0, 1},
     {"Option", "Auto Search", [](W& w) -> std::int32_t& { return w.PortSearchMode; }, 0, 1},
     {"Option", "Port ID", [](W& w) -> std::int32_t& { return w.PortID; }, 1, 8},
@@ -56,11 +56,11 @@ const Row kRows[] = {
 }  // namespace
 
 std::span<const SettingRow<WindowSettings>> WindowSettingRows() {
-  return kRows;
+  return kWindowRows;
 }
 
 const SettingRow<WindowSettings>& WindowSettingRow(std::string_view section, std::string_view key) {
-  for (const Row& row : kRows) {
+  for (const WindowRow& row : kWindowRows) {
     if (SameName(row.Section, section) && SameName(row.Key, key)) return row;
   }
   throw std::out_of_range("no such setting: " + std::string(key));

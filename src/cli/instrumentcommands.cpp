@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "base/fixedtext.h"
+#include "base/textnumbers.h"
 #include "cli/instrumentsession.h"
 #include "cli/jsontext.h"
 #include "cli/measurecommand.h"
@@ -15,7 +16,6 @@ namespace spectrane {
 namespace {
 
 constexpr int kPortError = 1097;
-constexpr int kCommunicationError = 1096;
 constexpr std::int32_t kLongestTimeout = 3600;
 
 template <class Value>

@@ -7,12 +7,12 @@
 #include "base/applicationfolder.h"
 #include "base/brand.h"
 #include "base/language.h"
+#include "base/textnumbers.h"
 #include "base/windowsettings.h"
 
 namespace spectrane {
 namespace {
 
-constexpr int kCommunicationError = 1096;
 constexpr const char* kIncomplete = "the answer is incomplete";
 
 /// Serial ports need an application object. The locale it would set stays out of the process, and its remarks

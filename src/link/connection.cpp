@@ -3,11 +3,11 @@
 #include <array>
 
 #include "base/language.h"
+#include "base/textnumbers.h"
 
 namespace spectrane {
 namespace {
 
-constexpr int kNoInstrument = 1090;
 constexpr int kPortError = 1097;
 constexpr int kCannotConnect = 1099;
 constexpr int kConnected = 1100;

@@ -5,6 +5,7 @@
 #include "base/language.h"
 #include "base/numbers.h"
 #include "base/numericfault.h"
+#include "base/textnumbers.h"
 #include "link/function.h"
 
 namespace spectrane {
@@ -16,7 +17,6 @@ constexpr std::int32_t kToolbarRezeroSamples = 10;
 constexpr int kSettleMs = 40;
 constexpr int kReadingsPerDisplay = 5;
 constexpr std::int32_t kMinimumStart = 70000;
-constexpr int kCommunicationError = 1096;
 constexpr const char* kNoLight = "The blank gives no light.";
 
 }  // namespace

@@ -479,36 +479,6 @@ TEST_F(FrmMainTest, NothingStartsWhileTheInstrumentIsReleased) {
   EXPECT_FALSE(Main->SampleTimer().isActive());
 }
 
-TEST_F(FrmMainTest, ADialogThatIsOpenTakesKeysWhileTheProgramConnects) {
-  Start();
-  bool typed = false;
-  testing_windows::WhenDialog("FrmNew", [&](QWidget& guide) {
-    Loop.OnYield = [&] {
-      if (Main->isEnabled()) return;
-      EXPECT_TRUE(guide.isEnabled());
-      typed = true;
-    };
-    Main->mmuOperationConnect();
-    Loop.OnYield = nullptr;
-    guide.close();
-  });
-  Choose(kNewFileGuide);
-  EXPECT_TRUE(typed);
-  EXPECT_TRUE(Main->isEnabled());
-}
-
-TEST_F(FrmMainTest, TheFocusIsBackAfterAConnection) {
-  Start();
-  NewPhotometry();
-  Main->activateWindow();
-  ASSERT_TRUE(QTest::qWaitForWindowActive(Main.get()));
-  auto* grid = Main->findChild<QWidget*>(QStringLiteral("DataGrid"));
-  grid->setFocus();
-  ASSERT_EQ(QApplication::focusWidget(), grid);
-  Main->mmuOperationConnect();
-  EXPECT_EQ(QApplication::focusWidget(), grid);
-}
-
 TEST_F(FrmMainTest, ABlankOfAnotherWindowEndsTheFirstOnes) {
   Start();
   ConnectNow();

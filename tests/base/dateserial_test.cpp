@@ -12,13 +12,13 @@
 namespace spectrane {
 namespace {
 
-struct Row {
+struct SerialRow {
   const char* Name;
   double Serial;
   CivilTime Civil;
 };
 
-class DateSerialTest : public testing::TestWithParam<Row> {};
+class DateSerialTest : public testing::TestWithParam<SerialRow> {};
 
 TEST_P(DateSerialTest, ToTheSerial) {
   EXPECT_DOUBLE_EQ(SerialFromCivil(GetParam().Civil), GetParam().Serial);
@@ -28,7 +28,7 @@ TEST_P(DateSerialTest, FromTheSerial) {
 }
 
 // Serials of well-known days: 1970-01-01 is 25569, 2000-01-01 is 36526, 1900-03-01 is 61.
-const Row kRows[] = {
+const SerialRow kSerialRows[] = {
     {"DayZero", 0.0, {1899, 12, 30}},
     {"DayOne", 1.0, {1899, 12, 31}},
     {"NoLeapDayIn1900", 60.0, {1900, 2, 28}},
@@ -45,7 +45,7 @@ const Row kRows[] = {
     {"FirstDay", -657434.0, {100, 1, 1}},
     {"LastDay", 2958465.0, {9999, 12, 31}},
 };
-INSTANTIATE_TEST_SUITE_P(Rows, DateSerialTest, testing::ValuesIn(kRows), NameOfRow<Row>);
+INSTANTIATE_TEST_SUITE_P(Rows, DateSerialTest, testing::ValuesIn(kSerialRows), NameOfRow<SerialRow>);
 
 TEST(DateSerial, OutsideTheYearsThereIsNoDate) {
   const double infinity = std::numeric_limits<double>::infinity();

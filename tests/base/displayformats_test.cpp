@@ -43,25 +43,25 @@ TEST(DisplayFormats, AnUnknownModeShowsAsStandard) {
   EXPECT_EQ(AbsDisplay(-0.0004, formats), " 0.000Abs");
 }
 
-struct Row {
+struct FieldRow {
   const char* Name;
   std::string (*Display)(double, const DisplayFormats&);
   int PrecisionMode;
   double Value;
   const char* Expected;
 };
-void PrintTo(const Row& row, std::ostream* out) {
+void PrintTo(const FieldRow& row, std::ostream* out) {
   *out << row.Value << " at precision " << row.PrecisionMode;
 }
 
-class FieldTest : public testing::TestWithParam<Row> {};
+class FieldTest : public testing::TestWithParam<FieldRow> {};
 
 TEST_P(FieldTest, ShowsTheText) {
-  const Row& row = GetParam();
+  const FieldRow& row = GetParam();
   EXPECT_EQ(row.Display(row.Value, DisplayFormats::AtStart(row.PrecisionMode)), row.Expected);
 }
 
-const Row kRows[] = {
+const FieldRow kFieldRows[] = {
     {"WavelengthBelowThousand", WavelengthDisplay, 0, 546.0, " 546.0nm"},
     {"WavelengthJustBelowThousand", WavelengthDisplay, 0, 999.9, " 999.9nm"},
     {"WavelengthThousand", WavelengthDisplay, 0, 1000.0, "1000.0nm"},
@@ -91,7 +91,7 @@ const Row kRows[] = {
     {"TransHighLowerLimit", TransDisplay, 1, 9.995, "  10.00%T"},
     {"TransHighBelowLower", TransDisplay, 1, 9.96, "  9.96%T"},
 };
-INSTANTIATE_TEST_SUITE_P(Rows, FieldTest, testing::ValuesIn(kRows), NameOfRow<Row>);
+INSTANTIATE_TEST_SUITE_P(Rows, FieldTest, testing::ValuesIn(kFieldRows), NameOfRow<FieldRow>);
 
 }  // namespace
 }  // namespace spectrane

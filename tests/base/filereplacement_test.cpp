@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "base/basesupport.h"
+#include "base/childprocess.h"
 
 namespace spectrane {
 namespace {
@@ -247,27 +248,17 @@ TEST_F(FileReplacementTest, ARelativePathIsTaken) {
   EXPECT_EQ(ReadBytes(Path("a")), "two");
 }
 
-/// Runs `work` in a child process; the exit status is 0 when it returned true.
-template <typename Work>
-int InChild(Work work) {
-  const pid_t child = ::fork();
-  if (child == 0) ::_exit(work() ? 0 : 1);
-  int status = -1;
-  ::waitpid(child, &status, 0);
-  return status;
-}
-
 TEST_F(FileReplacementTest, AFolderWithoutWriteRightKeepsTheOldFile) {
   if (::geteuid() != 0) GTEST_SKIP() << "needs root to become somebody else";
   WriteBytes(Path("a"), "old");
   ASSERT_EQ(::chmod(folder_.Path().c_str(), 0555), 0);
-  const int status = InChild([this] {
+  const bool done = InChild([this] {
     if (::setgid(65534) != 0 || ::setuid(65534) != 0) return false;
     std::string reason;
     return !ReplaceFileContent(Path("a"), "new", &reason) && reason == "Permission denied";
   });
   ::chmod(folder_.Path().c_str(), 0755);
-  EXPECT_EQ(status, 0);
+  EXPECT_TRUE(done);
   EXPECT_EQ(ReadBytes(Path("a")), "old");
 }
 
@@ -276,25 +267,25 @@ TEST_F(FileReplacementTest, AWriteProtectedFileIsRefused) {
   WriteBytes(Path("a"), "old");
   ASSERT_EQ(::chmod(Path("a").c_str(), 0444), 0);
   ASSERT_EQ(::chmod(folder_.Path().c_str(), 0777), 0);
-  const int status = InChild([this] {
+  const bool done = InChild([this] {
     if (::setgid(65534) != 0 || ::setuid(65534) != 0) return false;
     return !ReplaceFileContent(Path("a"), "new");
   });
-  EXPECT_EQ(status, 0);
+  EXPECT_TRUE(done);
   EXPECT_EQ(ReadBytes(Path("a")), "old");
   EXPECT_EQ(FilesInFolder(), Names{"a"});
 }
 
 TEST_F(FileReplacementTest, AFileSizeLimitKeepsTheOldFile) {
   WriteBytes(Path("a"), "old");
-  const int status = InChild([this] {
+  const bool done = InChild([this] {
     std::signal(SIGXFSZ, SIG_IGN);
     const rlimit limit{4096, 4096};
     if (::setrlimit(RLIMIT_FSIZE, &limit) != 0) return false;
     std::string reason;
     return !ReplaceFileContent(Path("a"), std::string(100000, 'n'), &reason) && reason == "File too large";
   });
-  EXPECT_EQ(status, 0);
+  EXPECT_TRUE(done);
   EXPECT_EQ(ReadBytes(Path("a")), "old");
   EXPECT_EQ(FilesInFolder(), Names{"a"});
 }

@@ -218,13 +218,13 @@ TEST(SettingText, DoublesAreTheShortestDecimal) {
   EXPECT_EQ(SettingText(false), "False");
 }
 
-struct Sample {
+struct OneHeight {
   double Height = 0.001;
 };
 
 TEST(SettingText, ADoubleKeepsItsLimits) {
-  const SettingRow<Sample> row = {"A", "k", [](Sample& s) -> double& { return s.Height; }, 0.0, 4.0};
-  Sample sample;
+  const SettingRow<OneHeight> row = {"A", "k", [](OneHeight& s) -> double& { return s.Height; }, 0.0, 4.0};
+  OneHeight sample;
   EXPECT_TRUE(TakeSetting(row, "0.25", sample));
   EXPECT_EQ(sample.Height, 0.25);
   for (const char* text : {"-0.001", "4.001", "", "x", "1,5", "1e400"}) {

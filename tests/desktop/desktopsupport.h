@@ -18,6 +18,10 @@
 
 namespace spectrane {
 
+inline QString Q(const std::string& text) {
+  return QString::fromStdString(text);
+}
+
 /// An empty folder for this user alone, with a name short enough for sockets.
 class ShortFolder {
  public:

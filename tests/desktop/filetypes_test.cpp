@@ -21,10 +21,6 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-QString Q(const std::string& text) {
-  return QString::fromStdString(text);
-}
-
 std::string LineOf(const std::string& text, const std::string& key) {
   const std::size_t at = text.find("\n" + key + "=");
   if (at == std::string::npos) return {};

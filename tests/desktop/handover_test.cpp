@@ -29,10 +29,6 @@ using testing::IsEmpty;
 using testing::SizeIs;
 using namespace std::string_literals;
 
-QString Q(const std::string& text) {
-  return QString::fromStdString(text);
-}
-
 // The message.
 
 struct MessageRow {

@@ -3,12 +3,12 @@
 #include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
 #include <cstring>
 
+#include "base/childprocess.h"
 #include "files/filesupport.h"
 
 namespace spectrane {
@@ -221,16 +221,6 @@ TEST_F(FileNumber, TheFirstFaultStays) {
   CloseFileNumber(number);
   EXPECT_EQ(FaultOf(number).Error, FileError::Damaged);
   EXPECT_EQ(FaultOf(number).Offset, 7);
-}
-
-/// Runs `work` in a child process; true when it gave true there.
-template <typename Work>
-bool InChild(Work work) {
-  const pid_t child = ::fork();
-  if (child == 0) ::_exit(work() ? 0 : 1);
-  int status = -1;
-  ::waitpid(child, &status, 0);
-  return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
 TEST_F(FileNumber, AFailedWriteShowsUnderTheNumber) {

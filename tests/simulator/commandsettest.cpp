@@ -3,17 +3,11 @@
 #include "base/clock.h"
 #include "link/memoryport.h"
 #include "simulator/commandset.h"
+#include "simulator/exactinstrument.h"
 #include "simulator/simulatedline.h"
 
 namespace spectrane {
 namespace {
-
-InstrumentOptions Exact() {
-  InstrumentOptions options;
-  options.Instant = true;
-  options.Noise = 0.0;
-  return options;
-}
 
 std::string Ask(SimulatedLine& line, const std::string& command) {
   return BytesOf(line.Receive(command + "\r", 0));

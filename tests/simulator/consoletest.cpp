@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "simulator/console.h"
+#include "simulator/exactinstrument.h"
 
 namespace spectrane {
 namespace {
@@ -12,13 +13,6 @@ using testing::StartsWith;
 
 class ConsoleTest : public testing::Test {
  protected:
-  static InstrumentOptions Exact() {
-    InstrumentOptions options;
-    options.Instant = true;
-    options.Noise = 0.0;
-    return options;
-  }
-
   std::string Run(const std::string& text) { return console_.Execute(text).Text(); }
 
   ManualClock clock_;

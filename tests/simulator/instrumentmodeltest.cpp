@@ -3,17 +3,11 @@
 #include <cmath>
 #include <cstdlib>
 
+#include "simulator/exactinstrument.h"
 #include "simulator/simulatedline.h"
 
 namespace spectrane {
 namespace {
-
-InstrumentOptions Exact() {
-  InstrumentOptions options;
-  options.Instant = true;
-  options.Noise = 0.0;
-  return options;
-}
 
 /// The program's side of the line: commands out, numbers in.
 class Bench {

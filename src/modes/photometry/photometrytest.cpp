@@ -5,17 +5,17 @@
 
 #include "base/language.h"
 #include "base/numbers.h"
+#include "base/textnumbers.h"
 #include "link/function.h"
 
 namespace spectrane {
 namespace {
 
 constexpr std::int32_t kSamples = 10;
-constexpr int kNoInstrument = 970;
+constexpr int kTestNeedsInstrument = 970;
 constexpr int kBlankWanted = 971;
 constexpr int kTestCommunicationError = 972;
 constexpr int kSamplerError = 1912;
-constexpr int kCommunicationError = 1096;
 // Differs from every wavelength, so that an instrument that tells none is moved.
 constexpr double kUnknownWavelength = std::numeric_limits<double>::quiet_NaN();
 
@@ -83,7 +83,7 @@ bool PhotometryTest::BlankHolds() const {
 
 bool PhotometryTest::mmuStartTest() {
   if (!bench_.State.InstrumentConnected) {
-    bench_.Boxes.Show(kNoInstrument);
+    bench_.Boxes.Show(kTestNeedsInstrument);
     return false;
   }
   const InstrumentRun run(bench_.State);

@@ -36,10 +36,27 @@ if(SPECTRANE_SANITIZE)
   endif()
 endif()
 
+# Where several sources are compiled as one, they are sources of one folder, twelve at most: two folders may give the same
+# name to what is theirs alone.
+function(spectrane_unity_by_folder target)
+  set_target_properties(${target} PROPERTIES UNITY_BUILD_MODE GROUP)
+  set(number 0)
+  foreach(source ${ARGN})
+    if(source MATCHES "[.]cpp$")
+      get_filename_component(folder ${source} DIRECTORY)
+      math(EXPR batch "${number} / 12")
+      math(EXPR number "${number} + 1")
+      string(MAKE_C_IDENTIFIER "${folder}_${batch}" group)
+      set_source_files_properties(${source} PROPERTIES UNITY_GROUP "${group}")
+    endif()
+  endforeach()
+endfunction()
+
 # One floor of the house: a static library that links only what it may use, so an include that runs upward does not link.
 function(spectrane_library name)
   cmake_parse_arguments(ARG "" "" "SOURCES;USES" ${ARGN})
   add_library(${name} STATIC ${ARG_SOURCES})
+  spectrane_unity_by_folder(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PUBLIC spectrane_rules ${ARG_USES})
 endfunction()
 

@@ -57,6 +57,25 @@ strings=$(grep -nE '\b(SIGNAL|SLOT)\(' "${sources[@]}" || true)
 [ -z "$strings" ] || fail "String connects:
 $strings"
 
+# The build for sanitizers compiles the sources of a folder as one: what a source has for itself has a name that no other
+# source of its folder gives to something. (The kinds of files are exempt and built one by one, as are benchmarks.)
+twice=$(printf '%s\n' "${sources[@]}" | grep '\.cpp$' | grep -vE '^(src/files|bench)/' | xargs awk '
+  FNR == 1 { inside = 0; folder = FILENAME; sub("/[^/]*$", "", folder) }
+  /^namespace \{/ { inside = 1 }
+  /^\}  \/\/ namespace$/ { inside = 0 }
+  !inside || /^([ }#\/]|$|using|namespace|TEST|INSTANTIATE)/ { next }
+  {
+    name = $0
+    if (match(name, /^(struct|class|enum class|enum) [A-Za-z0-9_]+/)) { name = substr(name, 1, RLENGTH); sub(/.* /, "", name) }
+    else if (match(name, /^[^=]*[A-Za-z0-9_]\(/)) { match(name, /[A-Za-z0-9_]+\(/); name = substr(name, RSTART); sub(/ \{$/, "", name) }
+    else if (match(name, /[A-Za-z0-9_]+( =|\[|\{|;)/)) { name = substr(name, RSTART, RLENGTH); gsub(/[^A-Za-z0-9_]/, "", name) }
+    else next
+    if ((folder, name) in where && where[folder, name] != FILENAME) print FILENAME ": " name " stands in " where[folder, name] " too"
+    else where[folder, name] = FILENAME
+  }')
+[ -z "$twice" ] || fail "One name for two things in a folder:
+$twice"
+
 # Headers stand alone: a source begins with its own header, and clang-tidy below reads it without what is precompiled.
 # Headers without a source are compiled as the only include of a file, as the main program's sources are (the widest set).
 lone_headers=()

@@ -10,6 +10,7 @@
 #include "base/language.h"
 #include "modes/quantitation/curvefit.h"
 #include "modes/quantitation/curveformula.h"
+#include "output/plottexts.h"
 
 namespace spectrane {
 namespace {
@@ -42,9 +43,6 @@ constexpr double kHintGap = 80;
 
 /// No device is larger; places beyond would not fit the integers of the toolkit [units of the surface].
 constexpr double kLongestSurface = 1e6;
-
-constexpr int kAbsTitle = 703;
-constexpr int kConcTitle = 1043;
 
 QString FromText(const std::string& text) {
   return QString::fromStdString(text);

@@ -16,13 +16,11 @@
 #include <vector>
 
 #include "base/basesupport.h"
+#include "base/notfinite.h"
 #include "base/numericfault.h"
 
 namespace spectrane {
 namespace {
-
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 struct FormatRow {
   const char* Name;

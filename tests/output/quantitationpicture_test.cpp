@@ -3,13 +3,12 @@
 #include <limits>
 
 #include "base/basesupport.h"
+#include "base/notfinite.h"
 #include "output/quantitationpicturesupport.h"
 
 namespace spectrane {
 namespace {
 
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 const QuantitationColours kColours;
 
 QColor ColourAt(const QImage& image, double x, double y) {

@@ -3,12 +3,10 @@
 #include <limits>
 
 #include "base/basesupport.h"
+#include "base/notfinite.h"
 
 namespace spectrane {
 namespace {
-
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 // 500 by 300 pixels are 7500 by 4500 twips: an area of 6000 by 3200 twips, 400 by 213.3 pixels.
 const QRectF kSurface(0, 0, 500, 300);

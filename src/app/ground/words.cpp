@@ -38,4 +38,8 @@ QString PlainCaption(const QString& caption) {
   return plain.trimmed();
 }
 
+QString PlainWords(int textId) {
+  return PlainCaption(Caption(textId));
+}
+
 }  // namespace spectrane

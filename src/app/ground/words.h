@@ -15,5 +15,7 @@ QString Caption(int textId);
 QString WithAccessKey(const QString& caption, QSet<QChar>& used);
 /// `caption` as plain words: without the access key, its brackets and dots.
 QString PlainCaption(const QString& caption);
+/// The caption of that number as plain words.
+QString PlainWords(int textId);
 
 }  // namespace spectrane

@@ -22,11 +22,6 @@ constexpr int kNoPicture = 969;
 constexpr int kFileFilter = 1193;
 
 const QString kGridLayout = QStringLiteral("FrmBasic/DataGrid");
-
-QString PlainWords(int textId) {
-  return PlainCaption(Caption(textId));
-}
-
 }  // namespace
 
 FrmBasic::FrmBasic(MainWindow& frame)

@@ -12,25 +12,20 @@
 #include "app/ground/words.h"
 #include "base/numbers.h"
 #include "modes/photometry/basicsettings.h"
+#include "modes/windows/wavelengthentry.h"
 
 namespace spectrane {
 namespace {
 
-double RoundToTenth(double wavelength) {
-  return std::round(wavelength * 10.0) / 10.0;
-}
-
-constexpr int kTitle = 1318;
+constexpr int kBasicConfigTitle = 1318;
 constexpr int kWavelengthLabel = 701;
-constexpr int kWavelengthError = 1006;
 constexpr const char* kFieldFormat = "0.0";
-constexpr int kFieldCharacters = 12;
 
 }  // namespace
 
 FrmBasicConfig::FrmBasicConfig(MainWindow& frame, double wavelength)
     : QDialog(&frame.Frame()), frame_(frame), wavelength_(wavelength), field_(new QLineEdit(this)) {
-  DialogParts parts(*this, "FrmBasicConfig", Caption(kTitle));
+  DialogParts parts(*this, "FrmBasicConfig", Caption(kBasicConfigTitle));
 
   textAtStart_ = QString::fromStdString(Format(wavelength, kFieldFormat));
   field_->setAccessibleDescription(RangeText());
@@ -73,7 +68,7 @@ bool FrmBasicConfig::TakeField() {
 
 void FrmBasicConfig::accept() {
   if (!TakeField()) {
-    frame_.Boxes().Show(kWavelengthError);
+    frame_.Boxes().Show(kWavelengthRefused);
     field_->setFocus();
     field_->selectAll();
     return;

@@ -23,16 +23,12 @@
 namespace spectrane {
 namespace {
 
-constexpr int kFileType = 1;
-constexpr int kNoPicture = 1046;
-constexpr int kFileFilter = 1047;
-constexpr int kStandardsCaption = 1058;
-constexpr int kRecordsCaption = 1059;
+constexpr int kQuaType = 1;
+constexpr int kNoQuaPicture = 1046;
+constexpr int kQuaFilter = 1047;
+constexpr int kStandardsTitle = 1058;
+constexpr int kRecordsTitle = 1059;
 constexpr int kCurveError = 1209;
-
-QString PlainWords(int textId) {
-  return PlainCaption(Caption(textId));
-}
 
 /// A grid with its heading above it.
 QWidget* Titled(QWidget* grid, const QString& title, QWidget* parent) {
@@ -83,7 +79,7 @@ FrmQua::~FrmQua() {
 
 void FrmQua::BuildStandards() {
   standards_->setObjectName(QStringLiteral("QuaConfigGrid"));
-  standards_->setAccessibleName(PlainWords(kStandardsCaption));
+  standards_->setAccessibleName(PlainWords(kStandardsTitle));
   standards_->setModel(standardTable_);
   standards_->Hint = [this] { return StandardsHint(); };
   connect(standardTable_, &StandardTable::Fitted, this, [this](FitOutcome outcome) {
@@ -106,7 +102,7 @@ void FrmQua::BuildStandards() {
 
 void FrmQua::BuildRecords() {
   records_->setObjectName(QStringLiteral("RecordGrid"));
-  records_->setAccessibleName(PlainWords(kRecordsCaption));
+  records_->setAccessibleName(PlainWords(kRecordsTitle));
   records_->setModel(recordTable_);
   records_->Hint = [this] { return NextStep(); };
   connect(records_, &SheetGrid::RowSelectionChanged, this, &FrmQua::UpdateOffers);
@@ -122,14 +118,14 @@ void FrmQua::BuildRecords() {
 void FrmQua::BuildLayout() {
   columns_ = new QSplitter(Qt::Horizontal, this);
   columns_->setObjectName(QStringLiteral("QuaColumns"));
-  columns_->addWidget(Titled(standards_, PlainWords(kStandardsCaption), columns_));
+  columns_->addWidget(Titled(standards_, PlainWords(kStandardsTitle), columns_));
   columns_->addWidget(picture_);
   columns_->setStretchFactor(0, 0);
   columns_->setStretchFactor(1, 1);
   rows_ = new QSplitter(Qt::Vertical, this);
   rows_->setObjectName(QStringLiteral("QuaRows"));
   rows_->addWidget(columns_);
-  rows_->addWidget(Titled(records_, PlainWords(kRecordsCaption), rows_));
+  rows_->addWidget(Titled(records_, PlainWords(kRecordsTitle), rows_));
   rows_->setStretchFactor(0, 3);
   rows_->setStretchFactor(1, 2);
   for (QSplitter* const splitter : {columns_, rows_}) splitter->setChildrenCollapsible(false);
@@ -286,7 +282,7 @@ void FrmQua::mmuDeleteReport() {
 }
 
 void FrmQua::mmuFileOutputBMP() {
-  Frame().Boxes().Show(kNoPicture);
+  Frame().Boxes().Show(kNoQuaPicture);
 }
 
 void FrmQua::ShowConfigWindow() {
@@ -304,7 +300,7 @@ void FrmQua::ShowConfigWindow() {
 }
 
 int FrmQua::CheckFileType() const {
-  return kFileType;
+  return kQuaType;
 }
 
 QString FrmQua::OpenFileName() const {
@@ -348,7 +344,7 @@ void FrmQua::CommitEditors() {
 }
 
 FileKindWords FrmQua::FileWords() const {
-  return {kFileFilter, ".qua", kQuantitationSection};
+  return {kQuaFilter, ".qua", kQuantitationSection};
 }
 
 bool FrmQua::IsModified() const {

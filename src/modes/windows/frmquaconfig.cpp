@@ -18,11 +18,12 @@
 #include "app/ground/dialogparts.h"
 #include "app/ground/words.h"
 #include "base/numbers.h"
+#include "modes/windows/wavelengthentry.h"
 
 namespace spectrane {
 namespace {
 
-constexpr int kTitle = 1078;
+constexpr int kQuaConfigTitle = 1078;
 constexpr int kMethodLabel = 1061;
 constexpr int kFirstMethod = 1073;
 constexpr int kUnitLabel = 1062;
@@ -35,13 +36,11 @@ constexpr int kWavelengthsTitle = 1068;
 constexpr int kFirstWavelengthLabel = 1069;
 constexpr int kSingleWavelength = 1077;
 constexpr int kParameterLabel = 1019;
-constexpr int kWavelengthError = 1006;
 constexpr int kDiscardQuestion = 1072;
 
 constexpr int kMethodCount = 4;
 constexpr int kWavelengthCount = 3;
 constexpr const char* kWavelengthFormat = "0.0";
-constexpr int kFieldCharacters = 12;
 constexpr int kCoefficientCharacters = 22;
 constexpr int kUnitCharacters = 12;
 constexpr int kFormulaCharacters = 60;
@@ -91,10 +90,6 @@ QString FormulaText(int wavelengths, int method) {
   return text;
 }
 
-double RoundToTenth(double wavelength) {
-  return std::round(wavelength * 10.0) / 10.0;
-}
-
 /// A unit as the list and the files have it: the micro sign for the Greek letter, no line breaks, no blanks
 /// at the ends.
 QString PlainUnit(QString unit) {
@@ -137,7 +132,7 @@ FrmQuaConfig::FrmQuaConfig(MainWindow& frame, const QuantitationSettings& settin
       sampleNumbers_(new QComboBox(this)),
       wavelengthNumbers_(new QComboBox(this)),
       formula_(new QLabel(this)) {
-  DialogParts parts(*this, "FrmQuaConfig", Caption(kTitle));
+  DialogParts parts(*this, "FrmQuaConfig", Caption(kQuaConfigTitle));
   auto* const left = new QVBoxLayout;
   left->addLayout(MakeCurveForm(parts));
   left->addWidget(MakeCalibration(parts), 1);
@@ -404,7 +399,7 @@ bool FrmQuaConfig::TakeWavelength(const NumberField& field, double& value) {
     return true;
   }
   frame_.Boxes().Show(
-      kWavelengthError,
+      kWavelengthRefused,
       (field.Edit->accessibleName() + u' ' + text + QStringLiteral(" (") + RangeText() + u')').toStdString());
   PointTo(*field.Edit);
   return false;

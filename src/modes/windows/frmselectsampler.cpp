@@ -14,7 +14,7 @@
 namespace spectrane {
 namespace {
 
-constexpr int kTitle = 1900;
+constexpr int kSamplerTitle = 1900;
 constexpr int kFirstPosition = 1901;
 constexpr int kMoving = 931;
 constexpr int kSamplerError = 1912;
@@ -29,7 +29,7 @@ QString MovingTo(const QString& position) {
 
 FrmSelectSampler::FrmSelectSampler(MainWindow& frame)
     : QDialog(&frame.Frame()), frame_(frame), positions_(new QComboBox(this)), state_(new QLabel(this)) {
-  DialogParts parts(*this, "FrmSelectSampler", Caption(kTitle));
+  DialogParts parts(*this, "FrmSelectSampler", Caption(kSamplerTitle));
   QStringList states = {Caption(kSamplerError), Caption(kCommunicationError)};
   for (int i = 0; i < kSamplerPositionCount; ++i) {
     positions_->addItem(Caption(kFirstPosition + i));

@@ -10,6 +10,7 @@
 #include "app/ground/words.h"
 #include "base/numbers.h"
 #include "link/function.h"
+#include "output/plottexts.h"
 #include "output/quantitationpicture.h"
 
 namespace spectrane {
@@ -19,9 +20,6 @@ namespace {
 constexpr double kReach = 7;
 /// Characters of a name that a tool tip shows.
 constexpr qsizetype kNameLength = 60;
-
-constexpr int kAbsTitle = 703;
-constexpr int kConcTitle = 1043;
 
 double Distance(const QPointF& from, const QPointF& to) {
   return std::hypot(to.x() - from.x(), to.y() - from.y());

@@ -9,14 +9,13 @@
 #include "base/numbers.h"
 #include "link/function.h"
 #include "modes/windows/fittext.h"
+#include "output/plottexts.h"
 
 namespace spectrane {
 namespace {
 
 constexpr int kNumberTitle = 706;
 constexpr int kNameTitle = 1042;
-constexpr int kAbsTitle = 703;
-constexpr int kConcTitle = 1043;
 constexpr int kNoteTitle = 709;
 
 /// Of a text field of the file.

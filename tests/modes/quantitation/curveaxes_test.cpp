@@ -3,12 +3,12 @@
 #include <limits>
 
 #include "base/basesupport.h"
+#include "base/notfinite.h"
 #include "modes/quantitation/quantitationsupport.h"
 
 namespace spectrane {
 namespace {
 
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 using Points = std::vector<CurvePoint>;
 
 struct ScaleRow {

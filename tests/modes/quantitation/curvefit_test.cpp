@@ -4,13 +4,12 @@
 #include <limits>
 
 #include "base/basesupport.h"
+#include "base/notfinite.h"
 #include "modes/quantitation/quantitationsupport.h"
 
 namespace spectrane {
 namespace {
 
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 using K = std::array<double, 4>;
 
 /// Marks that no fit of these tests gives: what still has them was not written.

@@ -1,19 +1,16 @@
 // A dye series: a straight line through five standards, and three samples read from it.
-#include <cmath>
-#include <span>
 #include <vector>
 
 #include "examplefiles/examples.h"
 #include "files/quafile.h"
 #include "link/function.h"
+#include "modes/quantitation/curvefit.h"
 
 namespace spectrane {
 namespace {
 
 constexpr double kWavelength = 546.0;
 constexpr std::int32_t kDyeSamples = 10;
-constexpr std::int32_t kFirstOrder = 1;
-constexpr std::int32_t kByStandards = 1;
 
 struct Solution {
   const char* Sample;
@@ -28,35 +25,10 @@ double Measure(ExampleBench& bench, const char* sample, const Blank& blank) {
   return AbsFromEnergy(bench.Read(kDyeSamples), blank.FullEnergy, blank.DarkEnergy);
 }
 
-/// The least-squares line of the concentrations over the absorbances, and the size of its correlation
-/// coefficient.
-void FitLine(QuaOption& option) {
-  const auto n = static_cast<std::size_t>(option.SampleNumber);
-  double meanX = 0.0;
-  double meanY = 0.0;
-  for (std::size_t i = 0; i < n; ++i) {
-    meanX += option.StandardAbs[i][0] / static_cast<double>(n);
-    meanY += option.StandardConc[i] / static_cast<double>(n);
-  }
-  double xx = 0.0;
-  double xy = 0.0;
-  double yy = 0.0;
-  for (std::size_t i = 0; i < n; ++i) {
-    const double x = option.StandardAbs[i][0] - meanX;
-    const double y = option.StandardConc[i] - meanY;
-    xx += x * x;
-    xy += x * y;
-    yy += y * y;
-  }
-  option.CurveK = {meanY - xy / xx * meanX, xy / xx, 0.0, 0.0};
-  option.CurveR = std::abs(xy / (std::sqrt(xx) * std::sqrt(yy)));
-  option.CurveValid = option.CurveR >= 0.8;
-}
-
 QuaOption OptionFor(const Blank& blank) {
   QuaOption option;
-  option.FittingMethod = kFirstOrder;
-  option.CurveItem = kByStandards;
+  option.FittingMethod = static_cast<std::int32_t>(FittingMethod::FirstOrder);
+  option.CurveItem = static_cast<std::int32_t>(CurveSource::Standards);
   option.ConcUnit = "mg/L";
   option.WaveLengthNumber = 1;
   option.WaveLengthList = {kWavelength, kWavelength, kWavelength, 0.0};
@@ -84,13 +56,13 @@ void MakeDye(ExampleBench& bench, const std::string& folder) {
     option.StandardConc[row] = standard.Concentration;
     option.StandardConcSet[row] = true;
   }
-  FitLine(option);
+  CreateCurve(option);
   std::vector<QuaRecord> records;
   for (const Solution& unknown : kUnknowns) {
     QuaRecord record;
     record.Name = "Unknown " + std::to_string(records.size() + 1);
     record.Abs[0] = Measure(bench, unknown.Sample, blank) * option.WaveLengthPara[0];
-    record.Conc = option.CurveK[0] + option.CurveK[1] * record.Abs[0];
+    record.Conc = CalcConc(option, record.Abs[0]);
     record.Note = "weighed in: " + LabelOf(unknown.Sample);
     records.push_back(record);
   }

@@ -28,6 +28,13 @@ std::string LastPart(const std::string& path) {
   return path.substr(last + 1);
 }
 
+double NumberOf(const std::string& name, const std::string& argument) {
+  const std::string text = PlainArgument(argument);
+  const std::optional<double> number = ParseNumber(text);
+  if (!number) throw CLI::ConversionError(name + ": " + text + " is no number");
+  return *number;
+}
+
 }  // namespace
 
 Refusal::Refusal(const std::string& words) : std::runtime_error(OneLine(words)) {}
@@ -55,13 +62,17 @@ CLI::Option* AddText(CLI::App* command, const std::string& name, std::string& va
 
 CLI::Option* AddNumber(CLI::App* command, const std::string& name, double& value,
                        const std::string& description) {
-  const auto take = [&value, name](const std::string& argument) {
-    const std::string text = PlainArgument(argument);
-    const std::optional<double> number = ParseNumber(text);
-    if (!number) throw CLI::ConversionError(name + ": " + text + " is no number");
-    value = *number;
-  };
+  const auto take = [&value, name](const std::string& argument) { value = NumberOf(name, argument); };
   return command->add_option_function<std::string>(name, take, description)->type_name("NUMBER");
+}
+
+CLI::Option* AddNumbers(CLI::App* command, const std::string& name, std::vector<double>& values,
+                        const std::string& description) {
+  const auto take = [&values, name](const std::vector<std::string>& arguments) {
+    values.clear();
+    for (const std::string& argument : arguments) values.push_back(NumberOf(name, argument));
+  };
+  return command->add_option_function<std::vector<std::string>>(name, take, description)->type_name("NUMBER");
 }
 
 CLI::Option* AddLong(CLI::App* command, const std::string& name, std::int32_t& value,

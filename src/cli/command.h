@@ -6,6 +6,7 @@
 #include <iosfwd>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "files/filefault.h"
 
@@ -44,6 +45,9 @@ CLI::Option* AddText(CLI::App* command, const std::string& name, std::string& va
                      const std::string& description);
 CLI::Option* AddNumber(CLI::App* command, const std::string& name, double& value,
                        const std::string& description);
+/// One number or more.
+CLI::Option* AddNumbers(CLI::App* command, const std::string& name, std::vector<double>& values,
+                        const std::string& description);
 /// A whole number of 32 bits; decimals are rounded half to even.
 CLI::Option* AddLong(CLI::App* command, const std::string& name, std::int32_t& value,
                      const std::string& description);

@@ -5,13 +5,11 @@
 #include <vector>
 
 #include "base/clock.h"
-#include "base/setting.h"
+#include "cli/storedsettings.h"
 #include "link/exclusion.h"
 #include "link/instrumentlink.h"
 #include "link/messageloop.h"
 #include "link/portlist.h"
-
-class QCoreApplication;
 
 namespace spectrane {
 
@@ -46,12 +44,11 @@ class InstrumentSession : private MainDisplay, private Messages {
   void UpdateCommands() override {}
   void Show(int textId, const std::string& details) override;
 
-  std::unique_ptr<QCoreApplication> application_;
+  StoredSettings stored_;
   SteadyClock time_;
   QtMessageLoop loop_;
   std::unique_ptr<Exclusion> turn_;
   SerialPortList ports_;
-  Setting settings_;
   std::unique_ptr<InstrumentLink> link_;
   int messageId_ = 0;
   std::string messageDetails_;

@@ -90,7 +90,7 @@ TEST(BatchHelp, IsNoFault) {
   const BatchOutcome all = Batch({"--help"});
   EXPECT_EQ(all.Status, 0);
   EXPECT_EQ(all.Err, "");
-  for (const char* word : {"energy", "format", "info", "dump", "pack"}) {
+  for (const char* word : {"energy", "format", "info", "dump", "pack", "fit", "conc"}) {
     EXPECT_NE(all.Out.find(std::string("\n  ") + word), std::string::npos) << word;
     const BatchOutcome one = Batch({word, "--help"});
     EXPECT_EQ(one.Status, 0);

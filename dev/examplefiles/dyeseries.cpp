@@ -61,8 +61,8 @@ void MakeDye(ExampleBench& bench, const std::string& folder) {
   for (const Solution& unknown : kUnknowns) {
     QuaRecord record;
     record.Name = "Unknown " + std::to_string(records.size() + 1);
-    record.Abs[0] = Measure(bench, unknown.Sample, blank) * option.WaveLengthPara[0];
-    record.Conc = CalcConc(option, record.Abs[0]);
+    record.Abs[0] = Measure(bench, unknown.Sample, blank);
+    record.Conc = CalcConc(option, record.Abs[0] * option.WaveLengthPara[0]);
     record.Note = "weighed in: " + LabelOf(unknown.Sample);
     records.push_back(record);
   }

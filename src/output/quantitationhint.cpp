@@ -45,7 +45,7 @@ QuantitationHint IncompleteHint(const QuaOption& qua) {
     const QString words = qua.BlankDone ? QStringLiteral("Measure %1 by a click on %2.")
                                         : QStringLiteral("Set the blank, then measure %1 by a click on %2.");
     const QString place =
-        unmeasured.size() == 1 ? QStringLiteral("its row") : QStringLiteral("the row of each");
+        unmeasured.size() == 1 ? QStringLiteral("its absorbance") : QStringLiteral("the absorbance of each");
     advice << words.arg(OfStandards(unmeasured), place);
   }
   return {QStringLiteral("%1 of %2 standards complete").arg(complete).arg(qua.SampleNumber),

@@ -14,14 +14,15 @@ TEST(QuantitationHints, TellWhichStandardsLackWhat) {
   qua.StandardConcSet[0] = false;
   EXPECT_EQ(StateOf(qua), QuantitationState::Incomplete);
   EXPECT_EQ(HintOf(qua).Headline, QStringLiteral("0 of 5 standards complete"));
-  EXPECT_EQ(HintOf(qua).Advice,
-            QStringLiteral("Type the concentration of standards 1, 4.\n"
-                           "Set the blank, then measure standards 2 to 5 by a click on the row of each."));
+  EXPECT_EQ(
+      HintOf(qua).Advice,
+      QStringLiteral("Type the concentration of standards 1, 4.\n"
+                     "Set the blank, then measure standards 2 to 5 by a click on the absorbance of each."));
   qua.BlankDone = true;
   qua.StandardAbsSet = {true, true, true, true};
   qua.StandardConcSet.fill(true);
   EXPECT_EQ(HintOf(qua).Headline, QStringLiteral("4 of 5 standards complete"));
-  EXPECT_EQ(HintOf(qua).Advice, QStringLiteral("Measure standard 5 by a click on its row."));
+  EXPECT_EQ(HintOf(qua).Advice, QStringLiteral("Measure standard 5 by a click on its absorbance."));
 }
 
 TEST(QuantitationHints, TellWhyAFitWasRejected) {

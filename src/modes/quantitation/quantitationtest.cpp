@@ -36,7 +36,10 @@ void QuantitationTest::mmuOperationRezero() {
 }
 
 bool QuantitationTest::TakeBlanks() {
-  if (!AskWavelength()) return false;
+  if (!AskWavelength()) {
+    bench_.Display.SetRemark(Text(kCommunicationError));
+    return false;
+  }
   document_.SetBlankDone(false);
   InstrumentState& state = bench_.State;
   if (Stopped()) return false;

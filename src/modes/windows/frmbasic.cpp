@@ -7,7 +7,6 @@
 
 #include "app/ground/busycursor.h"
 #include "app/ground/commands.h"
-#include "app/ground/layoutstore.h"
 #include "app/ground/words.h"
 #include "modes/photometry/basicsettings.h"
 #include "modes/windows/basictable.h"
@@ -28,7 +27,8 @@ FrmBasic::FrmBasic(MainWindow& frame)
     : DocumentWindow(frame),
       test_(BenchOf(frame), document_),
       grid_(new NoteGrid(QStringLiteral("EditText"), this)),
-      table_(new BasicTable(document_, frame.Link().Formats, this)) {
+      table_(new BasicTable(document_, frame.Link().Formats, this)),
+      columns_(frame.Layout(), *grid_) {
   setObjectName(QStringLiteral("FrmBasic"));
   SetCaption(Words(kNewBasic).trimmed());
   LoadSettings();
@@ -44,8 +44,7 @@ FrmBasic::~FrmBasic() {
   table_->disconnect(this);
   grid_->disconnect(this);
   grid_->CommitEditor();
-  if (ColumnWidths() != widthsAtStart_)
-    Frame().Layout().StoreColumns(kGridLayout, *grid_->horizontalHeader());
+  columns_.Keep();
 }
 
 void FrmBasic::LoadSettings() {
@@ -66,9 +65,7 @@ void FrmBasic::BuildGrid() {
   layout->addWidget(grid_);
   setFocusProxy(grid_);
   FitColumns();
-  Frame().Layout().RestoreColumns(kGridLayout, *grid_->horizontalHeader());
-  grid_->horizontalHeader()->setStretchLastSection(true);
-  widthsAtStart_ = ColumnWidths();
+  columns_.Restore(kGridLayout);
 }
 
 void FrmBasic::FitColumns() {
@@ -82,12 +79,6 @@ void FrmBasic::FitColumns() {
                        grid_->fontMetrics().averageCharWidth() * 3;
     header.resizeSection(column, std::max(header.sectionSizeHint(column), figure));
   }
-}
-
-QList<int> FrmBasic::ColumnWidths() const {
-  QList<int> widths;
-  for (int column = 0; column < BasicTable::kNote; ++column) widths.append(grid_->columnWidth(column));
-  return widths;
 }
 
 void FrmBasic::BuildActions() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/ground/documentwindow.h"
+#include "app/ground/keptcolumns.h"
 #include "modes/photometry/photometrytest.h"
 
 class QAction;
@@ -52,7 +53,6 @@ class FrmBasic : public DocumentWindow {
   void BuildGrid();
   void BuildActions();
   void FitColumns();
-  QList<int> ColumnWidths() const;
   void ShowNewRow(int row);
   void UpdateOffers();
   QString NextStep() const;
@@ -61,10 +61,9 @@ class FrmBasic : public DocumentWindow {
   PhotometryTest test_;
   NoteGrid* grid_;
   BasicTable* table_;
+  KeptColumns columns_;
   QAction* copyAction_ = nullptr;
   QAction* deleteAction_ = nullptr;
-  // Widths that nobody has changed are not remembered: they follow font and formats.
-  QList<int> widthsAtStart_;
 };
 
 }  // namespace spectrane

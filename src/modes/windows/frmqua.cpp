@@ -4,12 +4,11 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QPointer>
-#include <QSplitter>
 #include <QVBoxLayout>
 
 #include "app/ground/busycursor.h"
 #include "app/ground/commands.h"
-#include "app/ground/layoutstore.h"
+#include "app/ground/keptsplitter.h"
 #include "app/ground/words.h"
 #include "base/numbers.h"
 #include "link/function.h"
@@ -29,6 +28,10 @@ constexpr int kQuaFilter = 1047;
 constexpr int kStandardsTitle = 1058;
 constexpr int kRecordsTitle = 1059;
 constexpr int kCurveError = 1209;
+
+/// Shares of the window [%]: most of its width for the standards, and the height of standards and curve.
+constexpr int kMostForStandards = 60;
+constexpr int kForCurve = 60;
 
 /// A grid with its heading above it.
 QWidget* Titled(QWidget* grid, const QString& title, QWidget* parent) {
@@ -52,7 +55,9 @@ FrmQua::FrmQua(MainWindow& frame)
       standardTable_(new StandardTable(document_, frame.Link().Formats, this)),
       records_(new SheetGrid(QStringLiteral("RecordText"), this)),
       recordTable_(new RecordTable(document_, frame.Link().Formats, this)),
-      picture_(new QuaLinePic(document_, frame.Link().Formats, this)) {
+      picture_(new QuaLinePic(document_, frame.Link().Formats, this)),
+      standardColumns_(frame.Layout(), *standards_),
+      recordColumns_(frame.Layout(), *records_) {
   setObjectName(QStringLiteral("FrmQua"));
   SetCaption(Words(kNewQua).trimmed());
   QuantitationSettings settings;
@@ -75,6 +80,10 @@ FrmQua::~FrmQua() {
     grid->disconnect(this);
     grid->CommitEditor();
   }
+  standardColumns_.Keep();
+  recordColumns_.Keep();
+  columns_->Keep();
+  rows_->Keep();
 }
 
 void FrmQua::BuildStandards() {
@@ -116,19 +125,17 @@ void FrmQua::BuildRecords() {
 }
 
 void FrmQua::BuildLayout() {
-  columns_ = new QSplitter(Qt::Horizontal, this);
-  columns_->setObjectName(QStringLiteral("QuaColumns"));
+  LayoutStore& store = Frame().Layout();
+  columns_ = new KeptSplitter(
+      Qt::Horizontal, store, QStringLiteral("FrmQua/QuaColumns"),
+      [this](int whole) { return std::min(StandardsWidth(), whole * kMostForStandards / 100); }, this);
   columns_->addWidget(Titled(standards_, PlainWords(kStandardsTitle), columns_));
   columns_->addWidget(picture_);
-  columns_->setStretchFactor(0, 0);
-  columns_->setStretchFactor(1, 1);
-  rows_ = new QSplitter(Qt::Vertical, this);
-  rows_->setObjectName(QStringLiteral("QuaRows"));
+  rows_ = new KeptSplitter(
+      Qt::Vertical, store, QStringLiteral("FrmQua/QuaRows"),
+      [](int whole) { return whole * kForCurve / 100; }, this);
   rows_->addWidget(columns_);
   rows_->addWidget(Titled(records_, PlainWords(kRecordsTitle), rows_));
-  rows_->setStretchFactor(0, 3);
-  rows_->setStretchFactor(1, 2);
-  for (QSplitter* const splitter : {columns_, rows_}) splitter->setChildrenCollapsible(false);
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(rows_);
@@ -200,25 +207,33 @@ void FrmQua::ConnectPicture() {
 }
 
 void FrmQua::FitColumns() {
-  for (SheetGrid* const grid : {standards_, records_}) {
-    auto* const table = static_cast<QuaTable*>(grid->model());
-    grid->ensurePolished();
-    QHeaderView& header = *grid->horizontalHeader();
-    const int character = grid->fontMetrics().averageCharWidth();
+  const auto fit = [](SheetGrid& grid, KeptColumns& kept) {
+    const auto& table = *static_cast<QuaTable*>(grid.model());
+    grid.ensurePolished();
+    QHeaderView& header = *grid.horizontalHeader();
+    const int character = grid.fontMetrics().averageCharWidth();
     header.setMinimumSectionSize(character * 5);
-    for (int column = 0; column < table->NoteColumn(); ++column) {
-      const int least = column == table->NumberColumn() ? 5 : column == table->NameColumn() ? 16 : 11;
+    for (int column = 0; column < table.NoteColumn(); ++column) {
+      const int least = column == table.NumberColumn() ? 5 : column == table.NameColumn() ? 16 : 11;
       header.resizeSection(column, std::max(header.sectionSizeHint(column), character * least));
     }
-  }
-  // Room for the standards up to their concentrations and the begin of a note; the curve takes the rest.
-  const QHeaderView& header = *standards_->horizontalHeader();
+    // With two wavelengths there are other columns.
+    kept.Restore(QStringLiteral("FrmQua/%1%2").arg(grid.objectName()).arg(table.AbsColumns()));
+  };
+  fit(*standards_, standardColumns_);
+  fit(*records_, recordColumns_);
+  columns_->Arrange();
+}
+
+/// Room for the standards up to their concentrations and the begin of a note.
+int FrmQua::StandardsWidth() const {
   const int note = standards_->fontMetrics().averageCharWidth() * 14;
-  const int wanted = header.sectionPosition(standardTable_->NoteColumn()) + note;
-  columns_->setSizes({wanted, std::max(wanted, columns_->width() - wanted)});
+  return standards_->horizontalHeader()->sectionPosition(standardTable_->NoteColumn()) + note;
 }
 
 void FrmQua::ShowEverything() {
+  standardColumns_.Keep();
+  recordColumns_.Keep();
   standardTable_->Replaced();
   recordTable_->Replaced();
   FitColumns();
@@ -293,7 +308,9 @@ void FrmQua::ShowConfigWindow() {
     return document_.RecordCount() > 0 && document_.WouldChange(settings);
   });
   if (dialog.exec() != QDialog::Accepted || !self) return;
+  const bool hadFile = !document_.FileName().empty();
   const FitOutcome outcome = document_.Configure(dialog.Settings());
+  if (hadFile && document_.FileName().empty()) SetCaption(Words(kNewQua).trimmed());
   ShowEverything();
   DocumentChanged();
   TellFit(outcome);

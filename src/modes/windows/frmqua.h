@@ -1,14 +1,14 @@
 #pragma once
 
 #include "app/ground/documentwindow.h"
+#include "app/ground/keptcolumns.h"
 #include "modes/quantitation/quantitationtest.h"
 
 class QAction;
-class QSplitter;
 
 namespace spectrane {
 
-class EditGrid;
+class KeptSplitter;
 class QuaLinePic;
 class RecordTable;
 class SheetGrid;
@@ -60,6 +60,7 @@ class FrmQua : public DocumentWindow {
   void ConnectTest();
   void ConnectPicture();
   void FitColumns();
+  int StandardsWidth() const;
   void ShowEverything();
   void ShowCurve();
   void RunOf(const std::function<void()>& work);
@@ -76,8 +77,10 @@ class FrmQua : public DocumentWindow {
   SheetGrid* records_;
   RecordTable* recordTable_;
   QuaLinePic* picture_;
-  QSplitter* columns_ = nullptr;
-  QSplitter* rows_ = nullptr;
+  KeptColumns standardColumns_;
+  KeptColumns recordColumns_;
+  KeptSplitter* columns_ = nullptr;
+  KeptSplitter* rows_ = nullptr;
   QAction* copyAction_ = nullptr;
   QAction* deleteAction_ = nullptr;
 };

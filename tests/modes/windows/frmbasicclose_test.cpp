@@ -1,4 +1,5 @@
 #include "modes/windows/frmbasicfixture.h"
+#include "windowsupport/closing.h"
 
 namespace spectrane::testing_windows {
 namespace {
@@ -14,14 +15,7 @@ class CloseInARun : public BasicWindow {
   }
   void RunUntilGone() {
     Window->mmuStartTest();
-    LetItClose();
-  }
-  /// A close that had to wait comes from the message loop.
-  void LetItClose() {
-    for (int i = 0; i < 10 && Window; ++i) {
-      QCoreApplication::processEvents();
-      QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    }
+    LetItClose(Window.data());
   }
 };
 
@@ -116,7 +110,7 @@ TEST_F(CloseInARun, AtEveryYieldTheWindowOutlivesItsRun) {
     EXPECT_GE(Rows(), rowsThen) << "closed at yield " << closeAt;
     EXPECT_LE(Rows(), rowsThen + 1) << "the reading under way is the last one; closed at yield " << closeAt;
     if (Rows() > 0) Boxes.ExpectYesNoCancel(Words(1210), Answer::No);
-    LetItClose();
+    LetItClose(Window.data());
     EXPECT_TRUE(Window.isNull()) << "closed at yield " << closeAt;
     EXPECT_TRUE(Boxes.AllAsked()) << "closed at yield " << closeAt;
   }
@@ -141,7 +135,7 @@ TEST_F(CloseInARun, AtEveryYieldOfABlank) {
     };
     Window->mmuOperationRezero();
     ASSERT_FALSE(Window.isNull()) << "closed at yield " << closeAt;
-    LetItClose();
+    LetItClose(Window.data());
     EXPECT_TRUE(Window.isNull()) << "closed at yield " << closeAt;
     EXPECT_FALSE(Link.State.RunUnderWay);
     EXPECT_TRUE(Display.TimerOn);

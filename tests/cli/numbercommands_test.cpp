@@ -162,6 +162,17 @@ TEST(BatchProgram, AnswersOnItsStreams) {
   EXPECT_EQ(Program("info 2>/dev/null").Out, "");
 }
 
+TEST(BatchProgram, ReadsAnExample) {
+  const std::string file = SPECTRANE_EXAMPLES "/dye.qua";
+  for (const Words& words : {Words{"fit", file}, Words{"conc", file, "0.2", "-.5"}}) {
+    std::string line;
+    for (const std::string& word : words) line += word + " ";
+    const BatchOutcome outcome = Program(line + "2>&1");
+    EXPECT_EQ(outcome.Status, 0);
+    EXPECT_EQ(outcome.Out, Batch(words).Out);
+  }
+}
+
 class BatchProgramLocale : public testing::TestWithParam<const char*> {};
 
 TEST_P(BatchProgramLocale, AnswersWithAPoint) {

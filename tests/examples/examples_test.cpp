@@ -1,8 +1,10 @@
+#include <array>
 #include <cmath>
 #include <map>
 #include <numeric>
 #include <set>
 
+#include "base/numbers.h"
 #include "cli/batchsupport.h"
 #include "examplefiles/examples.h"
 #include "files/bslfile.h"
@@ -187,6 +189,17 @@ TEST(ExamplePhysics, DyeStandardsLieOnALine) {
     if (!used) continue;
     EXPECT_NEAR(option.StandardAbs[i][0], 0.1 * option.StandardConc[i], 0.005);
     EXPECT_NEAR(option.CurveK[0] + option.CurveK[1] * option.StandardAbs[i][0], option.StandardConc[i], 0.05);
+  }
+}
+
+TEST(ExamplePhysics, DyeFittedAnewIsWhatTheFileHolds) {
+  const Loaded file(QuaModule(), "dye.qua");
+  const auto fit = nlohmann::json::parse(Batch({"fit", ExamplePath("dye.qua")}).Out);
+  EXPECT_EQ((fit["CurveK"].get<std::array<double, 4>>()), file.Option.CurveK);
+  EXPECT_EQ(fit["CurveR"], file.Option.CurveR);
+  for (const QuaRecord& record : file.Records) {
+    const BatchOutcome conc = Batch({"conc", ExamplePath("dye.qua"), ShortestText(record.Abs[0])});
+    EXPECT_EQ(nlohmann::json::parse(conc.Out)["conc"][0], record.Conc) << record.Name;
   }
 }
 

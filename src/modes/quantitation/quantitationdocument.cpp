@@ -225,6 +225,15 @@ void QuantitationDocument::ClearRecords() {
   RecordsChanged();
 }
 
+bool QuantitationDocument::HoldsWork() const {
+  const auto isSet = [](bool flag) { return flag; };
+  const auto isText = [](const std::string& text) { return !text.empty(); };
+  return !fileName_.empty() || !records_.empty() || std::ranges::any_of(option_.StandardAbsSet, isSet) ||
+         std::ranges::any_of(option_.StandardConcSet, isSet) ||
+         std::ranges::any_of(option_.StandardName, isText) ||
+         std::ranges::any_of(option_.StandardNote, isText);
+}
+
 bool QuantitationDocument::OpenFile(const std::string& path) {
   QuaOption option;
   std::vector<QuaRecord> records;

@@ -74,6 +74,8 @@ class QuantitationDocument {
 
   /// Changes that no file has yet.
   bool IsModified() const { return modified_; }
+  /// There is more than options: a file, records, or something of a standard.
+  bool HoldsWork() const;
   /// Only a part of the records of its file could be read. Such a document is shown; it never takes the place
   /// of that file.
   bool IsHalfLoaded() const { return halfLoaded_; }

@@ -32,6 +32,8 @@ constexpr int kCurveError = 1209;
 /// Shares of the window [%]: most of its width for the standards, and the height of standards and curve.
 constexpr int kMostForStandards = 60;
 constexpr int kForCurve = 60;
+/// Characters of a note that are in sight at least.
+constexpr int kLeastNote = 14;
 
 /// A grid with its heading above it.
 QWidget* Titled(QWidget* grid, const QString& title, QWidget* parent) {
@@ -213,6 +215,9 @@ void FrmQua::FitColumns() {
     QHeaderView& header = *grid.horizontalHeader();
     const int character = grid.fontMetrics().averageCharWidth();
     header.setMinimumSectionSize(character * 5);
+    // The note is stretched, but never below the width it has before.
+    header.setStretchLastSection(false);
+    header.resizeSection(table.NoteColumn(), character * kLeastNote);
     for (int column = 0; column < table.NoteColumn(); ++column) {
       const int least = column == table.NumberColumn() ? 5 : column == table.NameColumn() ? 16 : 11;
       header.resizeSection(column, std::max(header.sectionSizeHint(column), character * least));
@@ -227,8 +232,9 @@ void FrmQua::FitColumns() {
 
 /// Room for the standards up to their concentrations and the begin of a note.
 int FrmQua::StandardsWidth() const {
-  const int note = standards_->fontMetrics().averageCharWidth() * 14;
-  return standards_->horizontalHeader()->sectionPosition(standardTable_->NoteColumn()) + note;
+  const int note = standards_->fontMetrics().averageCharWidth() * kLeastNote;
+  return standards_->horizontalHeader()->sectionPosition(standardTable_->NoteColumn()) + note +
+         2 * standards_->frameWidth();
 }
 
 void FrmQua::ShowEverything() {
@@ -365,7 +371,8 @@ FileKindWords FrmQua::FileWords() const {
 }
 
 bool FrmQua::IsModified() const {
-  return document_.IsModified();
+  // Options alone are in config.ini already.
+  return document_.IsModified() && document_.HoldsWork();
 }
 
 bool FrmQua::SavesElsewhere() const {

@@ -4,6 +4,7 @@
 #include <QComboBox>
 #include <QFileInfo>
 
+#include "app/ground/commands.h"
 #include "files/quafile.h"
 #include "modes/windows/frmquafixture.h"
 #include "windowsupport/closing.h"
@@ -322,6 +323,22 @@ TEST_F(QuaFaults, AFileWithTwentyTwoStandardsHasNoCurve) {
 }
 
 // ---- Files and options ----
+
+TEST_F(QuaFaults, OptionsAloneAreNothingToSaveButOneConcentrationIs) {
+  Open();
+  InDialog("FrmQuaConfig", [](QWidget& dialog) {
+    Find<QComboBox>(dialog, "ComboSampleNumber")->setCurrentIndex(6);
+    QTest::keyClick(&dialog, Qt::Key_Return);
+  });
+  Window->ShowConfigWindow();
+  EXPECT_EQ(Window->Document().StandardRows(), 7);
+  EXPECT_FALSE(Window->isWindowModified());
+  EXPECT_TRUE(Window->Offers(kSave));
+  TypeConc(0, "1");
+  EXPECT_TRUE(Window->isWindowModified());
+  Boxes.ExpectYesNoCancel(Words(1210), Answer::Cancel);
+  EXPECT_FALSE(Window->close());
+}
 
 class QuaFiles : public QuaFaults {
  protected:

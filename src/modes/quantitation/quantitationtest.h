@@ -31,6 +31,8 @@ class QuantitationTest : public RezeroTarget {
   /// A start would not ask for a blank first: the blank of the document was taken by this test, and nothing
   /// has happened since that could make readings incomparable with it.
   bool BlankHolds() const;
+  /// The blank that the document has now is not one of this test.
+  void ForgetBlank() { blankRezero_ = kNoRezero; }
   /// Wavelengths that are measured: 1 or 2.
   static std::size_t WavelengthsInUse(const QuaOption& option) {
     return option.WaveLengthNumber == 1 ? 1 : 2;
@@ -72,7 +74,9 @@ class QuantitationTest : public RezeroTarget {
   QuantitationDocument& document_;
   // Where the monochromator stands as far as this test knows; NaN, equal to nothing, before it was asked.
   double standsAt_ = std::numeric_limits<double>::quiet_NaN();
-  std::int64_t blankRezero_ = -1;
+  /// Number of the rezero that the blank was taken with.
+  static constexpr std::int64_t kNoRezero = -1;
+  std::int64_t blankRezero_ = kNoRezero;
 };
 
 }  // namespace spectrane

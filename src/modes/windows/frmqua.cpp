@@ -95,9 +95,14 @@ void FrmQua::BuildStandards() {
   standards_->Hint = [this] { return StandardsHint(); };
   connect(standardTable_, &StandardTable::Fitted, this, [this](FitOutcome outcome) {
     ShowCurve();
-    // The box must not come up while the editor is still closing.
+    // The box must not come up while the editor is still closing. A run that closed it fits anew, or refuses
+    // to start without a curve: it tells by itself.
     QMetaObject::invokeMethod(
-        this, [this, outcome] { TellFit(outcome); }, Qt::QueuedConnection);
+        this,
+        [this, outcome] {
+          if (!RunsNow()) TellFit(outcome);
+        },
+        Qt::QueuedConnection);
   });
   connect(standards_, &SheetGrid::RowSelectionChanged, this,
           [this] { picture_->ShowSelected(standards_->SelectedRow()); });
@@ -392,6 +397,7 @@ bool FrmQua::WriteDocument(const QString& path, QString& fault) {
 
 bool FrmQua::ReadDocument(const QString& path, QString& fault) {
   const bool whole = document_.OpenFile(path.toStdString());
+  test_.ForgetBlank();
   if (!whole) fault = QString::fromStdString(FaultWords(document_.LastFault()));
   ShowEverything();
   records_->ShowCell(0, recordTable_->NameColumn());

@@ -1,4 +1,5 @@
 #include <QClipboard>
+#include <QComboBox>
 
 #include <cmath>
 
@@ -225,6 +226,24 @@ TEST_F(QuaWindow, TheSamplerFillsARowForEachPosition) {
   Window->mmuStartTest();
   ASSERT_EQ(Records->model()->rowCount(), 2);
   EXPECT_EQ(Cell(Records, 1, kName), QStringLiteral("Sampler Position 4"));
+}
+
+TEST_F(QuaWindow, WithTheSamplerAStandardIsAskedForItsPosition) {
+  Open();
+  FitSampler({1, 2});
+  ASSERT_TRUE(Instrument.Model().FillCell(6, "dye-5", Time.NowMs()));
+  Blank();
+  InDialog("FrmSelectSampler", [](QWidget& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
+  Click(Standards, 0, kAbs);
+  EXPECT_FALSE(Window->Document().Option().StandardAbsSet[0]) << "nothing was chosen, nothing is measured";
+  InDialog("FrmSelectSampler", [](QWidget& dialog) {
+    Find<QComboBox>(dialog, "ComboSelectSampler")->setCurrentIndex(5);
+    QTest::keyClick(&dialog, Qt::Key_Return);
+  });
+  Click(Standards, 0, kAbs);
+  EXPECT_EQ(Instrument.Model().Cell(), 6);
+  EXPECT_EQ(Cell(Standards, 0, kAbs), QStringLiteral("0.800"));
+  EXPECT_EQ(Main.RunDepth, 0);
 }
 
 TEST_F(QuaWindow, ARecordIsRemovedAfterTheQuestion) {

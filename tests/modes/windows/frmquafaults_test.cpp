@@ -284,6 +284,28 @@ TEST_F(QuaFaults, EqualAbsorbancesMakeNoCurve) {
   EXPECT_EQ(Cell(Standards, 1, kAbs), Cell(Standards, 0, kAbs)) << "the reading stays";
 }
 
+TEST_F(QuaFaults, AFitThatFailsWhileABlankClosesTheEditorIsToldOnce) {
+  Open(3);
+  Blank();
+  const char* const concs[] = {"1", "4", "8"};
+  const char* const dyes[] = {"dye-1", "dye-3", "dye-5"};
+  for (int row = 0; row < 3; ++row) {
+    TypeConc(row, concs[row]);
+    Insert(dyes[row]);
+    Click(Standards, row, kAbs);
+  }
+  Click(Standards, 1, kConc);
+  ASSERT_NE(Editor("QuaConfigText"), nullptr);
+  Editor("QuaConfigText")->selectAll();
+  QTest::keyClicks(Editor("QuaConfigText"), QStringLiteral("100"));
+  Boxes.ExpectMessage(1209);
+  Window->mmuOperationRezero();
+  QCoreApplication::processEvents();
+  EXPECT_TRUE(Boxes.AllAsked());
+  EXPECT_EQ(Window->Document().Option().StandardConc[1], 100);
+  EXPECT_TRUE(Window->Test().BlankHolds()) << "the blank is none of the curve's";
+}
+
 TEST_F(QuaFaults, TheTableEndsWithTheTwentiethStandard) {
   Open(20);
   QString column;
@@ -369,6 +391,19 @@ TEST_F(QuaFiles, ACutFileShowsItsRecordsAndTheErrorOnce) {
   EXPECT_EQ(Window->Document().Option().InputK[1], 10) << "the curve came with them";
   EXPECT_FALSE(Window->isWindowModified());
   EXPECT_TRUE(Window->close()) << "nothing is asked: nothing was changed";
+}
+
+TEST_F(QuaFiles, TheBlankOfAFileDoesNotHoldEvenWhereThereWasOne) {
+  OpenWithCoefficients();
+  Blank();
+  Boxes.ExpectSaveName(Words(1047), PathOf("a.qua"));
+  ASSERT_TRUE(Window->mmuSaveAsFile());
+  ASSERT_TRUE(Window->Test().BlankHolds());
+  ASSERT_TRUE(Window->mmuOpenFile(PathOf("a.qua")));
+  EXPECT_TRUE(Window->Document().Option().BlankDone);
+  Boxes.ExpectMessage(1048);
+  Window->mmuStartTest();
+  EXPECT_EQ(Window->Document().RecordCount(), 0);
 }
 
 TEST_F(QuaFiles, RecordsMeasuredIntoACutFileAreSavedElsewhere) {

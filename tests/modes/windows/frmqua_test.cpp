@@ -6,6 +6,7 @@
 #include "app/ground/commands.h"
 #include "modes/windows/frmquaconfig.h"
 #include "modes/windows/frmquafixture.h"
+#include "windowsupport/latedialog.h"
 
 namespace spectrane::testing_windows {
 namespace {
@@ -233,10 +234,10 @@ TEST_F(QuaWindow, WithTheSamplerAStandardIsAskedForItsPosition) {
   FitSampler({1, 2});
   ASSERT_TRUE(Instrument.Model().FillCell(6, "dye-5", Time.NowMs()));
   Blank();
-  InDialog("FrmSelectSampler", [](QWidget& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
+  WhenDialogComes("FrmSelectSampler", [](QWidget& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
   Click(Standards, 0, kAbs);
   EXPECT_FALSE(Window->Document().Option().StandardAbsSet[0]) << "nothing was chosen, nothing is measured";
-  InDialog("FrmSelectSampler", [](QWidget& dialog) {
+  WhenDialogComes("FrmSelectSampler", [](QWidget& dialog) {
     Find<QComboBox>(dialog, "ComboSelectSampler")->setCurrentIndex(5);
     QTest::keyClick(&dialog, Qt::Key_Return);
   });

@@ -4,6 +4,7 @@
 #include "app/ground/commands.h"
 #include "app/ground/words.h"
 #include "base/textnumbers.h"
+#include "tools/traffic.h"
 #include "tools/upkeep.h"
 #include "tools/windows/frmautosampler.h"
 #include "tools/windows/frmbaseline.h"
@@ -77,12 +78,11 @@ void FrmMain::SwitchLamp(int command) {
     const InstrumentRun run(link_->State);
     if (!run.Owns()) return;
     const RunNotice notice(*this, nullptr);
+    const InstrumentTraffic traffic(link_->State);
     const FrmWait wait(*this, tungsten ? LongestSeconds({"getwl", "getwu", "wuon"})
                                        : LongestSeconds({"getwl", "getd2", "d2on"}));
     link_->Live.SampleTimerStop();
-    link_->State.InstrumentBusy = true;
     end = spectrane::SwitchLamp(*link_, lamp, lit);
-    link_->State.InstrumentBusy = false;
   }
   mark->setChecked(lit);
   if (end == LampEnd::StateUnknown) boxes_->Show(kCommunicationError);

@@ -10,6 +10,7 @@
 #include "app/ground/dialogparts.h"
 #include "app/ground/words.h"
 #include "base/textnumbers.h"
+#include "tools/traffic.h"
 #include "tools/windows/frmwait.h"
 
 namespace spectrane {
@@ -17,18 +18,6 @@ namespace {
 
 constexpr int kRetryMs = 10;
 constexpr int kStateLineCharacters = 40;
-
-/// The traffic flag, cleared however the traffic ends.
-class BusyFlag {
- public:
-  explicit BusyFlag(InstrumentState& state) : state_(state) { state_.InstrumentBusy = true; }
-  ~BusyFlag() { state_.InstrumentBusy = false; }
-  BusyFlag(const BusyFlag&) = delete;
-  BusyFlag& operator=(const BusyFlag&) = delete;
-
- private:
-  InstrumentState& state_;
-};
 
 }  // namespace
 
@@ -66,9 +55,9 @@ void ToolDialog::Talk(int longestSeconds, const std::function<void()>& work,
     if (!run.Owns()) return;
     const RunNotice notice(frame_, nullptr);
     SetBusy(true);
+    const InstrumentTraffic traffic(Link().State);
     std::optional<FrmWait> wait;
     if (longestSeconds > 0) wait.emplace(frame_, longestSeconds);
-    const BusyFlag flag(Link().State);
     work();
   }
   tell();

@@ -69,7 +69,7 @@ TEST_F(ResetWaveLength, TheFieldsShowNoValuesAndTheWaitItsTimesMeanwhile) {
     Click(dialog, "CmdStart");
     ASSERT_EQ(shown.size(), 5u);
     EXPECT_EQ(shown[1], "0 s of at most 211 s");
-    EXPECT_EQ(shown[2], "90 s of at most 211 s");
+    EXPECT_EQ(shown[3], "90 s of at most 211 s");
     EXPECT_EQ(WaitTimeText(), "no box");
   });
 }
@@ -123,7 +123,9 @@ TEST_F(ResetWaveLength, ACalibrationThatFailsLeavesTheLiveReadingOff) {
     EXPECT_EQ(Link.State.FullEnergy, before.FullEnergy);
     EXPECT_EQ(Link.State.DarkEnergy, before.DarkEnergy);
     EXPECT_EQ(Link.State.DarkEnergies, before.DarkEnergies);
-    EXPECT_EQ(Link.State.GainIndex, before.GainIndex);
+    // An answer without the echo may come from an instrument that restarted.
+    const bool restarted = std::string(each.Fault) == "wrong-echo";
+    EXPECT_EQ(Link.State.GainIndex, restarted ? kUnknownGain : before.GainIndex) << each.Fault;
     EXPECT_EQ(Link.State.CurrentWavelength, before.CurrentWavelength);
     EXPECT_FALSE(Link.State.InstrumentBusy);
   }

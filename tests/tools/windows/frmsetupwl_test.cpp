@@ -20,7 +20,7 @@ TEST_F(SetupWL, BeginsWithWhereTheInstrumentStands) {
     EXPECT_EQ(Find<QPushButton>(dialog, "ZeroCmd")->text().remove(u'&'), QStringLiteral("Zero"));
     EXPECT_EQ(Find<QPushButton>(dialog, "CloseCmd")->text().remove(u'&'), QStringLiteral("Close"));
     EXPECT_EQ(FieldText(dialog), "612.3");
-    EXPECT_TRUE(Find<QLineEdit>(dialog, "WavelengthText")->hasFocus());
+    EXPECT_EQ(FocusName(), QStringLiteral("WavelengthText"));
     EXPECT_TRUE(Find<QPushButton>(dialog, "OKCmd")->isDefault());
     EXPECT_FALSE(Display.TimerOn) << "the live reading stands while the dialog is open";
     ExpectNamesEverywhere(dialog);

@@ -16,8 +16,6 @@ class ToolFixture : public DialogFixture {
  protected:
   void SetUp() override {
     Start();
-    Main.Frame().setGeometry(100, 80, 700, 500);
-    Main.Frame().show();
     Instrument.OnExchange = [this](const ExchangeRecord& record) { Commands.push_back(record.Request); };
   }
   /// Connects, with the live reading on as after every connection that worked.

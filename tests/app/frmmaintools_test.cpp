@@ -218,6 +218,7 @@ TEST_F(FrmMainTools, TheProgramStaysWhileAToolTalksToTheInstrument) {
     Boxes.ExpectMessage(1807);
     QTest::mouseClick(Find<QAbstractButton>(dialog, "CommandSetup"), Qt::LeftButton);
     Loop.OnYield = {};
+    EXPECT_TRUE(IsEnabled(kRelease)) << "as soon as the instrument is free";
     dialog.close();
   });
   Choose(kSetupSlit);

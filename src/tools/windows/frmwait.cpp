@@ -118,6 +118,8 @@ QLabel* FrmWait::MakeLine(const char* name, const QString& text) {
   font.setPointSize(kPointSize);
   line->setFont(font);
   line->setAlignment(Qt::AlignCenter);
+  // A style sheet of the main window would come between the box and what its lines inherit.
+  line->setPalette(palette());
   line->setAutoFillBackground(true);
   return line;
 }

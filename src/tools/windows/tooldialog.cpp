@@ -49,11 +49,11 @@ void ToolDialog::WhenFree(std::function<void()> work) {
 
 void ToolDialog::Talk(int longestSeconds, const std::function<void()>& work,
                       const std::function<void()>& tell) {
-  if (busy_) return;
+  if (busy_ || Link().State.RunUnderWay) return;
   {
-    const InstrumentRun run(Link().State);
-    if (!run.Owns()) return;
+    // The commands are enabled anew when the notice goes: the run must be over by then.
     const RunNotice notice(frame_, nullptr);
+    const InstrumentRun run(Link().State);
     SetBusy(true);
     const InstrumentTraffic traffic(Link().State);
     std::optional<FrmWait> wait;

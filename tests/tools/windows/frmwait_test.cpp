@@ -44,7 +44,8 @@ TEST_F(Wait, ItsTextIsBlackOnWhiteInTheLanguageFontAtTenPoints) {
   dark.setColor(QPalette::Window, Qt::black);
   dark.setColor(QPalette::WindowText, Qt::white);
   Main.Frame().setPalette(dark);
-  FrmWait wait(Main);
+  Main.Frame().setStyleSheet(QStringLiteral("QMenuBar { color: red; }"));
+  FrmWait wait(Main, 30);
   const auto* const label = Find<QLabel>(wait, "PicInfor");
   EXPECT_EQ(label->text(), QStringLiteral("Please wait."));
   EXPECT_EQ(label->font().family(), LanguageFont().family());
@@ -52,6 +53,10 @@ TEST_F(Wait, ItsTextIsBlackOnWhiteInTheLanguageFontAtTenPoints) {
   EXPECT_EQ(label->palette().color(QPalette::WindowText), QColor(Qt::black));
   const QImage picture = wait.grab().toImage();
   EXPECT_EQ(picture.pixelColor(picture.width() / 2, 4), QColor(Qt::white));
+  for (const char* name : {"PicInfor", "LabelTime"}) {
+    const QPoint corner = Find<QLabel>(wait, name)->mapTo(&wait, QPoint(0, 0));
+    EXPECT_EQ(picture.pixelColor(corner), QColor(Qt::white)) << name;
+  }
   int black = 0;
   for (int x = 0; x < picture.width(); ++x) {
     for (int y = 4; y < picture.height() - 4; ++y)

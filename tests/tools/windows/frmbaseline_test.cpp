@@ -2,6 +2,10 @@
 
 #include <QTableView>
 
+#ifndef _WIN32
+#include <unistd.h>
+#endif
+
 #include <fstream>
 #include <limits>
 
@@ -275,6 +279,46 @@ TEST_F(BaseLine, APlaceThatCannotBeWrittenKeepsTheOldFile) {
   EXPECT_TRUE(std::filesystem::is_directory(Folder.Path("folder.bsl")));
   EXPECT_EQ(Stored("Base Line", "File Path"), path.toStdString());
 }
+
+#ifndef _WIN32
+/// Gives up the rights of the superuser, who may write everywhere, while it lives.
+class NoPrivileges {
+ public:
+  NoPrivileges() {
+    if (::getuid() == 0) {
+      EXPECT_EQ(::seteuid(65534), 0);
+    }
+  }
+  ~NoPrivileges() {
+    if (::getuid() == 0) {
+      EXPECT_EQ(::seteuid(0), 0);
+    }
+  }
+  NoPrivileges(const NoPrivileges&) = delete;
+  NoPrivileges& operator=(const NoPrivileges&) = delete;
+};
+
+TEST_F(BaseLine, AReadOnlyFolderKeepsItsFileAndGetsNoOther) {
+  std::filesystem::create_directory(Folder.Path("locked"));
+  const QString old = WriteBaseline("locked/old.bsl", "something older");
+  std::filesystem::permissions(Folder.Path("locked"), std::filesystem::perms{0555});
+  Ask([&](QWidget& dialog) {
+    Load(dialog, WriteBaseline("own.bsl", BaselineBytes(190, 1100, 911)));
+    const NoPrivileges nobody;
+    Boxes.ExpectSaveName(Words(920), old);
+    Boxes.ExpectYesNo(old + QStringLiteral(" is exist, are you want to overwrite this file?"), Answer::Yes);
+    Boxes.ExpectWords(Words(1213));
+    Click(dialog, "SaveCmd");
+    Boxes.ExpectSaveName(Words(921), PathOf("locked/table.txt"));
+    Boxes.ExpectWords(Words(1213));
+    Click(dialog, "OutputCmd");
+  });
+  EXPECT_EQ(ContentOf(old), "something older");
+  const std::filesystem::directory_iterator files(Folder.Path("locked"));
+  EXPECT_EQ(std::distance(begin(files), end(files)), 1);
+  std::filesystem::permissions(Folder.Path("locked"), std::filesystem::perms{0755});
+}
+#endif
 
 TEST_F(BaseLine, OutputWritesATableOfText) {
   Ask([&](QWidget& dialog) {

@@ -126,6 +126,18 @@ void FrmBaseLine::BuildControls() {
   grid_->setMinimumWidth(column * (BaselineTable::kColumnCount + 1));
   grid_->setMinimumHeight(grid_->verticalHeader()->defaultSectionSize() * kGridRows / 2);
 
+  auto* const middle = new QHBoxLayout;
+  middle->addWidget(grid_, 1);
+  middle->addLayout(MakeButtons(parts));
+  auto* const all = new QVBoxLayout(this);
+  all->addLayout(head);
+  all->addLayout(middle, 1);
+  all->addWidget(MakeStateLine({}));
+  resize(sizeHint().expandedTo(QSize(0, grid_->verticalHeader()->defaultSectionSize() * (kGridRows + 5))));
+  Button("LoadCmd")->setFocus();
+}
+
+QLayout* FrmBaseLine::MakeButtons(DialogParts& parts) {
   struct Control {
     const char* Name;
     int TextId;
@@ -151,16 +163,7 @@ void FrmBaseLine::BuildControls() {
   connect(Button("CloseCmd"), &QPushButton::clicked, this, &QDialog::reject);
   Button("StartCmd")->setToolTip(QStringLiteral("A baseline comes from a file; it is not measured here."));
   Button("LoadCmd")->setDefault(true);
-
-  auto* const middle = new QHBoxLayout;
-  middle->addWidget(grid_, 1);
-  middle->addLayout(buttons);
-  auto* const all = new QVBoxLayout(this);
-  all->addLayout(head);
-  all->addLayout(middle, 1);
-  all->addWidget(MakeStateLine({}));
-  resize(sizeHint().expandedTo(QSize(0, grid_->verticalHeader()->defaultSectionSize() * (kGridRows + 5))));
-  Button("LoadCmd")->setFocus();
+  return buttons;
 }
 
 QPushButton* FrmBaseLine::Button(const char* name) const {

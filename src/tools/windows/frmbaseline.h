@@ -3,11 +3,13 @@
 #include "tools/systembaseline.h"
 #include "tools/windows/tooldialog.h"
 
+class QLayout;
 class QPushButton;
 
 namespace spectrane {
 
 class BaselineTable;
+class DialogParts;
 class EditGrid;
 
 /// The stored system baseline: loaded, saved and written out as a table. It is filled from files; measuring
@@ -34,6 +36,7 @@ class FrmBaseLine : public ToolDialog {
 
  private:
   void BuildControls();
+  QLayout* MakeButtons(DialogParts& parts);
   QPushButton* Button(const char* name) const;
   void UpdateControls();
   void LoadFile();

@@ -1,6 +1,7 @@
 #include "tools/windows/frmslip.h"
 
 #include <QGroupBox>
+#include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QVBoxLayout>

@@ -23,6 +23,7 @@ floors=(
   "src/link/*|base|link"
   "src/spectrum/*|base|files|link|spectrum"
   "src/modes/*|base|files|link|modes"
+  "src/tools/*|base|files|link|tools"
   "src/output/*|base|files|link|spectrum|modes|output"
   "src/simulator/*|$logic"
   "src/cli/*|base|files|link|spectrum|modes|cli"
@@ -36,7 +37,7 @@ for floor in "${floors[@]}"; do
   for file in "${sources[@]}"; do
     # A file belongs to the last floor whose pattern it fits; logic never includes a window.
     [[ $file == ${floor%%|*} ]] || continue
-    case $floor in src/modes/* | src/spectrum/* | src/output/*) [[ $file != */windows/* ]] || continue ;; src/app/\[*) [[ $file != src/app/*/* ]] || continue ;; esac
+    case $floor in src/modes/* | src/spectrum/* | src/tools/* | src/output/*) [[ $file != */windows/* ]] || continue ;; src/app/\[*) [[ $file != src/app/*/* ]] || continue ;; esac
     allowed=$(grep -nE '^#include "' "$file" | grep -vE "#include \"(${floor#*|})/|#include \"(texts|icons).inc\"" || true)
     case $file in */windows/* | src/app/[a-z]*.*) ;; *) allowed+=$(grep -nE '^#include ".*/windows/' "$file" || true) ;; esac
     [ -z "$allowed" ] || upward+="$file: $allowed

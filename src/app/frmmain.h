@@ -16,6 +16,7 @@
 #include "app/ground/mainwindow.h"
 #include "app/mainstatus.h"
 #include "app/workspace.h"
+#include "tools/systembaseline.h"
 
 namespace spectrane {
 
@@ -101,6 +102,9 @@ class FrmMain : public QMainWindow, public MainWindow, public MainDisplay {
   void mmuOperationConnect();
   void mmuOperationRezero();
   void SwitchLamp(int command);
+  void mmuBaseLine();
+  /// The dialog of one of the instrument's tools, but for the baseline.
+  void ShowTool(int command);
   void ToggleBar(int viewCommand);
   void ResetLayout();
   void FocusNextPane();
@@ -147,7 +151,10 @@ class FrmMain : public QMainWindow, public MainWindow, public MainDisplay {
   bool QueryUnload();
   bool ChildrenMayClose();
   bool LinkMayClose();
-  bool LampSwitched(int command, bool& lit);
+
+  // Tools (frmmaintools.cpp).
+  bool OpenBaseline(const QString& path);
+  void ClearLampMarks();
 
   // Documents (frmmainfiles.cpp).
   DocumentWindow* ShowNew(const DocumentKind& kind, const QString& caption);
@@ -171,6 +178,7 @@ class FrmMain : public QMainWindow, public MainWindow, public MainDisplay {
   std::unique_ptr<CommandBars> bars_;
   std::unique_ptr<InstrumentLink> link_;
   DocumentCounters counters_;
+  SystemBaseline baseline_;
   QTimer timerFileOpen_{this};
   QTimer timerConnect_{this};
   QTimer sampleTimer_{this};

@@ -14,7 +14,6 @@
 #include "app/ground/words.h"
 #include "base/language.h"
 #include "base/textnumbers.h"
-#include "tools/windows/frmwait.h"
 
 namespace spectrane {
 namespace {
@@ -184,6 +183,7 @@ void FrmMain::ReleaseCommand() {
        {StatusPane::Sampler, StatusPane::Slit, StatusPane::Wavelength, StatusPane::Percent}) {
     if (!link_->State.InstrumentConnected) SetStatus(pane, {});
   }
+  if (!link_->State.InstrumentConnected) ClearLampMarks();
   SetRemark({});
 }
 
@@ -195,47 +195,6 @@ void FrmMain::mmuOperationRezero() {
   }
   const RunNotice notice(*this, nullptr);
   link_->Live.mmuOperationRezero(nullptr);
-}
-
-void FrmMain::SwitchLamp(int command) {
-  QAction* mark = bars_->Action(command);
-  if (!link_->State.InstrumentConnected) {
-    boxes_->Show(kNoInstrument);
-    return;
-  }
-  // The mark follows the lamp, not the click.
-  mark->setChecked(!mark->isChecked());
-  const InstrumentRun run(link_->State);
-  if (!run.Owns()) return;
-  const RunNotice notice(*this, nullptr);
-  bool asked = false;
-  bool passed = false;
-  {
-    const FrmWait wait(*this);
-    link_->Live.SampleTimerStop();
-    link_->State.InstrumentBusy = true;
-    double wavelength = 0.0;
-    asked = link_->Instrument.GetWavelength(wavelength);
-    bool lit = false;
-    passed = asked && LampSwitched(command, lit);
-    if (passed) mark->setChecked(lit);
-    link_->State.InstrumentBusy = false;
-  }
-  if (asked && !passed) boxes_->Show(kCommunicationError);
-  if (!asked) link_->Live.ReportLinkLost();
-  link_->Live.SampleTimerStart();
-}
-
-bool FrmMain::LampSwitched(int command, bool& lit) {
-  Interface& instrument = link_->Instrument;
-  const bool tungsten = command == kTungstenLamp;
-  if (!(tungsten ? instrument.GetTungstenLamp(lit) : instrument.GetDeuteriumLamp(lit))) return false;
-  if (lit) {
-    lit = !(tungsten ? instrument.TungstenLampOff() : instrument.DeuteriumLampOff());
-  } else {
-    lit = tungsten ? instrument.TungstenLampOn() : instrument.DeuteriumLampOn();
-  }
-  return true;
 }
 
 void FrmMain::Arrange(int windowCommand) {

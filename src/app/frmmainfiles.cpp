@@ -128,7 +128,10 @@ bool FrmMain::OpenDataFile(const QString& path, bool chosen) {
       boxes_->Show(kBaselineRefused);
       return false;
     }
-    return RefuseToOpen(path, tr("This program has no window for a system baseline."));
+    if (!OpenBaseline(path)) return false;
+    window_.OpenFilePath = path.toStdString();
+    StoreWindowSetting(parts_.Settings, kFileSection, kOpenPathKey, window_);
+    return true;
   }
   const DocumentKind* kind = KindOfHeader(type);
   if (!kind) {

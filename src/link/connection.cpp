@@ -13,7 +13,6 @@ constexpr int kCannotConnect = 1099;
 constexpr int kConnected = 1100;
 constexpr int kManualShelf = 1101;
 constexpr int kSlipWidth = 1102;
-constexpr const char* kDarkIncomplete = "The instrument's dark table is incomplete.";
 
 }  // namespace
 
@@ -42,7 +41,10 @@ bool Connection::mmuOperationConnect() {
   if (!instrument_.ConnectInstrument()) return Refused(kCannotConnect, "The instrument refused \"connect\".");
   state_.InstrumentConnected = true;
   ReadWavelength();
-  ReadReference();
+  if (ReadReference()) {
+    live_.mmuSetEnergy(state_.FullEnergy);
+    live_.SampleTimerStart();
+  }
   display_.SetStatus(StatusPane::Connection, Text(kConnected));
   ReadSampler();
   if (brand_.ReadsSlit) ReadSlit();
@@ -72,7 +74,7 @@ void Connection::ReadWavelength() {
   live_.ToolsBarTransData(100.0);
 }
 
-void Connection::ReadReference() {
+bool Connection::ReadReference() {
   report_.HasDark = instrument_.GetDark(state_.DarkEnergies);
   const bool darkWhole = instrument_.LastReply().Complete();
   std::int32_t fullEnergy = 0;
@@ -81,14 +83,14 @@ void Connection::ReadReference() {
   if (report_.HasReference) state_.GainIndex = gain;
   report_.FullEnergy = fullEnergy;
   report_.Gain = gain;
-  if (report_.HasDark && report_.HasReference) {
+  const bool both = report_.HasDark && report_.HasReference;
+  if (both) {
     live_.TakeDarkEnergyOf(gain);
     state_.FullEnergy = fullEnergy;
-    live_.mmuSetEnergy(fullEnergy);
     live_.ShowReference();
-    live_.SampleTimerStart();
   }
   if (!darkWhole) display_.SetRemark(kDarkIncomplete);
+  return both;
 }
 
 void Connection::ReadSampler() {

@@ -37,12 +37,15 @@ class Connection {
   /// `quit`, then the port is closed. Yields.
   void ReleaseConnection();
 
+  /// The stored dark energies and a new reference for what stands in the beam. True: both came, reference and
+  /// dark energy are theirs, and the fields show them. Otherwise the reference values stay. Yields.
+  bool ReadReference();
+
   const ConnectionReport& Report() const { return report_; }
 
  private:
   bool Refused(int textId, const std::string& details);
   void ReadWavelength();
-  void ReadReference();
   void ReadSampler();
   void ReadSlit();
   void ReadRange();
@@ -55,6 +58,9 @@ class Connection {
   const Brand& brand_;
   ConnectionReport report_;
 };
+
+/// What the status bar says when lines of the dark energies were missing.
+inline constexpr const char* kDarkIncomplete = "The instrument's dark table is incomplete.";
 
 /// Pane text of a slit code: "Slip width " and the width; an unknown code gives the caption alone.
 std::string SlipWidthText(std::int32_t code);

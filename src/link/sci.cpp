@@ -11,6 +11,8 @@ namespace {
 
 constexpr int kQuietMs = 100;
 constexpr int kClearLimitMs = 1000;
+/// Longest stretch of a wait that somebody watches [ms].
+constexpr std::int64_t kWatchedMs = 250;
 
 // A time-out compares a signed 32-bit sum; one that overflows is an error.
 bool DeadlineOverflows(std::int64_t startMs, std::int64_t timeoutMs) {
@@ -107,7 +109,8 @@ bool SCI::Collect(std::string& reply, std::int64_t startMs, int timeoutMs) {
   while (!whole) {
     const std::int64_t rest = startMs + timeoutMs - clock_.NowMs();
     if (rest <= 0) break;
-    const std::string piece = port_->Read(static_cast<int>(rest));
+    if (OnWaiting) OnWaiting();
+    const std::string piece = port_->Read(static_cast<int>(OnWaiting ? std::min(rest, kWatchedMs) : rest));
     if (piece.empty() && !port_->IsOpen()) {
       lastEnd_ = ExchangeEnd::HungUp;
       break;

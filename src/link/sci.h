@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -42,6 +43,12 @@ class SCI {
 
   /// Waits `delayMs` with the message loop running. Yields.
   void PauseMs(int delayMs);
+
+  /// Called several times a second while an exchange waits for its reply, for those who show that time goes
+  /// by. It is inside the exchange: it must not exchange and must not run the message loop.
+  std::function<void()> OnWaiting;
+  /// The clock by which exchanges are timed.
+  std::int64_t NowMs() const { return clock_.NowMs(); }
 
   ExchangeEnd LastEnd() const { return lastEnd_; }
   /// Why the exclusion could not be had (ExchangeEnd::NoExclusion).

@@ -144,6 +144,11 @@ void Console::State(const Arguments&, ConsoleAnswer& answer) {
   add("lamp", model_.TungstenInUse() ? "tungsten" : "deuterium");
   add("tungsten", LampText(model_.Tungsten));
   add("deuterium", LampText(model_.Deuterium));
+  std::string dark;
+  for (const int energy : model_.StoredDark()) dark += (dark.empty() ? "" : " ") + std::to_string(energy);
+  add("dark", dark);
+  add("dark_measurements", std::to_string(model_.DarkMeasurements()));
+  add("calibrations", std::to_string(model_.Calibrations()));
   add("sampler", model_.SamplerFitted() ? "on" : "off");
   add("cell", std::to_string(model_.SamplerFitted() ? model_.Cell() : 0));
   add("beam", model_.InBeam().Name);

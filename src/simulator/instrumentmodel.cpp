@@ -68,6 +68,7 @@ int InstrumentModel::SetLampSwitch(double nm) {
 }
 
 int InstrumentModel::Calibrate() {
+  ++calibrations_;
   return CalibrationMs;
 }
 
@@ -111,6 +112,7 @@ void InstrumentModel::MeasureDark() {
     storedDark_[static_cast<std::size_t>(gain_ - 1)] = (sum + Readings / 2) / Readings;
   }
   gain_ = gainBefore;
+  ++darkMeasurements_;
 }
 
 int InstrumentModel::Switch(Lamp& lamp, bool on, int warmUpMs, std::int64_t nowMs) {

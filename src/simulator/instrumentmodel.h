@@ -59,6 +59,9 @@ class InstrumentModel {
   double EndNm() const { return endNm_; }
   bool TungstenInUse() const { return wavelength_ >= lampSwitch_; }
   const std::vector<int>& StoredDark() const { return storedDark_; }
+  /// How often dark energies were measured and the wavelength was calibrated since it was built.
+  int DarkMeasurements() const { return darkMeasurements_; }
+  int Calibrations() const { return calibrations_; }
 
   /// To the nearest 0.1 nm inside the range.
   int MoveTo(double nm);
@@ -137,6 +140,8 @@ class InstrumentModel {
   std::map<int, Zero> zeros_;
   int slit_ = 2;
   std::vector<int> storedDark_;
+  int darkMeasurements_ = 0;
+  int calibrations_ = 0;
   std::array<BeamPlace, Cells + 1> cells_;  ///< 0 is the shelf without sampler
 };
 

@@ -258,9 +258,11 @@ TEST_F(FrmMainTest, CommandsAreEnabledByWhatHolds) {
   };
   Start();
   expect("nothing open, not connected",
-         {kNewFileGuide, kNewBasic, kNewQua, kOpen, kExit, kConnect, kProgramOption, kAbout},
-         {kRelease, kStartTest, kStopTest, kSetBlank, kSave, kSaveAs, kClose, kCloseAll, kTungstenLamp,
-          kDeleteRecord, kCascade, kPrint, kSetWavelength, kTestOption, kSpectrumCompare});
+         {kNewFileGuide, kNewBasic, kNewQua, kOpen, kExit, kConnect, kProgramOption, kAbout, kTungstenLamp,
+          kDeuteriumLamp, kSystemBaseline, kLampSwitchWavelength, kSetWavelength, kDarkCurrent,
+          kResetWavelength, kSetupSlit, kSetupSampler},
+         {kRelease, kStartTest, kStopTest, kSetBlank, kSave, kSaveAs, kClose, kCloseAll, kDeleteRecord,
+          kCascade, kPrint, kTestOption, kSpectrumCompare});
   ConnectNow();
   expect("connected", {kRelease, kSetBlank, kTungstenLamp, kDeuteriumLamp},
          {kConnect, kStartTest, kStopTest, kSave});
@@ -268,8 +270,7 @@ TEST_F(FrmMainTest, CommandsAreEnabledByWhatHolds) {
   expect("photometry, connected", {kStartTest, kSetBlank, kClose, kCloseAll, kTestOption, kCascade},
          {kConnect, kStopTest, kDeleteRecord, kPrint, kOutputText, kCopyPicture, kZoomIn, kSearchPeak});
   Choose(kRelease);
-  expect("photometry, released", {kConnect, kClose, kTestOption},
-         {kRelease, kStartTest, kSetBlank, kTungstenLamp});
+  expect("photometry, released", {kConnect, kClose, kTestOption}, {kRelease, kStartTest, kSetBlank});
 }
 
 TEST_F(FrmMainTest, CommandsAreDisabledDuringARunAndStayRefused) {
@@ -282,7 +283,7 @@ TEST_F(FrmMainTest, CommandsAreDisabledDuringARunAndStayRefused) {
     if (!Main->Link().State.RunUnderWay) return;
     ++looked;
     for (const int command : {kConnect, kRelease, kStartTest, kSetBlank, kTungstenLamp, kDeuteriumLamp,
-                              kDeleteRecord, kTestOption}) {
+                              kDeleteRecord, kTestOption, kSystemBaseline, kSetWavelength, kSetupSlit}) {
       EXPECT_FALSE(IsEnabled(command)) << command;
       Main->RunCommand(command);
     }

@@ -55,17 +55,27 @@ class SimulatorProcess : public ::testing::Test {
     simulator_.waitForFinished(5000);
   }
 
-  /// A command of the simulator's prompt; true when it was answered by "ok".
-  bool Tell(const std::string& command) {
+  /// The answer to a command of the simulator's prompt; empty when there is none.
+  QByteArray Ask(const std::string& command) {
     QLocalSocket socket;
     socket.connectToServer(QString::fromStdString(Path("control")));
-    if (!socket.waitForConnected(5000)) return false;
+    if (!socket.waitForConnected(5000)) return {};
     socket.write(QByteArray::fromStdString(command + "\n"));
     QByteArray answer;
     while (!answer.endsWith("ok\n") && !answer.contains("error:") && socket.waitForReadyRead(5000)) {
       answer += socket.readAll();
     }
-    return answer.endsWith("ok\n");
+    return answer;
+  }
+  /// True when a command was answered by "ok".
+  bool Tell(const std::string& command) { return Ask(command).endsWith("ok\n"); }
+  /// A value of the simulated instrument's own state.
+  std::string StateOf(const std::string& name) {
+    for (const QByteArray& line : Ask("state").split('\n')) {
+      const QByteArray start = QByteArray::fromStdString(name + "=");
+      if (line.startsWith(start)) return line.mid(start.size()).toStdString();
+    }
+    return "no such value";
   }
 
   /// Starts the batch command; its end is awaited by Finish().

@@ -50,33 +50,54 @@ class Hands : public QObject {
       name->setText(path);
       auto* buttons = widget.findChild<QDialogButtonBox*>();
       ASSERT_TRUE(buttons);
-      QTest::mouseClick(buttons->button(QDialogButtonBox::Save), Qt::LeftButton);
+      QAbstractButton* const save = buttons->button(QDialogButtonBox::Save);
+      QTest::mouseClick(save ? save : buttons->button(QDialogButtonBox::Open), Qt::LeftButton);
     });
   }
-  bool Done() const { return expected_.empty(); }
+  /// Asked before a dialog is dealt with: what a person does by one click at a time would hold something up
+  /// now.
+  std::function<bool()> NotNow;
+  /// Nothing is expected any more, and every dialog has been dealt with.
+  bool Done() const { return expected_.empty() && entered_.isEmpty(); }
 
  private:
   void Look() {
     QWidget* dialog = QApplication::activeModalWidget();
-    if (!dialog || !dialog->isVisible() || inside_) return;
+    // The box that asks to wait is nobody's to deal with.
+    if (!dialog || !dialog->isVisible() || dialog->objectName() == QStringLiteral("FrmWait")) return;
+    if (entered_.contains(dialog)) return;
     const QString name = dialog->objectName().isEmpty() || qobject_cast<QFileDialog*>(dialog)
                              ? QString::fromLatin1(dialog->metaObject()->className())
                              : dialog->objectName();
-    inside_ = true;
+    entered_.append(dialog);
     if (expected_.empty() || expected_.front().first != name) {
       ADD_FAILURE() << "not expected: " << name.toStdString() << " " << dialog->windowTitle().toStdString();
       dialog->close();
     } else {
       const Act act = std::move(expected_.front().second);
       expected_.pop_front();
-      act(*dialog);
+      // Not from within the timer's own call, in which it would not go on looking for what opens over this.
+      EnterLater(dialog, act);
+      return;
     }
-    inside_ = false;
+    entered_.removeOne(dialog);
+  }
+
+  void EnterLater(QWidget* dialog, const Act& act) {
+    QTimer::singleShot(1, dialog, [this, dialog, act] {
+      if (NotNow && NotNow()) {
+        EnterLater(dialog, act);
+        return;
+      }
+      act(*dialog);
+      entered_.removeOne(dialog);
+    });
   }
 
   std::deque<std::pair<QString, Act>> expected_;
   QTimer look_;
-  bool inside_ = false;
+  // Dialogs whose turn it is, the innermost last.
+  QList<QWidget*> entered_;
 };
 
 /// The whole program with real windows, a real clock and the simulator on a pseudo-terminal.

@@ -167,6 +167,23 @@ TEST_F(SCITest, FloodWithoutPromptFailsAtTheTimeOutWithCappedText) {
   EXPECT_TRUE(Exchange("getwl"));
 }
 
+TEST_F(SCITest, AWaitThatIsWatchedEndsAsOneThatIsNot) {
+  OpenLine();
+  int calls = 0;
+  Link.Transport.OnWaiting = [&calls] { ++calls; };
+  Peer.Next("adjustwl", {{90'100, "adjustwl\r\n", false}, {90, ">", false}});
+  EXPECT_TRUE(Exchange("adjustwl", 180));
+  EXPECT_EQ(Took, 90'190);
+  EXPECT_GE(calls, 360) << "four times a second";
+  Peer.Next("adjustwl", {});
+  EXPECT_FALSE(Exchange("adjustwl", 180));
+  EXPECT_EQ(Took, 180'000);
+  EXPECT_EQ(Link.Transport.LastEnd(), ExchangeEnd::TimedOut);
+  Peer.Next("adjustwl", {{1'020, "adjus", true}});
+  EXPECT_FALSE(Exchange("adjustwl", 180));
+  EXPECT_EQ(Link.Transport.LastEnd(), ExchangeEnd::HungUp);
+}
+
 TEST_F(SCITest, HangUpInMidReplyFailsAtOnce) {
   OpenLine();
   Peer.Next("adjustwl", {{20, "adjus", true}});

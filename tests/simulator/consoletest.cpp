@@ -50,6 +50,17 @@ TEST_F(ConsoleTest, StateTellsTheTrueAbsorbance) {
   EXPECT_THAT(console_.Execute("state").Lines, Contains("absorbance=inf"));
 }
 
+TEST_F(ConsoleTest, StateTellsOfUpkeep) {
+  EXPECT_THAT(console_.Execute("state").Lines, Contains("dark=52 55 60 68 80 98 124 162"));
+  EXPECT_THAT(console_.Execute("state").Lines, Contains("dark_measurements=0"));
+  EXPECT_THAT(console_.Execute("state").Lines, Contains("calibrations=0"));
+  line_.Receive("resetdark\r", 0);
+  line_.Receive("adjustwl\r", 0);
+  line_.Receive("adjustwl\r", 0);
+  EXPECT_THAT(console_.Execute("state").Lines, Contains("dark_measurements=1"));
+  EXPECT_THAT(console_.Execute("state").Lines, Contains("calibrations=2"));
+}
+
 TEST_F(ConsoleTest, CellsAndSampler) {
   EXPECT_EQ(Run("cell 4 holmium"), "ok\n");
   EXPECT_EQ(line_.Model().CellName(4), "holmium");

@@ -12,6 +12,7 @@
 #include "app/ground/languagefont.h"
 #include "app/ground/mainwindow.h"
 #include "app/ground/words.h"
+#include "base/numbers.h"
 
 namespace spectrane {
 
@@ -67,7 +68,14 @@ QPushButton* DialogParts::MakeButton(const char* name, int textId) {
   return button;
 }
 
-QHBoxLayout* DialogParts::RightAligned(std::initializer_list<QPushButton*> buttons) {
+QHBoxLayout* DialogParts::ButtonRow(std::initializer_list<ButtonWords> buttons) {
+  QList<QPushButton*> made;
+  for (const ButtonWords& words : buttons) made.append(MakeButton(words.Name, words.TextId));
+  made.first()->setDefault(true);
+  return RightAligned(made);
+}
+
+QHBoxLayout* DialogParts::RightAligned(const QList<QPushButton*>& buttons) {
   int width = 0;
   for (QPushButton* button : buttons) {
     button->ensurePolished();
@@ -95,6 +103,12 @@ void KeepRoomFor(QLabel& label, const QStringList& texts, int characters) {
   }
   const int frame = 2 * (label.margin() + label.frameWidth());
   label.setMinimumSize(room + QSize(frame, frame + metrics.lineSpacing() / 2));
+}
+
+QString WavelengthRangeText(double lowest, double highest) {
+  constexpr const char* kRangeFormat = "0.0";
+  return QString::fromStdString(Format(lowest, kRangeFormat)) + QStringLiteral(" \u2013 ") +
+         QString::fromStdString(Format(highest, kRangeFormat)) + QStringLiteral(" nm");
 }
 
 void RemarkOnSettings(MainWindow& frame) {

@@ -7,6 +7,7 @@
 #include <QScopedValueRollback>
 #include <QTimer>
 
+#include "app/ground/filequestions.h"
 #include "app/ground/languagefont.h"
 #include "app/ground/words.h"
 
@@ -18,7 +19,6 @@ constexpr int kStopTestQuestion = 1211;
 constexpr int kOverwriteQuestion = 1212;
 constexpr int kSaveError = 1213;
 constexpr int kOpenError = 1214;
-constexpr int kAlreadyOpen = 1218;
 
 constexpr const char* kFilePathKey = "File Path";
 
@@ -148,19 +148,10 @@ bool DocumentWindow::mmuSaveAsFile() {
 bool DocumentWindow::SaveUnderNewName() {
   CommitEditors();
   const FileKindWords words = FileWords();
-  QString path = frame_.Boxes().SaveFileName(Words(words.FilterTextId), PathToBeginWith());
-  if (path.isEmpty()) return false;
-  const QString ending = QString::fromLatin1(words.Ending);
-  if (!path.endsWith(ending, Qt::CaseInsensitive)) path += ending;
-  if (frame_.ShowsFile(path, this)) {
-    // Two windows would write one file in turns.
-    frame_.Boxes().ShowWords(u'<' + path + u'>' + Words(kAlreadyOpen));
-    return false;
-  }
-  if (QFileInfo::exists(path) &&
-      frame_.Boxes().AskYesNo(path + u' ' + Words(kOverwriteQuestion)) != Answer::Yes) {
-    return false;
-  }
+  const QString chosen = frame_.Boxes().SaveFileName(Words(words.FilterTextId), PathToBeginWith());
+  if (chosen.isEmpty()) return false;
+  const QString path = WithEnding(chosen, words.Ending);
+  if (!MayWriteTo(frame_, path, this)) return false;
   return SaveTo(path);
 }
 

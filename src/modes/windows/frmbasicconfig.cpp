@@ -51,8 +51,7 @@ FrmBasicConfig::FrmBasicConfig(MainWindow& frame, double wavelength)
 
 QString FrmBasicConfig::RangeText() const {
   const InstrumentState& state = frame_.Link().State;
-  return QString::fromStdString(Format(state.WavelengthMin, kFieldFormat)) + QStringLiteral(" \u2013 ") +
-         QString::fromStdString(Format(state.WavelengthMax, kFieldFormat)) + QStringLiteral(" nm");
+  return WavelengthRangeText(state.WavelengthMin, state.WavelengthMax);
 }
 
 bool FrmBasicConfig::TakeField() {

@@ -1,0 +1,53 @@
+#include "tools/upkeep.h"
+
+#include "tools/setup.h"
+
+namespace spectrane {
+namespace {
+
+constexpr const char* kNoValue = "------";
+
+bool LinkAnswers(InstrumentLink& link) {
+  double wavelength = 0.0;
+  if (link.Instrument.GetWavelength(wavelength)) return true;
+  link.Live.ReportLinkLost();
+  return false;
+}
+
+}  // namespace
+
+UpkeepEnd MeasureDarkEnergies(InstrumentLink& link, MainDisplay& display) {
+  if (!LinkAnswers(link)) return UpkeepEnd::LinkLost;
+  if (!link.Instrument.ResetDark(link.State.DarkEnergies)) return UpkeepEnd::Failed;
+  display.SetRemark(link.Instrument.LastReply().Complete() ? std::string() : std::string(kDarkIncomplete));
+  return UpkeepEnd::Done;
+}
+
+UpkeepEnd ResetWavelength(InstrumentLink& link, MainDisplay& display) {
+  if (!LinkAnswers(link)) return UpkeepEnd::LinkLost;
+  display.SetWavelengthField(kNoValue);
+  display.SetAbsField(kNoValue);
+  display.SetTransField(kNoValue);
+  if (!link.Instrument.AdjustWavelength()) return UpkeepEnd::Failed;
+  if (const std::optional<double> wavelength = ReadWavelength(link)) TakeWavelength(link, *wavelength);
+  link.Connect.ReadReference();
+  return UpkeepEnd::Done;
+}
+
+LampEnd SwitchLamp(InstrumentLink& link, LampKind lamp, bool& lit) {
+  if (!LinkAnswers(link)) return LampEnd::LinkLost;
+  Interface& instrument = link.Instrument;
+  const bool tungsten = lamp == LampKind::Tungsten;
+  bool wasLit = lit;
+  if (!(tungsten ? instrument.GetTungstenLamp(wasLit) : instrument.GetDeuteriumLamp(wasLit)) ||
+      !instrument.LastReply().Complete()) {
+    return LampEnd::StateUnknown;
+  }
+  const bool switched = wasLit ? (tungsten ? instrument.TungstenLampOff() : instrument.DeuteriumLampOff())
+                               : (tungsten ? instrument.TungstenLampOn() : instrument.DeuteriumLampOn());
+  lit = switched ? !wasLit : wasLit;
+  if (!switched) link.Live.ReportLinkLost();
+  return switched ? LampEnd::Switched : LampEnd::NotSwitched;
+}
+
+}  // namespace spectrane

@@ -97,8 +97,8 @@ class MarkPainter {
     painter_.setFont(font);
   }
 
-  /// All of one kind and colour.
-  void Tips(const std::vector<const PointMark*>& marks, bool asImages);
+  /// All of one kind and colour. Texts keep off them unless it is a crowd.
+  void Tips(const std::vector<const PointMark*>& marks, bool asImages, bool crowd);
   /// `hull` is null in a crowd.
   void Texts(const std::vector<const PointMark*>& marks, const CurveHull* hull);
 
@@ -146,7 +146,7 @@ void MarkPainter::Triangle(QPainter& painter, const QRectF& rect, bool valley) c
   painter.drawConvexPolygon(corners, 3);
 }
 
-void MarkPainter::Tips(const std::vector<const PointMark*>& marks, bool asImages) {
+void MarkPainter::Tips(const std::vector<const PointMark*>& marks, bool asImages, bool crowd) {
   if (marks.empty()) return;
   // One image for all: they stand on whole dots, so each has the same pixels.
   const QPoint first = PlaceOf(*marks.front());
@@ -166,6 +166,7 @@ void MarkPainter::Tips(const std::vector<const PointMark*>& marks, bool asImages
   for (const PointMark* const mark : marks) {
     const QPoint at = PlaceOf(*mark);
     if (!taken.emplace(at.x(), at.y()).second) continue;
+    if (!crowd) places_.Block(TipRect(*mark));
     if (asImages) {
       painter_.drawImage(at + bounds.topLeft(), image);
     } else {
@@ -243,7 +244,7 @@ void PaintMarks(QPainter& painter, const CurveView& view, const CurveGeometry& g
   for (const int kind : {0, 1}) {
     painter.setPen(Qt::NoPen);
     painter.setBrush(colours[kind]);
-    marks.Tips(seen[kind], pixels);
+    marks.Tips(seen[kind], pixels, crowd);
   }
   for (const int kind : {0, 1}) {
     painter.setPen(colours[kind]);

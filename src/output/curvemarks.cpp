@@ -202,7 +202,8 @@ void MarkPainter::Print(const PointMark& mark, const TextPlace& place) {
   const QRectF tip = TipRect(mark);
   const double from = mark.Valley ? tip.bottom() : place.Rect.bottom();
   const double to = mark.Valley ? place.Rect.top() : tip.top();
-  painter_.fillRect(QRectF(PlaceOf(mark).x() - line_ / 2, from, line_, to - from), painter_.pen().color());
+  const int left = PlaceOf(mark).x() - line_ / 2;
+  painter_.fillRect(QRectF(left, from, line_, to - from), painter_.pen().color());
 }
 
 void MarkPainter::Texts(const std::vector<const PointMark*>& marks, const CurveHull* hull) {

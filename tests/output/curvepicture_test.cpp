@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <QPicture>
+
 #include <algorithm>
 #include <functional>
 #include <numeric>
@@ -309,6 +311,50 @@ TEST(CurvePicture, ThousandsOfMarksAreDrawnWithTheTextsThatFindRoom) {
     curve.View.Marks.push_back({curve.X[2 * i], curve.Y[2 * i], i % 2 == 0, QStringLiteral("%1").arg(i)});
   curve.View.Marks.push_back({500, kInfinity, false, QStringLiteral("high")});
   EXPECT_GT(CountOf(CurveImage(curve.View, {1200, 700}, {}), curve.View.Colours.Peak), 1000);
+}
+
+TEST(CurvePicture, WhetherOneOrBothSidesMustBeTooSmallForCurvesIsTheWindowsChoice) {
+  OwnedCurve curve = HolmiumCurve(500);
+  // 170 by 120 pixels: 2550 by 1800 twips.
+  curve.View.Room = {2000, 1300, false};
+  EXPECT_GT(CountOf(CurveImage(curve.View, {170, 120}, {}), kCurveRed), 0);
+  curve.View.Room = {2700, 1300, false};
+  EXPECT_GT(CountOf(CurveImage(curve.View, {170, 120}, {}), kCurveRed), 0) << "low enough, but wide";
+  curve.View.Room = {2700, 2000, false};
+  EXPECT_EQ(CountOf(CurveImage(curve.View, {170, 120}, {}), kCurveRed), 0);
+  curve.View.Room = {2700, 1300, true};
+  EXPECT_EQ(CountOf(CurveImage(curve.View, {170, 120}, {}), kCurveRed), 0);
+}
+
+TEST(CurvePicture, OnPaperTheSpikeIsPartOfTheLine) {
+  OwnedCurve curve = Changed(HolmiumCurve(10001), [](OwnedCurve& flat) {
+    std::fill(flat.Y.begin(), flat.Y.end(), 0.3);
+    flat.Y[6000] = 2.7;
+  });
+  curve.View.Grid = false;
+  QPicture paper;
+  {
+    QPainter painter(&paper);
+    PaintCurve(painter, QRectF(0, 0, 1200, 700), curve.View, {});
+  }
+  QImage image(1200, 700, QImage::Format_RGB32);
+  image.fill(Qt::white);
+  {
+    QPainter painter(&image);
+    painter.drawPicture(0, 0, paper);
+  }
+  const QImage spike = image.copy(729, 100, 7, 400);
+  EXPECT_GT(7 * 400 - CountOf(spike, Qt::white), 400) << "from top to bottom";
+}
+
+TEST(CurvePicture, ADashedCurveHasGaps) {
+  OwnedCurve curve({350, 1100}, {1.5, 1.5});
+  curve.View.Grid = false;
+  const auto reds = [&curve] { return CountOf(CurveImage(curve.View, {1200, 700}, {}), kCurveRed); };
+  const int solid = reds();
+  curve.View.Lines[0].Pattern = Qt::DashLine;
+  EXPECT_LT(reds(), solid);
+  EXPECT_GT(reds(), solid / 3);
 }
 
 TEST(CurvePicture, ThePainterComesBackAsItWas) {

@@ -45,6 +45,8 @@ struct ScanSettings {
   bool PrintMaxMinAverage = false;
   /// A report lists every so many points.
   std::int32_t PrintInterval = 1;
+
+  bool operator==(const ScanSettings&) const = default;
 };
 
 inline constexpr const char* kScanSection = "WaveLength Scanning";

@@ -264,6 +264,10 @@ void SpectrumWindow::CopyPicture() {
   QGuiApplication::clipboard()->setImage(CurveImage(curve_->View(), curve_->size(), options, kCopyDots));
 }
 
+QString SpectrumWindow::OpenFileName() const {
+  return QString::fromStdString(document_.FileName());
+}
+
 bool SpectrumWindow::Offers(int command) const {
   switch (command) {
     case kClose:

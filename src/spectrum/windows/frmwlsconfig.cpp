@@ -74,20 +74,21 @@ FrmWLSConfig::FrmWLSConfig(MainWindow& frame, const ScanSettings& settings)
       modes_(new QButtonGroup(this)),
       speeds_(new QButtonGroup(this)) {
   DialogParts parts(*this, "FrmWLSConfig", Caption(kScanConfigTitle));
-  auto* const left = new QVBoxLayout;
-  for (QGroupBox* group : {BuildMode(parts), BuildScale(parts), BuildWavelength(parts), BuildSpeed(parts)})
-    left->addWidget(group);
-  left->addStretch();
-  auto* const right = new QVBoxLayout;
-  for (QGroupBox* group : {BuildDisplay(parts), BuildPeaks(parts), BuildData(parts)}) right->addWidget(group);
-  right->addStretch();
-  auto* const print = new QVBoxLayout;
-  print->addWidget(BuildPrint(parts));
-  print->addStretch();
+  // From left to right and downward, as they are read and as Tab goes.
+  using Build = QGroupBox* (FrmWLSConfig::*)(DialogParts&);
+  static constexpr std::array<Build, 3> kColumns[] = {
+      {&FrmWLSConfig::BuildMode, &FrmWLSConfig::BuildScale, &FrmWLSConfig::BuildData},
+      {&FrmWLSConfig::BuildWavelength, &FrmWLSConfig::BuildSpeed, &FrmWLSConfig::BuildPrint},
+      {&FrmWLSConfig::BuildDisplay, &FrmWLSConfig::BuildPeaks, nullptr}};
   auto* const columns = new QHBoxLayout;
-  columns->addLayout(left);
-  columns->addLayout(right);
-  columns->addLayout(print);
+  for (const auto& builders : kColumns) {
+    auto* const column = new QVBoxLayout;
+    for (const Build build : builders) {
+      if (build) column->addWidget((this->*build)(parts));
+    }
+    column->addStretch();
+    columns->addLayout(column);
+  }
   remark_ = new QLabel(this);
   remark_->setObjectName(QStringLiteral("LabelRemark"));
   auto* const all = new QVBoxLayout(this);
@@ -236,6 +237,8 @@ QGroupBox* FrmWLSConfig::BuildPrint(DialogParts& parts) {
   auto* const column = new QVBoxLayout(group);
   AddCheck(parts, *column, "CheckPrintPicture", 1305, &ScanSettings::PrintCurve);
   AddCheck(parts, *column, "CheckPrintPeakData", 1306, &ScanSettings::PrintPeakValley);
+  // An "and", not an access key.
+  checks_.back().Box->setText(Caption(1306).replace(u'&', QStringLiteral("&&")));
   AddCheck(parts, *column, "CheckPrintMaxMinAverage", 412, &ScanSettings::PrintMaxMinAverage);
   AddCheck(parts, *column, "CheckPrintAllData", 1307, &ScanSettings::PrintDataList);
   printInterval_ = new QComboBox(group);

@@ -6,6 +6,7 @@
 #include "link/instrumentlink.h"
 #include "modes/testbench.h"
 
+class QAction;
 class QString;
 class QWidget;
 
@@ -40,6 +41,8 @@ class MainWindow {
   virtual bool ShowsFile(const QString&, const DocumentWindow* /*besides*/) const { return false; }
   /// The file was opened or saved: head of the recent files.
   virtual void NoteFile(const QString& path) = 0;
+  /// The action of that command, for menus of a window's own; null for one that there is not.
+  virtual QAction* ActionOf(int /*command*/) const { return nullptr; }
   /// Draws the command bars in another look of the style list, at once.
   virtual void SetMenuStyle(int style) = 0;
   /// Number formats have changed: what is on show is written anew.

@@ -41,6 +41,8 @@ class MainWindow {
   virtual bool ShowsFile(const QString&, const DocumentWindow* /*besides*/) const { return false; }
   /// The file was opened or saved: head of the recent files.
   virtual void NoteFile(const QString& path) = 0;
+  /// The action of that command, for menus of a window's own; null for one that there is not.
+  virtual QAction* ActionOf(int /*command*/) const { return nullptr; }
   /// Draws the command bars in another look of the style list, at once.
   virtual void SetMenuStyle(int style) = 0;
   /// Number formats have changed: what is on show is written anew.
@@ -48,8 +50,6 @@ class MainWindow {
 
   /// The tables of `document` have come, gone or changed.
   virtual void DataTableChanged(DocumentWindow* /*document*/) {}
-  /// The action of a command for a document's own menus; null for one that there is not.
-  virtual QAction* ActionOf(int /*command*/) const { return nullptr; }
   /// A line in the status bar for as long as the pointer is over something; empty gives the place back.
   virtual void ShowReadout(const QString& /*text*/) {}
 

@@ -42,6 +42,8 @@ class PicCurve : public QWidget {
   void Extend(std::size_t line, std::span<const double> x, std::span<const double> y);
   /// Places on the widget, 15 twips a pixel.
   CurveGeometry Geometry() const;
+  /// The picture by itself, as it stands, in the dots of its screen.
+  QImage Image() const;
 
   /// While it is on, the left button selects a rectangle; otherwise it shows the cursor. Ends with the
   /// rectangle or with Esc.
@@ -73,17 +75,64 @@ class PicCurve : public QWidget {
  protected:
   void paintEvent(QPaintEvent* event) override;
   void changeEvent(QEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
+  void leaveEvent(QEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
 
  private:
+  /// What the middle button has taken hold of.
+  struct Grip {
+    QPointF From;
+    CurveScale Scale;
+  };
+
   /// The next paint paints anew.
   void Forget();
+  void Describe();
+  CurvePictureOptions Options() const;
+  void ShowCursor(const QPointF& twips, double x, double y);
+  /// The cross on the value under the pointer; nothing beside the plot.
+  void PlaceCursor(const QPointF& pixel);
+  void PlaceLabels();
+  void Point(const std::optional<PointPlace>& place);
+  std::optional<PointPlace> NearestPoint(const QPointF& pixel) const;
+  /// The point has a value and lies inside the scale.
+  bool Shown(const PointPlace& place) const;
+  /// `steps` shown points on, to the right on the screen when positive. Past the end it stays on the last
+  /// one.
+  void Walk(long steps);
+  void WalkToLine(int direction);
+  void StandOn(const PointPlace& place);
+  void EndRectangle(const QPointF& pixel);
+  /// Held inside the plot [twips].
+  QPointF InPlot(const QPointF& pixel) const;
+  AxisRange Farthest(bool horizontal) const;
+  void OpenPopup(const QPoint& global);
 
   CurveView view_;
   /// The finished picture; null when it has to be painted anew.
   QPixmap picture_;
+  QLabel* wavelengthLabel_;
+  QLabel* testDataLabel_;
   bool zoomSelecting_ = false;
-  /// The cross [pixels].
+  /// The cross [twips].
   std::optional<QPointF> cursor_;
+  /// Where the arrow keys have come to.
+  std::optional<PointPlace> walked_;
+  /// The last one that was told.
+  std::optional<PointPlace> pointed_;
+  /// Corners of the rectangle that is being drawn [pixels].
+  std::optional<QPointF> corner_;
+  QPointF otherCorner_;
+  std::optional<Grip> grip_;
   std::function<QAction*(int)> actionOf_;
 };
 

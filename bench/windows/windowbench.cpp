@@ -7,8 +7,6 @@
 #include <QApplication>
 #include <QTemporaryDir>
 
-#include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <vector>
 
@@ -18,15 +16,11 @@
 #include "link/memoryport.h"
 #include "modes/windows/qualinepic.h"
 #include "simulator/simulatedline.h"
+#include "windows/windowreport.h"
 
 namespace {
 
 using namespace spectrane;
-using Wall = std::chrono::steady_clock;
-
-double MsSince(Wall::time_point from) {
-  return std::chrono::duration<double, std::milli>(Wall::now() - from).count();
-}
 
 double CpuMs() {
   rusage usage{};
@@ -35,12 +29,6 @@ double CpuMs() {
     return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_usec) / 1e3;
   };
   return ms(usage.ru_utime) + ms(usage.ru_stime);
-}
-
-void Report(const char* what, std::vector<double> ms) {
-  std::sort(ms.begin(), ms.end());
-  std::printf("%-48s median %7.3f ms   p99 %7.3f ms   worst %7.3f ms\n", what, ms[ms.size() / 2],
-              ms[ms.size() * 99 / 100], ms.back());
 }
 
 /// The simulated instrument in memory, which sleeps for as long as a reading of a real one takes on the line.

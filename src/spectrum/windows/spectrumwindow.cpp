@@ -33,8 +33,6 @@ constexpr const char* kCountsFormat = "0";
 /// A rectangle that is smaller was a click [pixels].
 constexpr int kSmallestRectangle = 4;
 constexpr int kPeakListTab = 1;
-/// A copied picture has so many dots for one of the screen.
-constexpr double kCopyDots = 2.0;
 
 QString Figure(double value, const std::string& pattern) {
   return QString::fromStdString(Format(value, pattern));
@@ -260,8 +258,7 @@ void SpectrumWindow::mmuSetPeakHeight() {
 }
 
 void SpectrumWindow::CopyPicture() {
-  const CurvePictureOptions options{15.0, curve_->font()};
-  QGuiApplication::clipboard()->setImage(CurveImage(curve_->View(), curve_->size(), options, kCopyDots));
+  QGuiApplication::clipboard()->setImage(curve_->Image());
 }
 
 QString SpectrumWindow::OpenFileName() const {

@@ -241,7 +241,8 @@ TEST_F(ScanWindow, ThePictureGoesToTheClipboard) {
   QGuiApplication::clipboard()->clear();
   Window->CopyPicture();
   const QImage image = QGuiApplication::clipboard()->image();
-  EXPECT_EQ(image.size(), Curve->size() * 2);
+  EXPECT_EQ(image.size(), Curve->size() * Curve->devicePixelRatioF());
+  EXPECT_EQ(image.pixelColor(2, 2), QColor(Qt::white));
 }
 
 TEST_F(ScanWindow, ColoursAndGridReachTheCurve) {

@@ -20,6 +20,11 @@ class DataDockTest : public FrameFixture {
     EXPECT_TRUE(Main->OpenDataFile(PathOf(name)));
     return Main->ActiveForm();
   }
+  /// Keys reach the window that the person works in.
+  void ComeToTheFront() {
+    Main->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(Main.get()));
+  }
   void Activate(DocumentWindow* window) { Main->findChild<Workspace*>()->Activate(window); }
 };
 
@@ -101,6 +106,7 @@ TEST_F(DataDockTest, FloatsAndComesBack) {
 TEST_F(DataDockTest, ThousandsOfRowsAreCopiedAsTheyStand) {
   Start();
   DocumentWindow* const window = OpenSpectrum("a.wls");
+  ComeToTheFront();
   QTableView* const grid = window->DataTable()->Grid(0);
   grid->setFocus();
   grid->selectRow(1);
@@ -117,6 +123,7 @@ TEST_F(DataDockTest, ThousandsOfRowsAreCopiedAsTheyStand) {
 TEST_F(DataDockTest, TheKeyForTheNextBarReachesTheFigures) {
   Start();
   DocumentWindow* const window = OpenSpectrum("a.wls");
+  ComeToTheFront();
   QTableView* const grid = window->DataTable()->Grid(0);
   for (int i = 0; i < 8 && QApplication::focusWidget() != grid; ++i) Choose(kNextPane);
   EXPECT_EQ(QApplication::focusWidget(), grid);

@@ -59,6 +59,8 @@ SpectrumWindow::SpectrumWindow(MainWindow& frame, SpectrumDocument::Kind kind, c
 }
 
 SpectrumWindow::~SpectrumWindow() {
+  // What the pointer was over is gone with the window.
+  Frame().ShowReadout({});
   delete curveDataTabel_;
 }
 
@@ -141,6 +143,8 @@ CurveView SpectrumWindow::SeenView() const {
   line.Name = Caption();
   view.Lines.push_back(line);
   view.Marks = SeenMarks();
+  if (document_.PointCount() == 0)
+    view.Caption = tr("No points yet. Stored spectra open by File, Open (Ctrl+O).");
   const ScanScale home = ScaleOf(document_.Option());
   const auto [first, last] = document_.WavelengthRange();
   if (document_.PointCount() > 0)

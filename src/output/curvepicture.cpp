@@ -228,17 +228,15 @@ QRect CurveSketch::Segments(const CurveLine& line, std::size_t first) {
     }
     painter_.setRenderHint(QPainter::Antialiasing, false);
   } else {
-    CurveTrace trace = TraceOf(line, dots, first);
+    const CurveTrace trace = TraceOf(line, dots, first);
     painter_.setPen(QPen(line.Colour, line_));
     painter_.drawLines(trace.Crossings.data(), static_cast<int>(trace.Crossings.size()));
-    for (QRect& run : trace.Runs) {
-      run = QRect(run.left() - line_ / 2, run.top() - line_ / 2, line_, run.height() + line_ - 1);
-      touched |= run;
-    }
-    for (const QLine& crossing : trace.Crossings) touched |= QRect(crossing.p1(), crossing.p2()).normalized();
+    const std::vector<QRect> rects = MergedRuns(trace.Runs, line_);
     painter_.setPen(Qt::NoPen);
     painter_.setBrush(line.Colour);
-    painter_.drawRects(trace.Runs.data(), static_cast<int>(trace.Runs.size()));
+    painter_.drawRects(rects.data(), static_cast<int>(rects.size()));
+    for (const QRect& rect : rects) touched |= rect;
+    for (const QLine& crossing : trace.Crossings) touched |= QRect(crossing.p1(), crossing.p2()).normalized();
   }
   return touched.isNull() ? touched : touched.adjusted(-line_, -line_, line_, line_);
 }

@@ -1,11 +1,13 @@
 #include "output/curvemarks.h"
 
 #include <QFontMetricsF>
+#include <QImage>
 #include <QPainter>
 
 #include <algorithm>
 #include <cmath>
-#include <numeric>
+#include <limits>
+#include <set>
 
 namespace spectrane {
 namespace {
@@ -19,18 +21,67 @@ constexpr double kTextGap = 25;
 constexpr double kTextSide = 40;
 /// A text moves away from its mark by so many lines to find room.
 constexpr int kTextLevels = 4;
+/// More marks are a crowd: their texts stand at once or not at all.
+constexpr std::size_t kCrowd = 200;
+/// Columns that are looked at to keep texts off the curves.
+constexpr std::int64_t kMostColumns = 2000000;
 
-/// One after the other, so that the outstanding ones find room for their texts.
-std::vector<std::size_t> OrderOf(const std::vector<PointMark>& marks) {
-  std::vector<std::size_t> order(marks.size());
-  std::iota(order.begin(), order.end(), std::size_t{0});
-  std::stable_sort(order.begin(), order.end(), [&marks](std::size_t left, std::size_t right) {
-    const PointMark& one = marks[left];
-    const PointMark& other = marks[right];
-    if (one.Valley != other.Valley) return !one.Valley;
-    return one.Valley ? one.Y < other.Y : one.Y > other.Y;
+/// What the curves take up of each column of dots.
+class CurveHull {
+ public:
+  explicit CurveHull(const std::vector<CurveTrace>& traces) {
+    for (const CurveTrace& trace : traces) {
+      for (const QRect& run : trace.Runs) {
+        Dot(run.left(), run.top());
+        Dot(run.left(), run.bottom());
+      }
+      for (const QLine& crossing : trace.Crossings) Segment(crossing.p1(), crossing.p2());
+    }
+  }
+  bool IsFree(const QRectF& place) const {
+    const auto first = static_cast<std::size_t>(std::max(place.left(), 0.0));
+    const auto end = std::min(static_cast<std::size_t>(std::max(place.right(), 0.0)) + 1, columns_.size());
+    for (std::size_t x = first; x < end; ++x) {
+      if (columns_[x].Top <= place.bottom() && columns_[x].Bottom >= place.top()) return false;
+    }
+    return true;
+  }
+
+ private:
+  struct Span {
+    double Top = std::numeric_limits<double>::max();
+    double Bottom = std::numeric_limits<double>::lowest();
+  };
+
+  void Segment(const QPoint& from, const QPoint& to) {
+    const int length = std::abs(to.x() - from.x());
+    if ((budget_ -= length + 1) < 0) return;
+    for (int i = 0; i <= length; ++i) {
+      const double part = static_cast<double>(i) / std::max(length, 1);
+      Dot(to.x() >= from.x() ? from.x() + i : from.x() - i, from.y() + part * (to.y() - from.y()));
+    }
+  }
+  void Dot(int x, double y) {
+    const auto column = static_cast<std::size_t>(std::max(x, 0));
+    if (column >= columns_.size()) columns_.resize(column + 1);
+    columns_[column].Top = std::min(columns_[column].Top, y);
+    columns_[column].Bottom = std::max(columns_[column].Bottom, y);
+  }
+
+  std::vector<Span> columns_;
+  std::int64_t budget_ = kMostColumns;
+};
+
+/// The marks of one kind that are seen, the outstanding ones first so that they find room for their texts.
+std::vector<const PointMark*> SeenMarks(const CurveView& view, const CurveDots& dots, bool valleys) {
+  std::vector<const PointMark*> seen;
+  for (const PointMark& mark : view.Marks) {
+    if (mark.Valley == valleys && dots.Holds(mark.X) && !std::isnan(mark.Y)) seen.push_back(&mark);
+  }
+  std::stable_sort(seen.begin(), seen.end(), [valleys](const PointMark* one, const PointMark* other) {
+    return valleys ? one->Y < other->Y : one->Y > other->Y;
   });
-  return order;
+  return seen;
 }
 
 class MarkPainter {
@@ -38,7 +89,6 @@ class MarkPainter {
   MarkPainter(QPainter& painter, const CurveView& view, const CurveGeometry& geometry, const CurveDots& dots,
               const QFont& font, int line)
       : painter_(painter),
-        view_(view),
         dots_(dots),
         metrics_(font),
         line_(line),
@@ -47,18 +97,28 @@ class MarkPainter {
     painter_.setFont(font);
   }
 
-  void Tip(const PointMark& mark);
-  void Text(const PointMark& mark);
+  /// All of one kind and colour.
+  void Tips(const std::vector<const PointMark*>& marks, bool asImages);
+  /// `hull` is null in a crowd.
+  void Texts(const std::vector<const PointMark*>& marks, const CurveHull* hull);
 
  private:
+  struct TextPlace {
+    QRectF Rect;
+    /// Away from its mark, with a line to it.
+    bool Led = false;
+  };
+
   static QRectF BoundsOf(const CurveView& view, const CurveGeometry& geometry, const CurveDots& dots);
   double Dots(double twips) const { return twips * dots_.DotsPerTwip(); }
-  QPointF PlaceOf(const PointMark& mark) const { return QPointF(dots_.X(mark.X), dots_.Y(mark.Y)); }
+  QPoint PlaceOf(const PointMark& mark) const { return {dots_.X(mark.X), dots_.Y(mark.Y)}; }
+  QRectF TipRect(const PointMark& mark) const;
+  void Triangle(QPainter& painter, const QRectF& rect, bool valley) const;
   /// Where the text of that width may stand, the best place first.
-  std::vector<QRectF> Candidates(const PointMark& mark, double width) const;
+  std::vector<TextPlace> Candidates(const PointMark& mark, double width, bool crowd) const;
+  void Print(const PointMark& mark, const TextPlace& place);
 
   QPainter& painter_;
-  const CurveView& view_;
   const CurveDots& dots_;
   QFontMetricsF metrics_;
   int line_;
@@ -73,78 +133,123 @@ QRectF MarkPainter::BoundsOf(const CurveView& view, const CurveGeometry& geometr
   return {twips.topLeft() * dots.DotsPerTwip(), twips.size() * dots.DotsPerTwip()};
 }
 
-void MarkPainter::Tip(const PointMark& mark) {
-  const QPointF at = PlaceOf(mark) + QPointF(line_ / 2.0, line_ / 2.0);
-  const double up = mark.Valley ? 1 : -1;
-  const QPointF tip = at + QPointF(0, up * Dots(kTipGap));
-  const QPointF base = tip + QPointF(0, up * Dots(kTipHeight));
-  const QPointF half(Dots(kTipHalf), 0);
-  const QPointF corners[] = {tip, base - half, base + half};
-  painter_.drawConvexPolygon(corners, 3);
+QRectF MarkPainter::TipRect(const PointMark& mark) const {
+  const QPointF at = QPointF(PlaceOf(mark)) + QPointF(line_ / 2.0, line_ / 2.0);
+  const double top = mark.Valley ? at.y() + Dots(kTipGap) : at.y() - Dots(kTipGap + kTipHeight);
+  return {at.x() - Dots(kTipHalf), top, 2 * Dots(kTipHalf), Dots(kTipHeight)};
 }
 
-std::vector<QRectF> MarkPainter::Candidates(const PointMark& mark, double width) const {
+void MarkPainter::Triangle(QPainter& painter, const QRectF& rect, bool valley) const {
+  const double tip = valley ? rect.top() : rect.bottom();
+  const double base = valley ? rect.bottom() : rect.top();
+  const QPointF corners[] = {{rect.center().x(), tip}, {rect.left(), base}, {rect.right(), base}};
+  painter.drawConvexPolygon(corners, 3);
+}
+
+void MarkPainter::Tips(const std::vector<const PointMark*>& marks, bool asImages) {
+  if (marks.empty()) return;
+  // One image for all: they stand on whole dots, so each has the same pixels.
+  const QPoint first = PlaceOf(*marks.front());
+  const QRectF shape = TipRect(*marks.front()).translated(-first);
+  const QRect bounds = shape.toAlignedRect();
+  QImage image;
+  if (asImages) {
+    image = QImage(bounds.size(), QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(painter_.brush());
+    Triangle(painter, shape.translated(-bounds.topLeft()), marks.front()->Valley);
+  }
+  std::set<std::pair<int, int>> taken;
+  for (const PointMark* const mark : marks) {
+    const QPoint at = PlaceOf(*mark);
+    if (!taken.emplace(at.x(), at.y()).second) continue;
+    if (asImages) {
+      painter_.drawImage(at + bounds.topLeft(), image);
+    } else {
+      Triangle(painter_, TipRect(*mark), mark->Valley);
+    }
+  }
+}
+
+std::vector<MarkPainter::TextPlace> MarkPainter::Candidates(const PointMark& mark, double width,
+                                                            bool crowd) const {
   const QPointF at = PlaceOf(mark);
   const double height = metrics_.height();
   const double away = Dots(kTipGap + kTipHeight + kTextGap);
   const double left = at.x() - width / 2;
-  std::vector<QRectF> candidates;
-  for (int level = 0; level <= kTextLevels; ++level) {
+  std::vector<TextPlace> places;
+  for (int level = 0; level <= (crowd ? 0 : kTextLevels); ++level) {
     const double far = away + level * height;
-    candidates.emplace_back(left, mark.Valley ? at.y() + far : at.y() - far - height, width, height);
+    places.push_back({{left, mark.Valley ? at.y() + far : at.y() - far - height, width, height}, level > 0});
   }
-  const double beside = mark.Valley ? at.y() + Dots(kTipGap) : at.y() - Dots(kTipGap) - height;
-  candidates.emplace_back(at.x() + Dots(kTipHalf + kTextSide), std::max(beside, 0.0), width, height);
-  candidates.emplace_back(at.x() - Dots(kTipHalf + kTextSide) - width, std::max(beside, 0.0), width, height);
-  return candidates;
+  if (crowd) return places;
+  const double beside = std::max(mark.Valley ? at.y() + Dots(kTipGap) : at.y() - Dots(kTipGap) - height, 0.0);
+  const double side = Dots(kTipHalf + kTextSide);
+  places.push_back({{at.x() + side, beside, width, height}});
+  places.push_back({{at.x() - side - width, beside, width, height}});
+  // A valley near the bottom has its text above the curve.
+  if (mark.Valley) places.push_back({{left, at.y() - Dots(kTextGap) - height, width, height}});
+  return places;
 }
 
-void MarkPainter::Text(const PointMark& mark) {
-  if (mark.Text.isEmpty()) return;
-  // Most texts of a crowd find no room; the width of figures tells that without laying them out.
-  const double rough = digit_ * static_cast<double>(mark.Text.size()) / 2;
-  const std::vector<QRectF> rooms = Candidates(mark, rough);
-  if (std::none_of(rooms.begin(), rooms.end(), [this](const QRectF& room) { return places_.IsFree(room); }))
-    return;
-  const std::vector<QRectF> candidates = Candidates(mark, metrics_.horizontalAdvance(mark.Text));
-  for (std::size_t i = 0; i < candidates.size(); ++i) {
-    const QRectF& place = candidates[i];
-    if (!places_.Take(place)) continue;
-    painter_.drawText(QPointF(place.left(), place.top() + metrics_.ascent()), mark.Text);
-    const QPointF at = PlaceOf(mark);
-    if (i >= 1 && i <= kTextLevels) {
-      const double from = at.y() + (mark.Valley ? 1 : -1) * Dots(kTipGap + kTipHeight);
-      const double to = mark.Valley ? place.top() : place.bottom();
-      painter_.fillRect(QRectF(at.x() - line_ / 2, std::min(from, to), line_, std::abs(to - from)),
-                        mark.Valley ? view_.Colours.Valley : view_.Colours.Peak);
+void MarkPainter::Print(const PointMark& mark, const TextPlace& place) {
+  painter_.drawText(QPointF(place.Rect.left(), place.Rect.top() + metrics_.ascent()), mark.Text);
+  if (!place.Led) return;
+  const QRectF tip = TipRect(mark);
+  const double from = mark.Valley ? tip.bottom() : place.Rect.bottom();
+  const double to = mark.Valley ? place.Rect.top() : tip.top();
+  painter_.fillRect(QRectF(PlaceOf(mark).x() - line_ / 2, from, line_, to - from), painter_.pen().color());
+}
+
+void MarkPainter::Texts(const std::vector<const PointMark*>& marks, const CurveHull* hull) {
+  for (const PointMark* const mark : marks) {
+    if (mark->Text.isEmpty()) continue;
+    if (hull == nullptr) {
+      // Most texts of a crowd find no room; the width of figures tells that without laying them out.
+      const double rough = digit_ * static_cast<double>(mark->Text.size()) / 2;
+      if (!places_.IsFree(Candidates(*mark, rough, true).front().Rect)) continue;
     }
-    return;
+    const std::vector<TextPlace> places =
+        Candidates(*mark, metrics_.horizontalAdvance(mark->Text), hull == nullptr);
+    bool printed = false;
+    for (const bool clear : {true, false}) {
+      for (const TextPlace& place : places) {
+        if (printed || (clear && hull != nullptr && !hull->IsFree(place.Rect)) || !places_.Take(place.Rect))
+          continue;
+        Print(*mark, place);
+        printed = true;
+      }
+    }
   }
 }
 
 }  // namespace
 
 void PaintMarks(QPainter& painter, const CurveView& view, const CurveGeometry& geometry,
-                const CurveDots& dots, const QFont& font, int line) {
+                const CurveDots& dots, const std::vector<CurveTrace>& curves, const QFont& font, int line,
+                bool pixels) {
   if (view.Marks.empty()) return;
+  painter.save();
   MarkPainter marks(painter, view, geometry, dots, font, line);
-  const std::vector<std::size_t> order = OrderOf(view.Marks);
-  const auto seen = [&dots](const PointMark& mark) { return dots.Holds(mark.X) && !std::isnan(mark.Y); };
+  const std::vector<const PointMark*> seen[] = {SeenMarks(view, dots, false), SeenMarks(view, dots, true)};
+  const bool crowd = seen[0].size() + seen[1].size() > kCrowd;
+  std::optional<CurveHull> hull;
+  if (!crowd) hull.emplace(curves);
+  const QColor colours[] = {view.Colours.Peak, view.Colours.Valley};
   painter.setRenderHint(QPainter::Antialiasing);
-  for (const bool valleys : {false, true}) {
-    const QColor& colour = valleys ? view.Colours.Valley : view.Colours.Peak;
+  for (const int kind : {0, 1}) {
     painter.setPen(Qt::NoPen);
-    painter.setBrush(colour);
-    for (const PointMark& mark : view.Marks) {
-      if (mark.Valley == valleys && seen(mark)) marks.Tip(mark);
-    }
-    painter.setPen(colour);
-    for (const std::size_t i : order) {
-      const PointMark& mark = view.Marks[i];
-      if (mark.Valley == valleys && seen(mark)) marks.Text(mark);
-    }
+    painter.setBrush(colours[kind]);
+    marks.Tips(seen[kind], pixels);
   }
-  painter.setRenderHint(QPainter::Antialiasing, false);
+  for (const int kind : {0, 1}) {
+    painter.setPen(colours[kind]);
+    marks.Texts(seen[kind], hull ? &*hull : nullptr);
+  }
+  painter.restore();
 }
 
 }  // namespace spectrane

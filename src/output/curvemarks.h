@@ -8,9 +8,10 @@ class QPainter;
 namespace spectrane {
 
 /// Draws the marks that lie inside the scale and as many of their texts as find room: the highest peaks
-/// first, then the lowest valleys. The painter's units are the dots. `line` is the width of a thin line
-/// [dots].
+/// first, then the lowest valleys, off the `curves` where that is possible. The painter's units are the dots.
+/// `line` is the width of a thin line [dots].
 void PaintMarks(QPainter& painter, const CurveView& view, const CurveGeometry& geometry,
-                const CurveDots& dots, const QFont& font, int line);
+                const CurveDots& dots, const std::vector<CurveTrace>& curves, const QFont& font, int line,
+                bool pixels);
 
 }  // namespace spectrane

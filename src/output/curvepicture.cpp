@@ -59,6 +59,7 @@ class CurveSketch {
   void Across(const QFontMetricsF& metrics);
   void Upward(const QFontMetricsF& metrics);
   void GridLine(const QLine& line);
+  void Remark(const QFontMetricsF& metrics);
   void PrintVerticalText(const QString& text, const QFontMetricsF& metrics);
   bool HasRoomForCurves() const;
   bool OnPixels() const;
@@ -70,6 +71,8 @@ class CurveSketch {
   double twipsPerUnit_;
   double dotsPerTwip_ = 1;
   CurveGeometry geometry_;
+  /// Of the curves that were drawn, for the marks to keep off.
+  std::vector<CurveTrace> traces_;
   /// A thin line, in whole dots.
   int line_ = 1;
 };
@@ -185,6 +188,16 @@ void CurveSketch::PrintVerticalText(const QString& text, const QFontMetricsF& me
   CLogFont(painter_.font(), 90).Print(painter_, {At(kUprightEdge) + metrics.ascent(), middle}, text);
 }
 
+void CurveSketch::Remark(const QFontMetricsF& metrics) {
+  const QString words = geometry_.Scale().X.Drawable()
+                            ? QStringLiteral("The scale ends where it begins, or below.")
+                            : QStringLiteral("The range ends where it begins, or before.");
+  const QPointF middle = geometry_.Area().center() * dotsPerTwip_;
+  const double room = geometry_.Area().width() * dotsPerTwip_;
+  const QString text = metrics.elidedText(words, Qt::ElideRight, room);
+  painter_.drawText(QPointF(middle.x() - metrics.horizontalAdvance(text) / 2, middle.y()), text);
+}
+
 void CurveSketch::Scale() {
   const QFont font = Type(kScaleType);
   const QFontMetricsF metrics(font);
@@ -194,6 +207,8 @@ void CurveSketch::Scale() {
   if (geometry_.Drawable()) {
     Upward(metrics);
     Across(metrics);
+  } else if (!geometry_.Scale().Drawable()) {
+    Remark(metrics);
   }
   Frame();
   const double width = geometry_.Size().width() * dotsPerTwip_;
@@ -227,18 +242,18 @@ QRect CurveSketch::Segments(const CurveLine& line, std::size_t first) {
       touched |= chain.boundingRect();
     }
     painter_.setRenderHint(QPainter::Antialiasing, false);
+    if (!view_.Marks.empty()) traces_.push_back(TraceOf(line, dots, first));
   } else {
     CurveTrace trace = TraceOf(line, dots, first);
     painter_.setPen(QPen(line.Colour, line_));
     painter_.drawLines(trace.Crossings.data(), static_cast<int>(trace.Crossings.size()));
-    for (QRect& run : trace.Runs) {
-      run = QRect(run.left() - line_ / 2, run.top() - line_ / 2, line_, run.height() + line_ - 1);
-      touched |= run;
-    }
-    for (const QLine& crossing : trace.Crossings) touched |= QRect(crossing.p1(), crossing.p2()).normalized();
+    const std::vector<QRect> rects = MergedRuns(trace.Runs, line_);
     painter_.setPen(Qt::NoPen);
     painter_.setBrush(line.Colour);
-    painter_.drawRects(trace.Runs.data(), static_cast<int>(trace.Runs.size()));
+    painter_.drawRects(rects.data(), static_cast<int>(rects.size()));
+    for (const QRect& rect : rects) touched |= rect;
+    for (const QLine& crossing : trace.Crossings) touched |= QRect(crossing.p1(), crossing.p2()).normalized();
+    traces_.push_back(std::move(trace));
   }
   return touched.isNull() ? touched : touched.adjusted(-line_, -line_, line_, line_);
 }
@@ -249,7 +264,8 @@ void CurveSketch::Curves() {
 
 void CurveSketch::Marks() {
   if (!HasRoomForCurves()) return;
-  PaintMarks(painter_, view_, geometry_, CurveDots(geometry_, dotsPerTwip_), Type(kScaleType), line_);
+  PaintMarks(painter_, view_, geometry_, CurveDots(geometry_, dotsPerTwip_), traces_, Type(kScaleType), line_,
+             OnPixels());
 }
 
 QRectF CurveSketch::OnSurface(const QRect& dots) const {

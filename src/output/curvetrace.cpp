@@ -79,6 +79,20 @@ class Tracer {
   int points_ = 0;
 };
 
+/// Neighbours that are merged: more have less in common.
+constexpr std::size_t kMostMerged = 8;
+/// Dots high; less is not worth a rectangle of its own.
+constexpr int kLeastMerged = 4;
+
+QRect Widened(const QRect& run, int width) {
+  return {run.left() - width / 2, run.top() - width / 2, width, run.height() + width - 1};
+}
+
+/// The dots between two rows, both included.
+void AddRows(std::vector<QRect>& rects, const QRect& run, int top, int bottom) {
+  if (top <= bottom) rects.emplace_back(QPoint(run.left(), top), QPoint(run.right(), bottom));
+}
+
 /// The points of the curve that have a place, and where it is broken.
 template <typename OnPoint, typename OnBreak>
 void Walk(const CurveLine& line, const CurveDots& dots, std::size_t first, OnPoint&& onPoint,
@@ -172,6 +186,34 @@ CurveTrace TraceOf(const CurveLine& line, const CurveDots& dots, std::size_t fir
   Walk(
       line, dots, first, [&tracer](const QPoint& at) { tracer.Point(at); }, [&tracer] { tracer.Break(); });
   return trace;
+}
+
+std::vector<QRect> MergedRuns(const std::vector<QRect>& runs, int width) {
+  std::vector<QRect> rects;
+  rects.reserve(runs.size() * 2);
+  for (std::size_t first = 0; first < runs.size();) {
+    QRect common = Widened(runs[first], width);
+    std::size_t next = first + 1;
+    while (next < runs.size() && next - first < kMostMerged &&
+           runs[next].left() == runs[next - 1].left() + 1) {
+      const QRect run = Widened(runs[next], width);
+      const int top = std::max(common.top(), run.top());
+      const int bottom = std::min(common.bottom(), run.bottom());
+      if (bottom - top + 1 < kLeastMerged) break;
+      common = QRect(QPoint(common.left(), top), QPoint(run.right(), bottom));
+      ++next;
+    }
+    rects.push_back(common);
+    if (next - first > 1) {
+      for (std::size_t i = first; i < next; ++i) {
+        const QRect run = Widened(runs[i], width);
+        AddRows(rects, run, run.top(), common.top() - 1);
+        AddRows(rects, run, common.bottom() + 1, run.bottom());
+      }
+    }
+    first = next;
+  }
+  return rects;
 }
 
 std::vector<QPolygon> ChainsOf(const CurveLine& line, const CurveDots& dots, std::size_t first) {

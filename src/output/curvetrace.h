@@ -50,6 +50,10 @@ struct CurveTrace {
 /// with the segment that ends in the point `first`.
 CurveTrace TraceOf(const CurveLine& line, const CurveDots& dots, std::size_t first = 1);
 
+/// The runs for a line of `width` dots, as fewer rectangles that cover the same dots: what neighbours have in
+/// common is one.
+std::vector<QRect> MergedRuns(const std::vector<QRect>& runs, int width);
+
 /// The same as unbroken lines, for devices that draw better ones: of each column the first, the highest, the
 /// lowest and the last point.
 std::vector<QPolygon> ChainsOf(const CurveLine& line, const CurveDots& dots, std::size_t first = 1);

@@ -110,7 +110,7 @@ void FrmQua::BuildRecords() {
        {static_cast<QuaTable*>(standardTable_), static_cast<QuaTable*>(recordTable_)}) {
     connect(table, &QAbstractItemModel::dataChanged, this, &FrmQua::DocumentChanged);
     connect(table, &QuaTable::TextRefused, this, [this](const QString& text) {
-      Frame().Display().SetRemark("\"" + text.toStdString() + "\" is no number.");
+      Frame().Display().SetRemark((u'"' + text + QStringLiteral("\" is no number.")).toStdString());
     });
   }
 }

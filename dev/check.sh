@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # The rules of the code that a script can hold: format, floors, headers that stand alone, no string connects, names,
-# and clang-tidy. `dev/check.sh --fast` leaves the last one out. Needs a configured build/dev.
+# and clang-tidy. `dev/check.sh --fast` leaves the last one out. Needs a configured build/dev, and build/asan built for the
+# last one.
 set -uo pipefail
 source "$(dirname "$0")/common.sh"
 
@@ -96,12 +97,10 @@ if [ -f build/dev/compile_commands.json ]; then
   [ -z "$lone" ] || fail "$lone"
 fi
 
-# clang-tidy, remembered by the content of the file with all that it includes.
-if [ "${1:-}" != --fast ] && [ -f build/dev/compile_commands.json ]; then
-  # Without the precompiled headers, which are those of another compiler.
-  mkdir -p build/dev/tidy
-  sed -E 's/ -Winvalid-pch| -include [^ ]*cmake_pch\.hxx//g' build/dev/compile_commands.json >build/dev/tidy/compile_commands.json
-  tidied=$(printf '%s\n' "${sources[@]}" | grep '^src/.*\.cpp$' | xargs -P "$jobs" -n 1 ./dev/tidy-file.sh) || status=1
+# clang-tidy, over the units that the build for sanitizers compiles.
+if [ "${1:-}" != --fast ] && [ -f build/asan/compile_commands.json ]; then
+  tidied=$(grep -oE "\"file\": \"$PWD/(src/|build/asan/src/.*/Unity/)[^\"]*" build/asan/compile_commands.json | sed 's/.*"//' |
+    xargs -P "$jobs" -n 1 ./dev/tidy-file.sh) || status=1
   [ -z "$tidied" ] || fail "$tidied"
 fi
 

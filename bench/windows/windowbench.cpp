@@ -1,7 +1,6 @@
 // What the windows cost the interface thread: a live reading tick beyond its exchange, a click that waits for
 // the end of an exchange, the processor time of waiting, and a redraw of the curve of a quantitation.
 // QT_QPA_PLATFORM=offscreen build/release/bin/window_bench
-#include <sys/resource.h>
 #include <unistd.h>
 
 #include <QApplication>
@@ -21,15 +20,6 @@
 namespace {
 
 using namespace spectrane;
-
-double CpuMs() {
-  rusage usage{};
-  getrusage(RUSAGE_SELF, &usage);
-  const auto ms = [](const timeval& time) {
-    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_usec) / 1e3;
-  };
-  return ms(usage.ru_utime) + ms(usage.ru_stime);
-}
 
 /// The simulated instrument in memory, which sleeps for as long as a reading of a real one takes on the line.
 class SleepingPeer : public LinePeer {

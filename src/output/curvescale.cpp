@@ -53,6 +53,13 @@ const KindRow& RowOf(AxisKind kind) {
 constexpr double kRounding = 1e-9;
 constexpr double kMostTicks = 100;
 
+/// A multiple of the step is a whole number of steps, however it was rounded.
+double StepsTo(double value, double step) {
+  const double steps = value / step;
+  const double whole = std::round(steps);
+  return std::abs(steps - whole) <= kRounding * std::max(std::abs(steps), 1.0) ? whole : steps;
+}
+
 }  // namespace
 
 bool AxisRange::Drawable() const {
@@ -101,8 +108,8 @@ AxisRange RoundedOutward(AxisKind kind, const AxisRange& range) {
   const KindRow& row = RowOf(kind);
   const double units = row.UnitsPerValue;
   const double step = std::round(TickStep(kind, range.Length()) * units);
-  const AxisRange whole = {std::floor(RoundHalfEven(range.Low * units) / step) * step / units,
-                           std::ceil(RoundHalfEven(range.High * units) / step) * step / units};
+  const AxisRange whole = {std::floor(StepsTo(range.Low * units, step)) * step / units,
+                           std::ceil(StepsTo(range.High * units, step)) * step / units};
   const AxisRange held = {std::max(whole.Low, row.Farthest.Low), std::min(whole.High, row.Farthest.High)};
   return held.Drawable() ? held : range;
 }

@@ -13,18 +13,23 @@ struct Column {
   int High = 0;
   int Low = 0;
   int LastY = 0;
+  int Points = 0;
 
   void Begin(const QPoint& at) {
     X = at.x();
     High = Low = LastY = at.y();
+    Points = 1;
   }
   void Add(int y) {
     High = std::min(High, y);
     Low = std::max(Low, y);
     LastY = y;
+    ++Points;
   }
+  /// A single point is the end of lines only, and the toolkit's steep lines may end a dot short of it.
+  bool HasRun() const { return Points > 1; }
   bool Covers(const QLine& line) const {
-    return std::min(line.y1(), line.y2()) >= High && std::max(line.y1(), line.y2()) <= Low;
+    return HasRun() && std::min(line.y1(), line.y2()) >= High && std::max(line.y1(), line.y2()) <= Low;
   }
 };
 
@@ -60,10 +65,8 @@ class Tracer {
  private:
   /// The column is whole: now it shows whether the crossing into it needs a line.
   void Close() {
-    const bool drawn = crossing_ && !(pendingCovered_ && column_.Covers(pending_));
-    if (drawn) trace_.Crossings.push_back(pending_);
-    // A single dot is the end of the line into the column.
-    if (!drawn || column_.High != column_.Low)
+    if (crossing_ && !(pendingCovered_ && column_.Covers(pending_))) trace_.Crossings.push_back(pending_);
+    if (column_.HasRun())
       trace_.Runs.emplace_back(column_.X, column_.High, 1, column_.Low - column_.High + 1);
     before_ = column_;
     crossing_ = false;
@@ -171,7 +174,8 @@ CurveDots::CurveDots(const CurveGeometry& geometry, double dotsPerTwip)
       left_(geometry.Area().left()),
       low_(geometry.Scale().Y.Low),
       high_(geometry.Scale().Y.High),
-      height_(geometry.Area().height() / geometry.Scale().Y.Length()),
+      range_(geometry.Scale().Y.Length()),
+      height_(geometry.Area().height()),
       topTwips_(geometry.Area().top()),
       top_(At(geometry.Area().top())),
       bottom_(At(geometry.Area().bottom())) {}

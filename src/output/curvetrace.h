@@ -24,7 +24,7 @@ class CurveDots {
   int Y(double value) const {
     if (value >= high_) return top_;
     if (value <= low_) return bottom_;
-    return static_cast<int>(((high_ - value) * height_ + topTwips_) * dotsPerTwip_ + 0.5);
+    return static_cast<int>(((high_ - value) * height_ / range_ + topTwips_) * dotsPerTwip_ + 0.5);
   }
   bool Holds(double x) const { return x >= start_ && x <= end_; }
   /// The nearest dot.
@@ -33,7 +33,7 @@ class CurveDots {
  private:
   double dotsPerTwip_;
   double start_, end_, length_, width_, left_;
-  double low_, high_, height_, topTwips_;
+  double low_, high_, range_, height_, topTwips_;
   int top_, bottom_;
 };
 

@@ -19,10 +19,12 @@ struct OwnedCurve {
 
   OwnedCurve() = default;
   OwnedCurve(std::vector<double> x, std::vector<double> y) : X(std::move(x)), Y(std::move(y)) { Show(); }
+  /// Moved arrays stay where they are.
   OwnedCurve(const OwnedCurve&) = delete;
   OwnedCurve& operator=(const OwnedCurve&) = delete;
-  OwnedCurve(OwnedCurve&& other) noexcept
-      : X(std::move(other.X)), Y(std::move(other.Y)), View(std::move(other.View)) {}
+  OwnedCurve(OwnedCurve&&) = default;
+  OwnedCurve& operator=(OwnedCurve&&) = default;
+  ~OwnedCurve() = default;
 
   void Show() {
     View.Lines.resize(1);
@@ -53,7 +55,7 @@ class SmallNoise {
  public:
   double Next() {
     state_ = state_ * 6364136223846793005U + 1442695040888963407U;
-    return static_cast<double>(static_cast<std::int64_t>(state_) >> 11) / 4503599627370496.0 / 1.0;
+    return static_cast<double>(static_cast<std::int64_t>(state_) >> 11) / 4503599627370496.0;
   }
 
  private:

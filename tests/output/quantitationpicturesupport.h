@@ -4,6 +4,7 @@
 #include <QPainter>
 
 #include "modes/quantitation/quantitationsupport.h"
+#include "output/pixels.h"
 #include "output/quantitationpicture.h"
 
 namespace spectrane {
@@ -24,16 +25,6 @@ inline QImage PictureOf(const QuaOption& qua, const QSize& size,
   QPainter painter(&image);
   PaintQuantitation(painter, QRectF(QPointF(), QSizeF(size)), qua, DisplayFormats(), options);
   return image;
-}
-
-/// Pixels of exactly that colour.
-inline int CountOf(const QImage& image, const QColor& colour) {
-  int count = 0;
-  for (int y = 0; y < image.height(); ++y) {
-    const auto* line = reinterpret_cast<const QRgb*>(image.constScanLine(y));
-    count += static_cast<int>(std::count(line, line + image.width(), colour.rgb()));
-  }
-  return count;
 }
 
 }  // namespace spectrane

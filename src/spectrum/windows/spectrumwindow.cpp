@@ -47,7 +47,7 @@ AxisKind AxisOf(ScanMode mode) {
 }  // namespace
 
 SpectrumWindow::SpectrumWindow(MainWindow& frame, SpectrumDocument::Kind kind, const QString& tableTitle,
-                               std::vector<PointColumn> columns)
+                               const std::vector<PointColumn>& columns)
     : DocumentWindow(frame), formats_(frame.Link().Formats), document_(kind), curve_(new PicCurve(this)) {
   curve_->setObjectName(QStringLiteral("PicCurve"));
   auto* const layout = new QVBoxLayout(this);

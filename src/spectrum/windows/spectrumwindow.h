@@ -50,7 +50,7 @@ class SpectrumWindow : public DocumentWindow {
  protected:
   /// `columns` in addition to number, wavelength, absorbance and transmittance.
   SpectrumWindow(MainWindow& frame, SpectrumDocument::Kind kind, const QString& tableTitle,
-                 std::vector<PointColumn> columns);
+                 const std::vector<PointColumn>& columns);
 
   SpectrumDocument& ChangedDocument() { return document_; }
   /// Takes other settings: looks at their home view and values, and forgets what is not searched any more.

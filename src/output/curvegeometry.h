@@ -57,6 +57,8 @@ class LabelPlaces {
   /// Takes the place unless it reaches beyond the bounds or touches one that is taken.
   bool Take(const QRectF& place);
   bool IsFree(const QRectF& place) const;
+  /// Something stands there already.
+  void Block(const QRectF& place) { taken_.push_back(place); }
 
  private:
   QRectF bounds_;

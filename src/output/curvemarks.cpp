@@ -97,8 +97,8 @@ class MarkPainter {
     painter_.setFont(font);
   }
 
-  /// All of one kind and colour.
-  void Tips(const std::vector<const PointMark*>& marks, bool asImages);
+  /// All of one kind and colour. Texts keep off them unless it is a crowd.
+  void Tips(const std::vector<const PointMark*>& marks, bool asImages, bool crowd);
   /// `hull` is null in a crowd.
   void Texts(const std::vector<const PointMark*>& marks, const CurveHull* hull);
 
@@ -146,7 +146,7 @@ void MarkPainter::Triangle(QPainter& painter, const QRectF& rect, bool valley) c
   painter.drawConvexPolygon(corners, 3);
 }
 
-void MarkPainter::Tips(const std::vector<const PointMark*>& marks, bool asImages) {
+void MarkPainter::Tips(const std::vector<const PointMark*>& marks, bool asImages, bool crowd) {
   if (marks.empty()) return;
   // One image for all: they stand on whole dots, so each has the same pixels.
   const QPoint first = PlaceOf(*marks.front());
@@ -166,6 +166,7 @@ void MarkPainter::Tips(const std::vector<const PointMark*>& marks, bool asImages
   for (const PointMark* const mark : marks) {
     const QPoint at = PlaceOf(*mark);
     if (!taken.emplace(at.x(), at.y()).second) continue;
+    if (!crowd) places_.Block(TipRect(*mark));
     if (asImages) {
       painter_.drawImage(at + bounds.topLeft(), image);
     } else {
@@ -201,7 +202,8 @@ void MarkPainter::Print(const PointMark& mark, const TextPlace& place) {
   const QRectF tip = TipRect(mark);
   const double from = mark.Valley ? tip.bottom() : place.Rect.bottom();
   const double to = mark.Valley ? place.Rect.top() : tip.top();
-  painter_.fillRect(QRectF(PlaceOf(mark).x() - line_ / 2, from, line_, to - from), painter_.pen().color());
+  const int left = PlaceOf(mark).x() - line_ / 2;
+  painter_.fillRect(QRectF(left, from, line_, to - from), painter_.pen().color());
 }
 
 void MarkPainter::Texts(const std::vector<const PointMark*>& marks, const CurveHull* hull) {
@@ -243,7 +245,7 @@ void PaintMarks(QPainter& painter, const CurveView& view, const CurveGeometry& g
   for (const int kind : {0, 1}) {
     painter.setPen(Qt::NoPen);
     painter.setBrush(colours[kind]);
-    marks.Tips(seen[kind], pixels);
+    marks.Tips(seen[kind], pixels, crowd);
   }
   for (const int kind : {0, 1}) {
     painter.setPen(colours[kind]);

@@ -47,7 +47,7 @@ class CurveSketch {
   void Error();
   void Scale();
   void Curves();
-  void Marks();
+  void PeaksAndValleys();
   /// Returns the dots touched.
   QRect Segments(const CurveLine& line, std::size_t first);
   QRectF OnSurface(const QRect& dots) const;
@@ -190,8 +190,8 @@ void CurveSketch::PrintVerticalText(const QString& text, const QFontMetricsF& me
 
 void CurveSketch::Remark(const QFontMetricsF& metrics) {
   const QString words = geometry_.Scale().X.Drawable()
-                            ? QStringLiteral("The scale ends where it begins, or below.")
-                            : QStringLiteral("The range ends where it begins, or before.");
+                            ? QStringLiteral("The top of the scale is not above its bottom.")
+                            : QStringLiteral("The end of the range is not above its start.");
   const QPointF middle = geometry_.Area().center() * dotsPerTwip_;
   const double room = geometry_.Area().width() * dotsPerTwip_;
   const QString text = metrics.elidedText(words, Qt::ElideRight, room);
@@ -262,7 +262,7 @@ void CurveSketch::Curves() {
   for (const CurveLine& line : view_.Lines) Segments(line, 1);
 }
 
-void CurveSketch::Marks() {
+void CurveSketch::PeaksAndValleys() {
   if (!HasRoomForCurves()) return;
   PaintMarks(painter_, view_, geometry_, CurveDots(geometry_, dotsPerTwip_), traces_, Type(kScaleType), line_,
              OnPixels());
@@ -292,7 +292,7 @@ void PaintCurve(QPainter& painter, const QRectF& surface, const CurveView& view,
     } else {
       sketch.Scale();
       sketch.Curves();
-      sketch.Marks();
+      sketch.PeaksAndValleys();
     }
   }
   painter.restore();

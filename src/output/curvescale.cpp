@@ -38,7 +38,7 @@ struct KindRow {
   AxisRange Farthest;
 };
 
-constexpr double kOpen = std::numeric_limits<double>::max() / 4;
+constexpr double kOpen = std::numeric_limits<double>::max();
 
 const KindRow& RowOf(AxisKind kind) {
   static const KindRow kRows[] = {
@@ -49,6 +49,8 @@ const KindRow& RowOf(AxisKind kind) {
   return kRows[static_cast<std::size_t>(kind)];
 }
 
+/// From here on lengths times twips are no numbers any more.
+constexpr double kBeyondNumbers = 1e300;
 /// Differences of decimals are off by so much, relatively.
 constexpr double kRounding = 1e-9;
 constexpr double kMostTicks = 100;
@@ -63,7 +65,7 @@ double StepsTo(double value, double step) {
 }  // namespace
 
 bool AxisRange::Drawable() const {
-  return std::isfinite(Low) && std::isfinite(High) && std::isfinite(High - Low) && Low < High;
+  return std::abs(Low) < kBeyondNumbers && std::abs(High) < kBeyondNumbers && Low < High;
 }
 
 double TickStep(AxisKind kind, double range) {

@@ -13,7 +13,7 @@ enum class AxisKind { Abs, Trans, Energy, Wavelength, Time };
 struct AxisRange {
   double Low = 0;
   double High = 1;
-  /// Low lies below High and both are numbers; only then is there anything to draw.
+  /// Low lies below High and both are numbers, within 1e300; only then is there anything to draw.
   bool Drawable() const;
   double Length() const { return High - Low; }
   bool operator==(const AxisRange&) const = default;

@@ -101,6 +101,8 @@ TEST(LabelPlaces, EachPlaceIsGivenOnceAndInsideOnly) {
   EXPECT_FALSE(places.Take({10, -1, 5, 5}));
   EXPECT_TRUE(places.IsFree({60, 10, 20, 10}));
   EXPECT_TRUE(places.Take({60, 10, 20, 10})) << "looking takes nothing";
+  places.Block({-10, 30, 30, 10});
+  EXPECT_FALSE(places.Take({15, 35, 10, 10}));
 }
 
 }  // namespace

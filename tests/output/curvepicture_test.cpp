@@ -221,7 +221,8 @@ TEST(CurvePicture, AScaleThatIsNoneShowsTheFrameAndSaysWhy) {
   for (const CurveScale& scale :
        {CurveScale{{500, 500}, {0, 3}}, CurveScale{{600, 400}, {0, 3}}, CurveScale{{350, 1100}, {3, 0}},
         CurveScale{{350, 1100}, {1, 1}}, CurveScale{{kNaN, 1100}, {0, 3}},
-        CurveScale{{350, kInfinity}, {0, 3}}, CurveScale{{350, 1100}, {-1.7e308, 1.7e308}}}) {
+        CurveScale{{350, kInfinity}, {0, 3}}, CurveScale{{350, 1100}, {-1.7e308, 1.7e308}},
+        CurveScale{{-1e308, 0}, {0, 3}}}) {
     OwnedCurve curve = HolmiumCurve(1000, 0.1);
     curve.View.Scale = scale;
     curve.View.Marks = {{450, 1.2, false, QStringLiteral("1")}};
@@ -233,9 +234,15 @@ TEST(CurvePicture, AScaleThatIsNoneShowsTheFrameAndSaysWhy) {
 }
 
 TEST(CurvePicture, ScalesOfAnySizeAreDrawn) {
-  for (const CurveScale& scale : {CurveScale{{-1e308, 0}, {0, 1e308}}, CurveScale{{0, 5e-324}, {0, 5e-324}},
-                                  CurveScale{{1e17, 1e17 + 32}, {-2147483648.0, 2147483647.0}}}) {
+  for (const CurveScale& scale :
+       {CurveScale{{-9e299, 9e299}, {-9e299, 9e299}}, CurveScale{{0, 5e-324}, {0, 5e-324}},
+        CurveScale{{1e17, 1e17 + 32}, {-2147483648.0, 2147483647.0}}}) {
     OwnedCurve curve = HolmiumCurve(100, 0.1);
+    for (const double value : {-8e299, 0.0, 5e-324, 1e17, 8e299}) {
+      curve.X.push_back(value);
+      curve.Y.push_back(value);
+    }
+    curve.Show();
     curve.View.Scale = scale;
     EXPECT_EQ(CurveImage(curve.View, {600, 400}, {}).pixelColor(80, 200), kScaleBlue);
   }
@@ -296,7 +303,7 @@ TEST(CurvePicture, MarksStandAbovePeaksAndBelowValleysAndOnlyInsideTheRange) {
   EXPECT_EQ(CountOf(none, curve.View.Colours.Valley), 0);
 }
 
-TEST(CurvePicture, ThousandsOfMarksAreDrawnWithTheTextsThatFind) {
+TEST(CurvePicture, ThousandsOfMarksAreDrawnWithTheTextsThatFindRoom) {
   OwnedCurve curve = HolmiumCurve(10001, 0.05);
   for (std::size_t i = 0; i < 5000; ++i)
     curve.View.Marks.push_back({curve.X[2 * i], curve.Y[2 * i], i % 2 == 0, QStringLiteral("%1").arg(i)});

@@ -132,9 +132,10 @@ void PicCurve::EndRectangle(const QPointF& pixel) {
   corner_.reset();
   update();
   SetZoomSelecting(false);
-  if (!geometry.Drawable() || !(twips.width() > 0 && twips.height() > 0)) return;
+  if (!geometry.Drawable()) return;
   const CurveScale scale = {{geometry.ValueAtX(twips.left()), geometry.ValueAtX(twips.right())},
                             {geometry.ValueAtY(twips.bottom()), geometry.ValueAtY(twips.top())}};
+  // Without a width or a height it has no scale.
   if (scale.Drawable()) emit RectangleSelected(scale, (twips.size() / kScreenTwips).toSize());
 }
 

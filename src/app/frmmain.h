@@ -113,7 +113,6 @@ class FrmMain : public QMainWindow, public MainWindow, public MainDisplay {
   void ShowOption();
   void ShowAbout();
 
-  QAction* ActionOf(int command) const override { return bars_->Action(command); }
   QTimer& SampleTimer() { return sampleTimer_; }
 
  signals:

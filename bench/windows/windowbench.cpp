@@ -1,14 +1,11 @@
 // What the windows cost the interface thread: a live reading tick beyond its exchange, a click that waits for
 // the end of an exchange, the processor time of waiting, and a redraw of the curve of a quantitation.
 // QT_QPA_PLATFORM=offscreen build/release/bin/window_bench
-#include <sys/resource.h>
 #include <unistd.h>
 
 #include <QApplication>
 #include <QTemporaryDir>
 
-#include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <vector>
 
@@ -18,30 +15,11 @@
 #include "link/memoryport.h"
 #include "modes/windows/qualinepic.h"
 #include "simulator/simulatedline.h"
+#include "windows/windowreport.h"
 
 namespace {
 
 using namespace spectrane;
-using Wall = std::chrono::steady_clock;
-
-double MsSince(Wall::time_point from) {
-  return std::chrono::duration<double, std::milli>(Wall::now() - from).count();
-}
-
-double CpuMs() {
-  rusage usage{};
-  getrusage(RUSAGE_SELF, &usage);
-  const auto ms = [](const timeval& time) {
-    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_usec) / 1e3;
-  };
-  return ms(usage.ru_utime) + ms(usage.ru_stime);
-}
-
-void Report(const char* what, std::vector<double> ms) {
-  std::sort(ms.begin(), ms.end());
-  std::printf("%-48s median %7.3f ms   p99 %7.3f ms   worst %7.3f ms\n", what, ms[ms.size() / 2],
-              ms[ms.size() * 99 / 100], ms.back());
-}
 
 /// The simulated instrument in memory, which sleeps for as long as a reading of a real one takes on the line.
 class SleepingPeer : public LinePeer {

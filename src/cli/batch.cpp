@@ -13,6 +13,7 @@
 #include "cli/instrumentcommands.h"
 #include "cli/numbercommands.h"
 #include "cli/quantitationcommands.h"
+#include "cli/spectrumcommands.h"
 
 namespace spectrane {
 namespace {
@@ -24,6 +25,7 @@ constexpr AddCommands kCommandGroups[] = {
     AddNumberCommands,
     AddFileCommands,
     AddQuantitationCommands,
+    AddSpectrumCommands,
     AddInstrumentCommands,
 };
 

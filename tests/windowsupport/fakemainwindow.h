@@ -43,6 +43,8 @@ class FakeMainWindow : public MainWindow {
     ++FormatChanges;
     if (Active) Active->FormatsChanged();
   }
+  void DataTableChanged(DocumentWindow*) override { ++TableChanges; }
+  void ShowReadout(const QString& text) override { Readout = text; }
   void RunBegins(DocumentWindow* window) override {
     ++RunDepth;
     ++Runs;
@@ -57,6 +59,8 @@ class FakeMainWindow : public MainWindow {
   std::function<void()> OnMenuStyle;
   int FormatChanges = 0;
   QStringList Files;
+  int TableChanges = 0;
+  QString Readout;
   int MenuStyle = -1;
   /// Runs under way, runs begun so far, and who began the last one.
   int RunDepth = 0;

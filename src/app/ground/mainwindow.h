@@ -48,6 +48,11 @@ class MainWindow {
   /// Number formats have changed: what is on show is written anew.
   virtual void FormatsChanged() = 0;
 
+  /// The tables of `document` have come, gone or changed.
+  virtual void DataTableChanged(DocumentWindow* /*document*/) {}
+  /// A line in the status bar for as long as the pointer is over something; empty gives the place back.
+  virtual void ShowReadout(const QString& /*text*/) {}
+
   /// A routine of several instrument commands begins and ends; between the two the measuring commands are
   /// disabled and the main window does not close. `window` (may be null) is the one that measures.
   virtual void RunBegins(DocumentWindow* window) = 0;

@@ -12,6 +12,7 @@
 #include "cli/filecommands.h"
 #include "cli/instrumentcommands.h"
 #include "cli/numbercommands.h"
+#include "cli/statscommand.h"
 
 namespace spectrane {
 namespace {
@@ -22,6 +23,7 @@ constexpr const char* kProgram = "spectrane-cli";
 constexpr AddCommands kCommandGroups[] = {
     AddNumberCommands,
     AddFileCommands,
+    AddStatsCommand,
     AddInstrumentCommands,
 };
 

@@ -49,6 +49,7 @@ const CommandRow kRows[] = {
     {kBigIcon, 208, When::Always, "", true, [](F& f) { f.ToggleBar(kBigIcon); }, nullptr},
     {kResetLayout, 0, When::Always, "", false, [](F& f) { f.ResetLayout(); }, nullptr, "Reset Layout"},
     {kNextPane, 0, When::Always, "F6", false, [](F& f) { f.FocusNextPane(); }, nullptr, "Next Bar"},
+    {kDataTable, 0, When::Always, "", true, [](F& f) { f.ToggleDataTable(); }, nullptr, "Data Table"},
     {kProgramOption, 210, When::NoRun, "Ctrl+,", false, [](F& f) { f.ShowOption(); }, nullptr},
 
     {kConnect, 302, When::NotConnected, "F9", false, [](F& f) { f.ConnectCommand(); }, nullptr},
@@ -130,6 +131,7 @@ const MenuRow kMenus[] = {
     {Kind::Item, kDataViewBar},
     {Kind::Item, kExpandButton},
     {Kind::Item, kTabWorkspace},
+    {Kind::Item, kDataTable},
     {Kind::Item, kStatusBar},
     {Kind::Separator},
     {Kind::Item, kProgramOption},

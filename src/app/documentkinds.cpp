@@ -3,6 +3,8 @@
 #include "app/ground/commands.h"
 #include "modes/windows/frmbasic.h"
 #include "modes/windows/frmqua.h"
+#include "spectrum/windows/frmwls.h"
+#include "spectrum/windows/frmwlsver2.h"
 
 namespace spectrane {
 namespace {
@@ -15,11 +17,11 @@ DocumentWindow* Make(MainWindow& frame) {
 const DocumentKind kKinds[] = {
     {kQuantitationFile, 1, kNewQua, 104, "FrmQua", &Make<FrmQua>},
     {kKineticsFile, 2, kNewTS, 105, "FrmTS", nullptr},
-    {kScanFile, 3, kNewWLS, 106, "FrmWLS", nullptr},
+    {kScanFile, 3, kNewWLS, 106, "FrmWLS", &Make<FrmWLS>},
     {kMultiFile, 4, kNewMulti, 107, "FrmMulti", nullptr},
     {kDNAFile, 5, kNewDNA, 108, "FrmDNA", nullptr},
     {kPhotometryFile, 11, kNewBasic, 121, "FrmBasic", &Make<FrmBasic>},
-    {0, 12, 0, 0, "FrmWLSVer2", nullptr},
+    {0, 12, 0, 0, "FrmWLSVer2", &Make<FrmWLSVer2>},
 };
 
 }  // namespace

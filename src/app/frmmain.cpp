@@ -11,6 +11,7 @@
 
 #include "app/barlooks.h"
 #include "app/commandtable.h"
+#include "app/datadock.h"
 #include "app/ground/commandicon.h"
 #include "app/ground/documentwindow.h"
 #include "app/ground/languagefont.h"
@@ -37,6 +38,7 @@ constexpr int kVisible = 80;
 constexpr int kFrameWidth = 4;
 
 const QString kBarsName = QStringLiteral("FrmMain/Bars");
+const QString kDataTableName = QStringLiteral("FrmMain/DataTable");
 const QString kPlaceName = QStringLiteral("FrmMain/Place");
 
 }  // namespace
@@ -56,6 +58,7 @@ FrmMain::FrmMain(const ProgramParts& parts)
       parts_.Ports, parts_.Time, parts_.Loop, parts_.Turn, parts_.Settings, *this, *boxes_, brand});
   LoadWindowSettings();
   BuildBars();
+  BuildDataDock();
   BuildTimers();
   RestoreLayout();
   SetMenuStyle(window_.MenuStyle);
@@ -67,6 +70,7 @@ FrmMain::~FrmMain() {
   // Children talk to this window to their very end; what the toolkit still reports then goes nowhere.
   closing_ = true;
   workspace_->disconnect(this);
+  dock_ = nullptr;
   delete std::exchange(workspace_, nullptr);
 }
 
@@ -84,7 +88,10 @@ void FrmMain::LoadWindowSettings() {
 void FrmMain::BuildBars() {
   workspace_ = new Workspace(this);
   setCentralWidget(workspace_);
-  connect(workspace_, &Workspace::ActiveChanged, this, [this] { UpdateCommands(); });
+  connect(workspace_, &Workspace::ActiveChanged, this, [this] {
+    DataTableChanged(ActiveForm());
+    UpdateCommands();
+  });
   connect(workspace_, &Workspace::PopupWanted, this,
           [this](const QPoint& at) { bars_->PopupMenu()->popup(at); });
   status_ = new MainStatus(this);
@@ -96,6 +103,24 @@ void FrmMain::BuildBars() {
   display_ = new DataDisplay(this, bars_->Action(kSetWavelength));
   addToolBar(display_);
   bars_->Adopt(display_);
+}
+
+void FrmMain::BuildDataDock() {
+  dock_ = new DataDock(this);
+  addDockWidget(Qt::BottomDockWidgetArea, dock_);
+  connect(dock_, &DataDock::WantedChanged, this, [this](bool wanted) {
+    bars_->Action(kDataTable)->setChecked(wanted);
+    layout_.Store(kDataTableName, wanted ? QByteArray("1") : QByteArray("0"));
+  });
+}
+
+void FrmMain::DataTableChanged(DocumentWindow* document) {
+  // In the middle of its making a window is not active yet; it asks again when it is.
+  if (dock_ && document == ActiveForm()) dock_->Follow(document ? document->DataTable() : nullptr);
+}
+
+void FrmMain::ToggleDataTable() {
+  dock_->SetWanted(!dock_->IsWanted());
 }
 
 void FrmMain::BuildTimers() {
@@ -118,6 +143,7 @@ void FrmMain::BuildTimers() {
 void FrmMain::RestoreLayout() {
   firstLayout_ = saveState(kLayoutVersion);
   if (const QByteArray bars = layout_.Bytes(kBarsName); !bars.isEmpty()) restoreState(bars, kLayoutVersion);
+  dock_->SetWanted(layout_.Bytes(kDataTableName) != "0");
   ApplyBarFlags();
 }
 
@@ -134,6 +160,8 @@ void FrmMain::ApplyBarFlags() {
   workspace_->SetTabs(window_.TabWorkspace);
   bars_->ShowExpandButtons(window_.ExpandButton);
   bars_->SetBigIcons(window_.BigIcon);
+  bars_->Action(kDataTable)->setChecked(dock_->IsWanted());
+  DataTableChanged(ActiveForm());
 }
 
 bool* FrmMain::FlagOf(int viewCommand, const char** key) {
@@ -179,6 +207,7 @@ void FrmMain::ResetLayout() {
     StoreWindowSetting(parts_.Settings, kWindowSection, key, window_);
   }
   restoreState(firstLayout_, kLayoutVersion);
+  dock_->SetWanted(true);
   ApplyBarFlags();
   showNormal();
   normal_ = QRect(screen()->availableGeometry().topLeft() + QPoint(40, 40), kFirstSize);
@@ -293,7 +322,21 @@ void FrmMain::SetStatus(StatusPane pane, const std::string& text) {
 
 void FrmMain::SetRemark(const std::string& text) {
   remark_ = text;
-  status_->SetRemark(text.empty() ? IdleHint() : QString::fromStdString(text), !text.empty());
+  ShowRemarkLine();
+}
+
+void FrmMain::ShowReadout(const QString& text) {
+  if (text == readout_) return;
+  readout_ = text;
+  ShowRemarkLine();
+}
+
+void FrmMain::ShowRemarkLine() {
+  if (!readout_.isEmpty()) {
+    status_->SetRemark(readout_, false);
+  } else {
+    status_->SetRemark(remark_.empty() ? IdleHint() : QString::fromStdString(remark_), !remark_.empty());
+  }
 }
 
 void FrmMain::EnableSampleTimer(bool on) {

@@ -19,6 +19,7 @@
 
 namespace spectrane {
 
+class DataDock;
 struct CommandRow;
 
 /// What the main window works with; all of it outlives the window.
@@ -62,6 +63,9 @@ class FrmMain : public QMainWindow, public MainWindow, public MainDisplay {
   void NoteFile(const QString& path) override;
   void SetMenuStyle(int style) override;
   void FormatsChanged() override;
+  void DataTableChanged(DocumentWindow* document) override;
+  QAction* ActionOf(int command) const override { return bars_->Action(command); }
+  void ShowReadout(const QString& text) override;
   void RunBegins(DocumentWindow* window) override;
   void RunEnds() override;
 
@@ -102,13 +106,13 @@ class FrmMain : public QMainWindow, public MainWindow, public MainDisplay {
   void mmuOperationRezero();
   void SwitchLamp(int command);
   void ToggleBar(int viewCommand);
+  void ToggleDataTable();
   void ResetLayout();
   void FocusNextPane();
   void Arrange(int windowCommand);
   void ShowOption();
   void ShowAbout();
 
-  QAction* ActionOf(int command) const { return bars_->Action(command); }
   QTimer& SampleTimer() { return sampleTimer_; }
 
  signals:
@@ -130,6 +134,7 @@ class FrmMain : public QMainWindow, public MainWindow, public MainDisplay {
   void SetFrmMainFont();
   void LoadWindowSettings();
   void BuildBars();
+  void BuildDataDock();
   void BuildTimers();
   void RestoreLayout();
   void ApplyBarFlags();
@@ -144,6 +149,7 @@ class FrmMain : public QMainWindow, public MainWindow, public MainDisplay {
   // Commands (frmmaincommands.cpp).
   bool IsEnabled(const CommandRow& row) const;
   QString IdleHint() const;
+  void ShowRemarkLine();
   bool QueryUnload();
   bool ChildrenMayClose();
   bool LinkMayClose();
@@ -168,6 +174,7 @@ class FrmMain : public QMainWindow, public MainWindow, public MainDisplay {
   Workspace* workspace_ = nullptr;
   MainStatus* status_ = nullptr;
   DataDisplay* display_ = nullptr;
+  DataDock* dock_ = nullptr;
   std::unique_ptr<CommandBars> bars_;
   std::unique_ptr<InstrumentLink> link_;
   DocumentCounters counters_;
@@ -179,6 +186,7 @@ class FrmMain : public QMainWindow, public MainWindow, public MainDisplay {
   // Place and size in the normal state.
   QRect normal_;
   std::string remark_;
+  QString readout_;
   DocumentWindow* measuring_ = nullptr;
   int runs_ = 0;
   bool closing_ = false;

@@ -6,11 +6,13 @@
 #include <exception>
 
 #include "app/commandtable.h"
+#include "app/datadock.h"
 #include "app/frmabout.h"
 #include "app/frmmain.h"
 #include "app/frmnew.h"
 #include "app/frmoption.h"
 #include "app/ground/documentwindow.h"
+#include "app/ground/frmdatatabel.h"
 #include "app/ground/words.h"
 #include "base/language.h"
 #include "base/textnumbers.h"
@@ -66,7 +68,7 @@ void FrmMain::UpdateCommands() {
   for (const CommandRow& row : CommandRows()) bars_->Action(row.Number)->setEnabled(IsEnabled(row));
   const InstrumentState& state = link_->State;
   status_->ShowSimulated(state.InstrumentConnected && link_->Instrument.Company().starts_with(kSimulated));
-  if (remark_.empty()) status_->SetRemark(IdleHint(), false);
+  if (remark_.empty()) ShowRemarkLine();
   const QString connectStep =
       state.InstrumentConnected
           ? tr("1.  The instrument is connected.")
@@ -261,6 +263,7 @@ void FrmMain::FocusNextPane() {
       }
     }
   }
+  if (dock_->isVisible()) panes.append(dock_->Table());
   DocumentWindow* active = ActiveForm();
   panes.append(active ? static_cast<QWidget*>(active) : workspace_);
   QWidget* focus = QApplication::focusWidget();

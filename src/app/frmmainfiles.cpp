@@ -57,7 +57,11 @@ DocumentWindow* FrmMain::ShowNew(const DocumentKind& kind, const QString& captio
   document->SetCaption(caption);
   connect(document, &DocumentWindow::FrameCloseWanted, this, [this] { close(); });
   connect(document, &QObject::destroyed, this, [this] {
-    if (!closing_) QTimer::singleShot(0, this, [this] { UpdateCommands(); });
+    if (closing_) return;
+    QTimer::singleShot(0, this, [this] {
+      DataTableChanged(ActiveForm());
+      UpdateCommands();
+    });
   });
   workspace_->Add(document);
   UpdateCommands();

@@ -1,6 +1,7 @@
 #include "app/messageboxes.h"
 
 #include <QApplication>
+#include <QColorDialog>
 #include <QFileDialog>
 #include <QMessageBox>
 
@@ -82,6 +83,10 @@ QString MessageBoxes::SaveFileName(const QString& filter, const QString& path) {
   // The question before overwriting is the program's own.
   return QFileDialog::getSaveFileName(Parent(), PlainCaption(Words(111)), path, DialogFilter(filter), nullptr,
                                       QFileDialog::DontConfirmOverwrite);
+}
+
+QColor MessageBoxes::AskColour(const QColor& now, const QString& title) {
+  return QColorDialog::getColor(now, Parent(), title);
 }
 
 }  // namespace spectrane

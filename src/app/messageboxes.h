@@ -23,6 +23,7 @@ class MessageBoxes : public Questions {
   Answer AskYesNoCancel(const QString& words) override;
   QString OpenFileName(const QString& filter, const QString& path) override;
   QString SaveFileName(const QString& filter, const QString& path) override;
+  QColor AskColour(const QColor& now, const QString& title) override;
 
  private:
   QWidget* Parent() const;

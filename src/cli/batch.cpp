@@ -12,6 +12,7 @@
 #include "cli/filecommands.h"
 #include "cli/instrumentcommands.h"
 #include "cli/numbercommands.h"
+#include "cli/spectrumcommands.h"
 #include "cli/statscommand.h"
 
 namespace spectrane {
@@ -23,6 +24,7 @@ constexpr const char* kProgram = "spectrane-cli";
 constexpr AddCommands kCommandGroups[] = {
     AddNumberCommands,
     AddFileCommands,
+    AddSpectrumCommands,
     AddStatsCommand,
     AddInstrumentCommands,
 };

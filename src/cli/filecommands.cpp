@@ -10,7 +10,6 @@
 #include "cli/filekinds.h"
 #include "cli/jsonblock.h"
 #include "files/datafile.h"
-#include "files/file.h"
 
 namespace spectrane {
 namespace {
@@ -18,15 +17,6 @@ namespace {
 /// Largest JSON document that is read [bytes].
 constexpr std::size_t kLargestDocument = std::size_t{1} << 27;
 constexpr const char* kStandardInput = "-";
-
-const BatchKind& KindOfFile(const std::string& path) {
-  std::int32_t fileType = 0;
-  FileFault fault;
-  if (!GetFileType(path, fileType, &fault)) throw Refusal(path, fault);
-  const BatchKind* const kind = KindOfType(fileType);
-  if (kind == nullptr) throw Refusal(path, "unknown file type " + std::to_string(fileType));
-  return *kind;
-}
 
 void AddInfo(CLI::App& root, BatchContext& context) {
   const auto path = std::make_shared<std::string>();

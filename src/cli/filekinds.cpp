@@ -9,6 +9,7 @@
 #include "files/basicfile.h"
 #include "files/bslfile.h"
 #include "files/dnafile.h"
+#include "files/file.h"
 #include "files/fileheader.h"
 #include "files/multifile.h"
 #include "files/quafile.h"
@@ -130,11 +131,41 @@ FileFault Pack(const FileModule<OptionT, RecordT>& module, const JsonInput& docu
 template <typename OptionT, typename RecordT>
 BatchKind MakeKind(const FileModule<OptionT, RecordT>& module, Derive<OptionT, RecordT> derive = nullptr) {
   return {
-      &module, [&module](const std::string& path) { return Describe(module, path); },
+      &module,
+      [&module](const std::string& path) { return Describe(module, path); },
       [&module, derive](const std::string& path, bool smooth) { return Dump(module, derive, path, smooth); },
       [&module](const JsonInput& document, const std::string& path, std::size_t& records, bool& lost) {
         return Pack(module, document, path, records, lost);
-      }};
+      },
+      {},
+      0};
+}
+
+/// A whole file as a curve over the field `x`; `columns` gives %T and absorbance, in this order.
+template <typename OptionT, typename RecordT>
+BatchCurve ReadCurve(const FileModule<OptionT, RecordT>& module, Derive<OptionT, RecordT> columns,
+                     double RecordT::*x, const std::string& path, bool smooth) {
+  OptionT option;
+  std::vector<RecordT> records;
+  const FileFault fault = LoadDataFile(module, path, option, records);
+  if (fault) throw Refusal(path, fault);
+  BatchCurve curve;
+  for (const RecordT& record : records) curve.X.push_back(record.*x);
+  std::vector<DerivedColumn> derived = columns(option, records, smooth);
+  curve.Trans = std::move(derived[0].Values);
+  curve.Abs = std::move(derived[1].Values);
+  return curve;
+}
+
+/// A kind with a curve over the field `x`.
+template <typename OptionT, typename RecordT>
+BatchKind WithCurve(BatchKind kind, const FileModule<OptionT, RecordT>& module,
+                    Derive<OptionT, RecordT> columns, double RecordT::*x, double peakHeight) {
+  kind.Curve = [&module, columns, x](const std::string& path, bool smooth) {
+    return ReadCurve(module, columns, x, path, smooth);
+  };
+  kind.PeakHeight = peakHeight;
+  return kind;
 }
 
 std::vector<DerivedColumn> Columns(std::vector<double> trans, std::vector<double> abs) {
@@ -172,13 +203,23 @@ std::vector<DerivedColumn> DeriveScan(const WLSOption&, const std::vector<WLSRec
   return Columns(std::move(values.Trans), std::move(values.Abs));
 }
 
+std::vector<DerivedColumn> StoredScan(const WLSOption&, const std::vector<WLS2Record>& records, bool) {
+  std::vector<double> trans;
+  std::vector<double> abs;
+  for (const WLS2Record& record : records) {
+    trans.push_back(record.Trans);
+    abs.push_back(record.Abs);
+  }
+  return Columns(std::move(trans), std::move(abs));
+}
+
 const auto& Kinds() {
   static const std::array kinds = {
       MakeKind(BasicModule(), DeriveBasic),
       MakeKind(QuaModule()),
-      MakeKind(TSModule(), DeriveTimeScan),
-      MakeKind(WLSModule(), DeriveScan),
-      MakeKind(WLS2Module()),
+      WithCurve(MakeKind(TSModule(), DeriveTimeScan), TSModule(), DeriveTimeScan, &TSRecord::Time, 0.001),
+      WithCurve(MakeKind(WLSModule(), DeriveScan), WLSModule(), DeriveScan, &WLSRecord::Wavelength, 0.001),
+      WithCurve(MakeKind(WLS2Module()), WLS2Module(), StoredScan, &WLS2Record::Wavelength, 0.01),
       MakeKind(MultiModule()),
       MakeKind(DNAModule()),
       MakeKind(BSLModule()),
@@ -200,6 +241,15 @@ const BatchKind* KindOfName(const std::string& name) {
     if (kind.Kind->Name == name) return &kind;
   }
   return nullptr;
+}
+
+const BatchKind& KindOfFile(const std::string& path) {
+  std::int32_t fileType = 0;
+  FileFault fault;
+  if (!GetFileType(path, fileType, &fault)) throw Refusal(path, fault);
+  const BatchKind* const kind = KindOfType(fileType);
+  if (kind == nullptr) throw Refusal(path, "unknown file type " + std::to_string(fileType));
+  return *kind;
 }
 
 }  // namespace spectrane

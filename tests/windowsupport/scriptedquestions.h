@@ -42,6 +42,10 @@ class ScriptedQuestions : public Questions {
   void ExpectOpenName(const QString& filter, const QString& path, Meanwhile meanwhile = {}) {
     Add({QStringLiteral("open: ") + filter, Answer::No, path, std::move(meanwhile)});
   }
+  /// The colour dialog of that title; an invalid `colour` is a person who chooses none.
+  void ExpectColour(const QString& title, const QColor& colour) {
+    Add({QStringLiteral("colour: ") + title, Answer::No, colour.isValid() ? colour.name() : QString(), {}});
+  }
   bool AllAsked() const { return steps_.empty(); }
 
   /// The text behind the last box, and where the last file dialog began.
@@ -69,6 +73,10 @@ class ScriptedQuestions : public Questions {
   QString SaveFileName(const QString& filter, const QString& path) override {
     BeganWith = path;
     return Take(QStringLiteral("save as: ") + filter).Path;
+  }
+  QColor AskColour(const QColor& now, const QString& title) override {
+    BeganWith = now.name();
+    return QColor(Take(QStringLiteral("colour: ") + title).Path);
   }
 
  private:

@@ -76,6 +76,7 @@ enum Command : int {
   // Of this program alone, without a row in the text table.
   kResetLayout = 9001,
   kNextPane = 9002,
+  kDataTable = 9003,
 };
 
 }  // namespace spectrane

@@ -114,6 +114,7 @@ bool DocumentWindow::mmuOpenFile(const QString& path) {
   const bool whole = ReadDocument(path, fault);
   // As it was read: what happens to it while a box is open counts as somebody else's.
   RememberFile(path);
+  if (whole && FileWords().KeepsFolder) StoreFilePath(path);
   if (!whole) frame_.Boxes().ShowWords(path + Words(kOpenError), fault);
   DocumentChanged();
   return whole;
@@ -136,7 +137,14 @@ QString DocumentWindow::PathToBeginWith() const {
   if (!OpenFileName().isEmpty()) return OpenFileName();
   const QString last =
       QString::fromStdString(frame_.Settings().GetSetting(FileWords().Section, kFilePathKey));
-  return last.isEmpty() ? QDir::homePath() : QFileInfo(last).absolutePath();
+  if (last.isEmpty()) return QDir::homePath();
+  return FileWords().KeepsFolder ? last : QFileInfo(last).absolutePath();
+}
+
+void DocumentWindow::StoreFilePath(const QString& path) {
+  const FileKindWords words = FileWords();
+  const QString stored = words.KeepsFolder ? QFileInfo(path).absolutePath() : path;
+  frame_.Settings().PutSetting(words.Section, kFilePathKey, stored.toStdString());
 }
 
 bool DocumentWindow::mmuSaveAsFile() {
@@ -172,7 +180,7 @@ bool DocumentWindow::SaveTo(const QString& path) {
     return false;
   }
   RememberFile(path);
-  frame_.Settings().PutSetting(FileWords().Section, kFilePathKey, path.toStdString());
+  StoreFilePath(path);
   frame_.NoteFile(path);
   SetCaption(QFileInfo(path).fileName());
   DocumentChanged();

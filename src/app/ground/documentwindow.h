@@ -9,6 +9,8 @@
 
 namespace spectrane {
 
+class FrmDataTabel;
+
 /// What a kind of data file needs in dialogs.
 struct FileKindWords {
   /// Text number of the dialog filter.
@@ -17,6 +19,8 @@ struct FileKindWords {
   const char* Ending;
   /// Section of config.ini whose `File Path` begins the save dialog.
   const char* Section;
+  /// `File Path` has the folder of the file instead of the file.
+  bool KeepsFolder = false;
 };
 
 /// A child of the main window. The main window calls these procedures on the active child; what a window has
@@ -63,6 +67,8 @@ class DocumentWindow : public QWidget, public RezeroTarget {
   virtual bool Offers(int command) const = 0;
   /// Number formats have changed: the window shows its figures anew.
   virtual void FormatsChanged() {}
+  /// The tables that belong to the window, shown while it is the active child; null for none.
+  virtual FrmDataTabel* DataTable() const { return nullptr; }
   /// Text typed into an editor that is still open is taken over.
   virtual void CommitEditors() {}
 
@@ -127,6 +133,7 @@ class DocumentWindow : public QWidget, public RezeroTarget {
   bool SaveTo(const QString& path);
   QString PathToBeginWith() const;
   void RememberFile(const QString& path);
+  void StoreFilePath(const QString& path);
   bool FileWasChanged() const;
 
   MainWindow& frame_;

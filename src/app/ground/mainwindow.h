@@ -6,6 +6,7 @@
 #include "link/instrumentlink.h"
 #include "modes/testbench.h"
 
+class QAction;
 class QString;
 class QWidget;
 
@@ -44,6 +45,13 @@ class MainWindow {
   virtual void SetMenuStyle(int style) = 0;
   /// Number formats have changed: what is on show is written anew.
   virtual void FormatsChanged() = 0;
+
+  /// The tables of `document` have come, gone or changed.
+  virtual void DataTableChanged(DocumentWindow* /*document*/) {}
+  /// The action of a command for a document's own menus; null for one that there is not.
+  virtual QAction* ActionOf(int /*command*/) const { return nullptr; }
+  /// A line in the status bar for as long as the pointer is over something; empty gives the place back.
+  virtual void ShowReadout(const QString& /*text*/) {}
 
   /// A routine of several instrument commands begins and ends; between the two the measuring commands are
   /// disabled and the main window does not close. `window` (may be null) is the one that measures.

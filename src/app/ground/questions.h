@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QColor>
 #include <QString>
 
 #include "link/displays.h"
@@ -24,6 +25,8 @@ class Questions : public Messages {
   /// table: captions and patterns in turn, between bars. `path` is the folder or file to begin with.
   virtual QString OpenFileName(const QString& filter, const QString& path) = 0;
   virtual QString SaveFileName(const QString& filter, const QString& path) = 0;
+  /// A colour, beginning with `now`; an invalid one when the person chose none.
+  virtual QColor AskColour(const QColor& now, const QString& title) = 0;
 };
 
 /// A filter text of the table as the toolkit wants it: "Caption (*.a *.b)" for each pair.

@@ -1,0 +1,29 @@
+#include "app/ground/numberfield.h"
+
+#include "base/numbers.h"
+
+namespace spectrane {
+
+NumberField::NumberField(int characters, QWidget* parent) : QLineEdit(parent) {
+  setAlignment(Qt::AlignRight);
+  ensurePolished();
+  setMinimumWidth(fontMetrics().averageCharWidth() * characters);
+}
+
+void NumberField::SetNumber(double number, const std::string& pattern) {
+  number_ = number;
+  shown_ = QString::fromStdString(Format(number, pattern));
+  setText(shown_);
+}
+
+std::optional<double> NumberField::Number() const {
+  if (text() == shown_) return number_;
+  return ParseNumber(text().toStdString());
+}
+
+void NumberField::PointOut() {
+  setFocus();
+  selectAll();
+}
+
+}  // namespace spectrane

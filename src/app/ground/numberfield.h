@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QLineEdit>
+
+#include <optional>
+#include <string>
+
+namespace spectrane {
+
+/// A field for one number. What its pattern does not show is not lost as long as nobody types.
+class NumberField : public QLineEdit {
+ public:
+  /// `characters` is its width.
+  NumberField(int characters, QWidget* parent);
+
+  void SetNumber(double number, const std::string& pattern);
+  /// Nothing when the text is no number.
+  std::optional<double> Number() const;
+  /// Puts the person in front of it, to type anew.
+  void PointOut();
+
+ private:
+  double number_ = 0;
+  QString shown_;
+};
+
+}  // namespace spectrane

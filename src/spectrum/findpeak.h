@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace spectrane {
+
+/// Indices of the peaks and valleys of a spectrum, each in ascending order.
+struct FoundPeaks {
+  std::vector<std::int32_t> PeakIndex;
+  std::vector<std::int32_t> ValleyIndex;
+};
+
+/// What a search looks for.
+struct PeakSearch {
+  /// Peak value [Abs]: by how much, at least, a peak stands out on both sides; equal to it is not enough.
+  double PeakHeight = 0.001;
+  bool Peaks = true;
+  bool Valleys = true;
+};
+
+/// Peaks and valleys of `abs`, the absorbance of the points in their order. A peak is higher than both its
+/// neighbours, and on each side the curve falls by more than the peak value before it reaches the peak's
+/// height again or climbs by more than 0.01 from one point to the next. Walking left ends at the second
+/// point; walking right takes one more cell behind the last point, which counts as 0. A valley is the same
+/// upside down. The time grows with the number of points alone.
+FoundPeaks FindPeak(std::span<const double> abs, const PeakSearch& search);
+
+}  // namespace spectrane

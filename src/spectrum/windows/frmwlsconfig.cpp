@@ -1,0 +1,341 @@
+#include "spectrum/windows/frmwlsconfig.h"
+
+#include <QButtonGroup>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFormLayout>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QRadioButton>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+#include "app/ground/colourbutton.h"
+#include "app/ground/colours.h"
+#include "app/ground/dialogparts.h"
+#include "app/ground/mainwindow.h"
+#include "app/ground/numberfield.h"
+#include "app/ground/words.h"
+#include "base/numbers.h"
+
+namespace spectrane {
+namespace {
+
+constexpr int kScanConfigTitle = 968;
+constexpr int kScanModeTexts[] = {703, 705, 708};
+constexpr const char* kScanModeNames[] = {"OptionAbs", "OptionTrans", "OptionEnergy"};
+constexpr int kSpeedTexts[] = {1308, 956, 957};
+constexpr const char* kSpeedNames[] = {"OptionSlow", "OptionStandard", "OptionQuick"};
+constexpr const char* kIntervals[] = {"0.1 nm", "0.2 nm", "0.5 nm", "1.0 nm", "2.0 nm", "5.0 nm"};
+constexpr int kPrintIntervals[] = {1, 2, 5, 10, 20, 50, 100};
+constexpr int kScaleCharacters = 10;
+constexpr const char* kRangeFormat = "0.0";
+
+/// What the ends of a scale are held inside, and how they are shown.
+struct RangeRow {
+  double Lowest;
+  double Highest;
+  const char* Unit;
+};
+constexpr RangeRow kRanges[] = {{-0.5, 3.0, "Abs"}, {-1.0, 200.0, "%T"}, {0.0, 65535.0, ""}};
+
+const RangeRow& RangeOf(ScanMode mode) {
+  return kRanges[static_cast<std::size_t>(mode) - 1];
+}
+
+std::string PatternOf(ScanMode mode, const DisplayFormats& formats) {
+  return mode == ScanMode::Trans ? formats.TransFormat : mode == ScanMode::Energy ? "0" : formats.AbsFormat;
+}
+
+void StoreRange(WLSOption& option, ScanMode mode, const ScanRange& range) {
+  if (mode == ScanMode::Abs) {
+    option.AbsTop = range.Top;
+    option.AbsBottom = range.Bottom;
+  } else if (mode == ScanMode::Trans) {
+    option.TransTop = range.Top;
+    option.TransBottom = range.Bottom;
+  } else {
+    option.EnergyTop = ToLong(range.Top);
+    option.EnergyBottom = ToLong(range.Bottom);
+  }
+}
+
+}  // namespace
+
+FrmWLSConfig::FrmWLSConfig(MainWindow& frame, const ScanSettings& settings)
+    : QDialog(&frame.Frame()),
+      frame_(frame),
+      settings_(settings),
+      mode_(ScanModeOf(settings.Option.DisplayMode)),
+      modes_(new QButtonGroup(this)),
+      speeds_(new QButtonGroup(this)) {
+  DialogParts parts(*this, "FrmWLSConfig", Caption(kScanConfigTitle));
+  auto* const left = new QVBoxLayout;
+  for (QGroupBox* group : {BuildMode(parts), BuildScale(parts), BuildWavelength(parts), BuildSpeed(parts)})
+    left->addWidget(group);
+  left->addStretch();
+  auto* const right = new QVBoxLayout;
+  for (QGroupBox* group : {BuildDisplay(parts), BuildPeaks(parts), BuildData(parts)}) right->addWidget(group);
+  right->addStretch();
+  auto* const print = new QVBoxLayout;
+  print->addWidget(BuildPrint(parts));
+  print->addStretch();
+  auto* const columns = new QHBoxLayout;
+  columns->addLayout(left);
+  columns->addLayout(right);
+  columns->addLayout(print);
+  remark_ = new QLabel(this);
+  remark_->setObjectName(QStringLiteral("LabelRemark"));
+  auto* const all = new QVBoxLayout(this);
+  all->addLayout(columns);
+  all->addWidget(remark_);
+  all->addLayout(parts.OKAndCancel());
+  all->setSizeConstraint(QLayout::SetFixedSize);
+  connect(modes_, &QButtonGroup::idToggled, this, [this](int mode, bool on) {
+    if (on) SwitchMode(mode);
+  });
+  ShowRange(mode_);
+  modes_->checkedButton()->setFocus();
+}
+
+QGroupBox* FrmWLSConfig::MakeGroup(const char* name, int titleTextId) {
+  auto* const group = new QGroupBox(Caption(titleTextId), this);
+  group->setObjectName(QLatin1String(name));
+  return group;
+}
+
+QGroupBox* FrmWLSConfig::BuildMode(DialogParts& parts) {
+  QGroupBox* const group = MakeGroup("FrameMode", 944);
+  auto* const column = new QVBoxLayout(group);
+  for (int i = 0; i < 3; ++i) {
+    auto* const option = new QRadioButton(group);
+    parts.Finish(*option, kScanModeNames[i], Caption(kScanModeTexts[i]));
+    modes_->addButton(option, i + 1);
+    column->addWidget(option);
+  }
+  modes_->button(static_cast<int>(mode_))->setChecked(true);
+  QStringList gains{Caption(962)};
+  for (int gain = 1; gain <= frame_.Link().State.GainCount; ++gain) gains.append(QString::number(gain));
+  auto* const form = new QFormLayout;
+  const auto add = [&](QComboBox* list, const char* name, const char* labelName, int textId) {
+    QLabel* const label = parts.Finish(*list, name, labelName, Caption(textId));
+    form->addRow(label, list);
+  };
+  add(AddList(gains, &WLSOption::EnergyAmp), "ComboGain", "LabelGain", 945);
+  add(AddList({Caption(963), Caption(964)}, &WLSOption::EnergyFilter), "ComboFilter", "LabelFilter", 946);
+  add(AddList({Caption(965), Caption(966), Caption(967)}, &WLSOption::EnergyLamp), "ComboLamp", "LabelLamp",
+      947);
+  column->addLayout(form);
+  return group;
+}
+
+QGroupBox* FrmWLSConfig::BuildScale(DialogParts& parts) {
+  QGroupBox* const group = MakeGroup("FrameScale", 948);
+  auto* const grid = new QGridLayout(group);
+  top_ = new NumberField(kScaleCharacters, group);
+  bottom_ = new NumberField(kScaleCharacters, group);
+  topUnit_ = new QLabel(group);
+  bottomUnit_ = new QLabel(group);
+  grid->addWidget(parts.Finish(*top_, "ScaleTopText", "LabelTop", Caption(949)), 0, 0);
+  grid->addWidget(top_, 0, 1);
+  grid->addWidget(topUnit_, 0, 2);
+  grid->addWidget(parts.Finish(*bottom_, "ScaleBottomText", "LabelBottom", Caption(950)), 1, 0);
+  grid->addWidget(bottom_, 1, 1);
+  grid->addWidget(bottomUnit_, 1, 2);
+  // Their texts change with the mode; the row keeps its width.
+  topUnit_->setMinimumWidth(topUnit_->fontMetrics().horizontalAdvance(QStringLiteral("Abs")));
+  return group;
+}
+
+QGroupBox* FrmWLSConfig::BuildWavelength(DialogParts& parts) {
+  QGroupBox* const group = MakeGroup("FrameWavelength", 951);
+  auto* const grid = new QGridLayout(group);
+  start_ = new NumberField(kScaleCharacters, group);
+  end_ = new NumberField(kScaleCharacters, group);
+  start_->SetNumber(settings_.Option.StartWavelength, kRangeFormat);
+  end_->SetNumber(settings_.Option.EndWavelength, kRangeFormat);
+  grid->addWidget(parts.Finish(*start_, "StartWLText", "LabelStartWL", Caption(952)), 0, 0);
+  grid->addWidget(start_, 0, 1);
+  grid->addWidget(new QLabel(QStringLiteral("nm"), group), 0, 2);
+  grid->addWidget(parts.Finish(*end_, "EndWLText", "LabelEndWL", Caption(953)), 1, 0);
+  grid->addWidget(end_, 1, 1);
+  grid->addWidget(new QLabel(QStringLiteral("nm"), group), 1, 2);
+  QStringList intervals;
+  for (const char* interval : kIntervals) intervals.append(QLatin1String(interval));
+  QComboBox* const list = AddList(intervals, &WLSOption::IntervalWavelength);
+  grid->addWidget(parts.Finish(*list, "ComboInterval", "LabelInterval", Caption(954)), 2, 0);
+  grid->addWidget(list, 2, 1, 1, 2);
+  return group;
+}
+
+QGroupBox* FrmWLSConfig::BuildSpeed(DialogParts& parts) {
+  QGroupBox* const group = MakeGroup("FrameSpeed", 955);
+  auto* const column = new QVBoxLayout(group);
+  for (int i = 0; i < 3; ++i) {
+    auto* const option = new QRadioButton(group);
+    parts.Finish(*option, kSpeedNames[i], Caption(kSpeedTexts[i]));
+    speeds_->addButton(option, i);
+    column->addWidget(option);
+  }
+  speeds_->button(std::clamp(settings_.QuickSpeed, 0, 2))->setChecked(true);
+  return group;
+}
+
+QGroupBox* FrmWLSConfig::BuildDisplay(DialogParts& parts) {
+  struct Row {
+    const char* Name;
+    const char* LabelName;
+    int TextId;
+    std::int32_t ScanSettings::*Field;
+  };
+  constexpr Row kRows[] = {{"PictureScale", "LabelScaleColor", 960, &ScanSettings::ScaleColor},
+                           {"PictureCurve", "LabelCurveColor", 961, &ScanSettings::CurveColor},
+                           {"PictureMark", "LabelMarkColor", 1197, &ScanSettings::MarkColor},
+                           {"PicturePeak", "LabelPeakColor", 1198, &ScanSettings::PeakColor},
+                           {"PictureValley", "LabelValleyColor", 1199, &ScanSettings::ValleyColor}};
+  QGroupBox* const group = MakeGroup("FrameDisplay", 958);
+  auto* const column = new QVBoxLayout(group);
+  AddCheck(parts, *column, "CheckGrid", 959, &ScanSettings::GridEnable);
+  auto* const form = new QFormLayout;
+  for (const Row& row : kRows) {
+    auto* const button = new ColourButton(frame_, Caption(row.TextId), group);
+    button->SetColour(ColourOf(settings_.*row.Field));
+    QLabel* const label =
+        parts.Finish(static_cast<QWidget&>(*button), row.Name, row.LabelName, Caption(row.TextId));
+    form->addRow(label, button);
+    colours_.push_back({button, row.Field});
+  }
+  column->addLayout(form);
+  return group;
+}
+
+QGroupBox* FrmWLSConfig::BuildPeaks(DialogParts& parts) {
+  QGroupBox* const group = MakeGroup("FramePeak", 1200);
+  auto* const column = new QVBoxLayout(group);
+  AddCheck(parts, *column, "CheckPeak", 1201, &ScanSettings::PeakEnable);
+  AddCheck(parts, *column, "CheckValley", 1202, &ScanSettings::ValleyEnable);
+  AddCheck(parts, *column, "CheckDetailPeak", 1203, &ScanSettings::PeakDetailEnable);
+  AddCheck(parts, *column, "CheckDetailValley", 1204, &ScanSettings::ValleyDetailEnable);
+  return group;
+}
+
+QGroupBox* FrmWLSConfig::BuildData(DialogParts& parts) {
+  QGroupBox* const group = MakeGroup("FrameData", 1309);
+  auto* const column = new QVBoxLayout(group);
+  AddCheck(parts, *column, "CheckSmooth", 1310, &ScanSettings::SmoothEnable);
+  AddCheck(parts, *column, "CheckDataTable", 1205, &ScanSettings::DataTableEnable);
+  return group;
+}
+
+QGroupBox* FrmWLSConfig::BuildPrint(DialogParts& parts) {
+  QGroupBox* const group = MakeGroup("FramePrint", 1304);
+  auto* const column = new QVBoxLayout(group);
+  AddCheck(parts, *column, "CheckPrintPicture", 1305, &ScanSettings::PrintCurve);
+  AddCheck(parts, *column, "CheckPrintPeakData", 1306, &ScanSettings::PrintPeakValley);
+  AddCheck(parts, *column, "CheckPrintMaxMinAverage", 412, &ScanSettings::PrintMaxMinAverage);
+  AddCheck(parts, *column, "CheckPrintAllData", 1307, &ScanSettings::PrintDataList);
+  printInterval_ = new QComboBox(group);
+  for (const int interval : kPrintIntervals) printInterval_->addItem(QString::number(interval), interval);
+  printInterval_->setCurrentIndex(std::max(0, printInterval_->findData(settings_.PrintInterval)));
+  auto* const form = new QFormLayout;
+  QLabel* const label =
+      parts.Finish(*printInterval_, "ComboPrintInterval", "LabelPrintInterval", Caption(1700));
+  form->addRow(label, printInterval_);
+  column->addLayout(form);
+  return group;
+}
+
+void FrmWLSConfig::AddCheck(DialogParts& parts, QVBoxLayout& column, const char* name, int textId,
+                            bool ScanSettings::*field) {
+  auto* const box = new QCheckBox(this);
+  parts.Finish(*box, name, Caption(textId));
+  box->setChecked(settings_.*field);
+  column.addWidget(box);
+  checks_.push_back({box, field});
+}
+
+QComboBox* FrmWLSConfig::AddList(const QStringList& rows, std::int32_t WLSOption::*field) {
+  auto* const box = new QComboBox(this);
+  box->addItems(rows);
+  // A number that is no row stays as it is until a row is chosen.
+  const std::int32_t row = settings_.Option.*field;
+  box->setCurrentIndex(row >= 0 && row < box->count() ? row : -1);
+  lists_.push_back({box, field});
+  return box;
+}
+
+void FrmWLSConfig::ShowRange(ScanMode mode) {
+  const ScanRange range = ScaleOf(settings_.Option).Of(mode);
+  const std::string pattern = PatternOf(mode, frame_.Link().Formats);
+  top_->SetNumber(range.Top, pattern);
+  bottom_->SetNumber(range.Bottom, pattern);
+  for (QLabel* unit : {topUnit_, bottomUnit_}) unit->setText(QLatin1String(RangeOf(mode).Unit));
+}
+
+void FrmWLSConfig::SwitchMode(int mode) {
+  typed_[static_cast<std::size_t>(mode_)] = {top_->text(), bottom_->text()};
+  mode_ = ScanModeOf(mode);
+  ShowRange(mode_);
+  const auto& [top, bottom] = typed_[static_cast<std::size_t>(mode_)];
+  if (!top.isNull()) top_->setText(top);
+  if (!bottom.isNull()) bottom_->setText(bottom);
+  remark_->clear();
+}
+
+bool FrmWLSConfig::Refuse(NumberField& field, const QString& remark) {
+  remark_->setText(remark);
+  field.PointOut();
+  return false;
+}
+
+bool FrmWLSConfig::TakeRange() {
+  for (NumberField* field : {top_, bottom_}) {
+    if (!field->Number()) return Refuse(*field, tr("This is no number."));
+  }
+  const RangeRow& limits = RangeOf(mode_);
+  const std::string pattern = PatternOf(mode_, frame_.Link().Formats);
+  const ScanRange range{std::min(*top_->Number(), limits.Highest),
+                        std::max(*bottom_->Number(), limits.Lowest)};
+  top_->SetNumber(range.Top, pattern);
+  bottom_->SetNumber(range.Bottom, pattern);
+  if (range.Top <= range.Bottom) return Refuse(*top_, tr("The top lies above the bottom."));
+  StoreRange(settings_.Option, mode_, range);
+  return true;
+}
+
+bool FrmWLSConfig::TakeWavelengths() {
+  const InstrumentState& state = frame_.Link().State;
+  for (NumberField* field : {start_, end_}) {
+    if (!field->Number()) return Refuse(*field, tr("This is no number."));
+    field->SetNumber(std::clamp(*field->Number(), state.WavelengthMin, state.WavelengthMax), kRangeFormat);
+  }
+  if (*start_->Number() >= *end_->Number()) return Refuse(*end_, tr("The end lies above the start."));
+  settings_.Option.StartWavelength = *start_->Number();
+  settings_.Option.EndWavelength = *end_->Number();
+  return true;
+}
+
+void FrmWLSConfig::accept() {
+  const ScanSettings before = settings_;
+  if (!TakeRange() || !TakeWavelengths()) {
+    settings_ = before;
+    return;
+  }
+  settings_.Option.DisplayMode = static_cast<std::int32_t>(mode_);
+  settings_.QuickSpeed = speeds_->checkedId();
+  for (const Check& check : checks_) settings_.*check.Field = check.Box->isChecked();
+  for (const Colour& colour : colours_) settings_.*colour.Field = NumberOf(colour.Button->Colour());
+  for (const List& list : lists_) {
+    if (list.Box->currentIndex() >= 0) settings_.Option.*list.Field = list.Box->currentIndex();
+  }
+  settings_.PrintInterval = printInterval_->currentData().toInt();
+  ScanSettings stored = settings_;
+  if (!StoreSettings<ScanSettings>(frame_.Settings(), kScanSettingRows, stored)) RemarkOnSettings(frame_);
+  QDialog::accept();
+}
+
+}  // namespace spectrane

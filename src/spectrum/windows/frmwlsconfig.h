@@ -1,0 +1,89 @@
+#pragma once
+
+#include <QDialog>
+
+#include <array>
+#include <vector>
+
+#include "spectrum/scanscale.h"
+#include "spectrum/scansettings.h"
+
+class QButtonGroup;
+class QCheckBox;
+class QComboBox;
+class QGroupBox;
+class QLabel;
+class QVBoxLayout;
+
+namespace spectrane {
+
+class ColourButton;
+class DialogParts;
+class MainWindow;
+class NumberField;
+
+/// The options of the spectrum window: what it shows and between which ends, how, and what a report holds.
+class FrmWLSConfig : public QDialog {
+  Q_OBJECT
+
+ public:
+  FrmWLSConfig(MainWindow& frame, const ScanSettings& settings);
+
+  /// What was confirmed, or what it began with.
+  const ScanSettings& Settings() const { return settings_; }
+
+  void accept() override;
+
+ private:
+  struct Check {
+    QCheckBox* Box;
+    bool ScanSettings::*Field;
+  };
+  struct List {
+    QComboBox* Box;
+    std::int32_t WLSOption::*Field;
+  };
+  struct Colour {
+    ColourButton* Button;
+    std::int32_t ScanSettings::*Field;
+  };
+
+  QGroupBox* MakeGroup(const char* name, int titleTextId);
+  QGroupBox* BuildMode(DialogParts& parts);
+  QGroupBox* BuildScale(DialogParts& parts);
+  QGroupBox* BuildWavelength(DialogParts& parts);
+  QGroupBox* BuildSpeed(DialogParts& parts);
+  QGroupBox* BuildDisplay(DialogParts& parts);
+  QGroupBox* BuildPeaks(DialogParts& parts);
+  QGroupBox* BuildData(DialogParts& parts);
+  QGroupBox* BuildPrint(DialogParts& parts);
+  void AddCheck(DialogParts& parts, QVBoxLayout& column, const char* name, int textId,
+                bool ScanSettings::*field);
+  QComboBox* AddList(const QStringList& rows, std::int32_t WLSOption::*field);
+  void SwitchMode(int mode);
+  void ShowRange(ScanMode mode);
+  bool TakeRange();
+  bool TakeWavelengths();
+  bool Refuse(NumberField& field, const QString& remark);
+
+  MainWindow& frame_;
+  ScanSettings settings_;
+  ScanMode mode_;
+  QButtonGroup* modes_;
+  QButtonGroup* speeds_;
+  NumberField* top_ = nullptr;
+  NumberField* bottom_ = nullptr;
+  QLabel* topUnit_ = nullptr;
+  QLabel* bottomUnit_ = nullptr;
+  NumberField* start_ = nullptr;
+  NumberField* end_ = nullptr;
+  QComboBox* printInterval_ = nullptr;
+  QLabel* remark_ = nullptr;
+  std::vector<Check> checks_;
+  std::vector<List> lists_;
+  std::vector<Colour> colours_;
+  // What was typed for the modes that are not in force.
+  std::array<std::array<QString, 2>, 4> typed_;
+};
+
+}  // namespace spectrane

@@ -141,6 +141,14 @@ DataTable StatisticsTable(const ScanSource& scan, const DisplayFormats& formats,
 
 }  // namespace
 
+ScanSource ScanSourceOf(const SpectrumDocument& document) {
+  return {document.Option(),
+          {document.Wavelength(), document.Trans(), document.Abs()},
+          [&document](std::int32_t index) { return document.Record(index); },
+          document.Found().PeakIndex,
+          document.Found().ValleyIndex};
+}
+
 ExportSheet ScanSheet(const ScanSource& scan, const DisplayFormats& formats, const DocumentHead& head) {
   ExportSheet sheet;
   sheet.Lines = {head.Name(), "Scan Wavelength: " + Format(scan.Option.StartWavelength, "0.0") + " nm - " +

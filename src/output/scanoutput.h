@@ -4,6 +4,7 @@
 #include "files/wlsfile.h"
 #include "output/documenthead.h"
 #include "output/exportsheet.h"
+#include "spectrum/spectrumdocument.h"
 #include "spectrum/statistics.h"
 
 namespace spectrane {
@@ -19,6 +20,8 @@ struct ScanSource {
   std::span<const std::int32_t> PeakIndex;
   std::span<const std::int32_t> ValleyIndex;
 };
+
+ScanSource ScanSourceOf(const SpectrumDocument& document);
 
 ExportSheet ScanSheet(const ScanSource& scan, const DisplayFormats& formats, const DocumentHead& head);
 

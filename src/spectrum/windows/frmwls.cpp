@@ -2,10 +2,14 @@
 
 #include <QPointer>
 
+#include <tuple>
+
 #include "app/ground/commands.h"
 #include "app/ground/dialogparts.h"
 #include "app/ground/words.h"
 #include "base/numbers.h"
+#include "output/scanreport.h"
+#include "spectrum/windows/frmmaxminaverage.h"
 #include "spectrum/windows/frmwlsconfig.h"
 
 namespace spectrane {
@@ -57,8 +61,22 @@ void FrmWLS::PeakHeightChanged() {
     RemarkOnSettings(Frame());
 }
 
+void FrmWLS::ShowMaxMinAverageWindow() {
+  FrmMaxMinAverage(*this, Frame().Link().Formats, &Frame().Frame()).exec();
+}
+
+std::optional<Report> FrmWLS::MakeReport() {
+  const DisplayFormats& formats = Frame().Link().Formats;
+  ScanReportParts parts = ReportPartsOf(Settings());
+  std::tie(parts.MaxStartWavelength, parts.MaxEndWavelength) = MaxRange();
+  return ScanReport(Source(), formats, OutputHead(), parts,
+                    ScanReportPicture(Document(), Settings(), formats, Caption()));
+}
+
 bool FrmWLS::Offers(int command) const {
-  return command == kTestOption || SpectrumWindow::Offers(command);
+  const bool own =
+      command == kTestOption || command == kPrint || command == kPrintPreview || command == kMaxMinAverage;
+  return own || SpectrumWindow::Offers(command);
 }
 
 }  // namespace spectrane

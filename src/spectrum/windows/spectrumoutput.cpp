@@ -1,0 +1,25 @@
+// Exports of the windows of one spectrum.
+
+#include "output/curvepicture.h"
+#include "output/windows/piccurve.h"
+#include "spectrum/windows/spectrumwindow.h"
+
+namespace spectrane {
+
+const ScanSource& SpectrumWindow::Source() {
+  return source_.emplace(ScanSourceOf(document_));
+}
+
+std::optional<ExportSheet> SpectrumWindow::MakeSheet() {
+  return ScanSheet(Source(), formats_, OutputHead());
+}
+
+QImage SpectrumWindow::MakePicture() {
+  return CurveImage(curve_->View(), curve_->size(), {15.0, curve_->font()});
+}
+
+void SpectrumWindow::mmuFileOutputBMP() {
+  OutputPicture(MakePicture());
+}
+
+}  // namespace spectrane

@@ -9,6 +9,7 @@
 #include "base/numbers.h"
 #include "base/version.h"
 #include "cli/command.h"
+#include "cli/exportcommand.h"
 #include "cli/filecommands.h"
 #include "cli/instrumentcommands.h"
 #include "cli/numbercommands.h"
@@ -26,6 +27,7 @@ constexpr AddCommands kCommandGroups[] = {
     AddFileCommands,
     AddSpectrumCommands,
     AddStatsCommand,
+    AddExportCommand,
     AddInstrumentCommands,
 };
 

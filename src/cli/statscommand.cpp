@@ -2,9 +2,9 @@
 
 #include <memory>
 
+#include "cli/filekinds.h"
 #include "cli/jsontext.h"
 #include "files/wlsfile.h"
-#include "spectrum/scanvalues.h"
 #include "spectrum/statistics.h"
 
 namespace spectrane {
@@ -22,15 +22,11 @@ Json PointJson(const SpectrumValues& point) {
 }
 
 void RunStats(const StatsArguments& arguments, BatchContext& run) {
-  WLSOption option;
-  std::vector<WLSRecord> records;
-  const FileFault fault = LoadDataFile(WLSModule(), arguments.File, option, records);
-  if (fault) throw Refusal(arguments.File, fault);
-  const ScanValues values = DeriveScanValues(records, arguments.Smooth);
-  std::vector<double> wavelength;
-  for (const WLSRecord& record : records) wavelength.push_back(record.Wavelength);
+  const BatchKind& kind = KindOfFile(arguments.File);
+  if (kind.Kind->FileType != WLSModule().FileType) throw Refusal(arguments.File, "is no measured spectrum");
+  const BatchCurve curve = kind.Curve(arguments.File, arguments.Smooth);
   const MaxMinAverage result =
-      CaculateMaxMinAverage({wavelength, values.Trans, values.Abs}, arguments.Start, arguments.End);
+      CaculateMaxMinAverage({curve.X, curve.Trans, curve.Abs}, arguments.Start, arguments.End);
   run.Result = JsonText({{"max", PointJson(result.Max)},
                          {"min", PointJson(result.Min)},
                          {"average", {{"Abs", result.Average.Abs}, {"Trans", result.Average.Trans}}}});

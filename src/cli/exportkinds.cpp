@@ -92,7 +92,6 @@ class ScanExport : public ExportDocument {
     return ScanReport(*source_, around.Formats, around.Head, parts,
                       ScanReportPicture(document_, settings_, around.Formats, {}));
   }
-  bool HasReport() const override { return IsMeasured(); }
 
  private:
   static constexpr double kProcessedPeakHeight = 0.01;

@@ -36,7 +36,6 @@ class ExportDocument {
   /// Text number of the words that refuse a picture file; 0: there is one.
   virtual int PictureRefusal() const { return 0; }
   virtual Report MakeReport(const ExportSurroundings& around) = 0;
-  virtual bool HasReport() const { return true; }
 };
 
 /// Null for a kind that has no exports.

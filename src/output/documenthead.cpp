@@ -36,7 +36,7 @@ std::vector<ReportFact> HeadFacts(const DocumentHead& head) {
   std::vector<ReportFact> facts = {
       fact(kFileName, head.Path.empty() ? head.Caption : head.Path),
       fact(kTestTime, head.Moment.toString(QStringLiteral("yyyy/M/dd/ HH:mm")).toStdString()),
-      fact(kSoftwareVersion, " V" + VersionText()),
+      fact(kSoftwareVersion, "V" + VersionText()),
       fact(kOperator, head.Operator),
       fact(kCompany, head.Company),
   };

@@ -13,6 +13,8 @@ QFont SizedFont(const QFont& family, int points, bool bold, const QPaintDevice& 
   QFont font = family;
   font.setPointSize(points);
   font.setBold(bold);
+  // Letters that are drawn as one would be found as one in the file.
+  font.setStyleStrategy(QFont::PreferNoShaping);
   return QFont(font, &device);
 }
 

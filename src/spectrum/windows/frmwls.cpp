@@ -2,13 +2,10 @@
 
 #include <QPointer>
 
-#include <tuple>
-
 #include "app/ground/commands.h"
 #include "app/ground/dialogparts.h"
 #include "app/ground/words.h"
 #include "base/numbers.h"
-#include "output/scanreport.h"
 #include "spectrum/windows/frmmaxminaverage.h"
 #include "spectrum/windows/frmwlsconfig.h"
 
@@ -63,14 +60,6 @@ void FrmWLS::PeakHeightChanged() {
 
 void FrmWLS::ShowMaxMinAverageWindow() {
   FrmMaxMinAverage(*this, Frame().Link().Formats, &Frame().Frame()).exec();
-}
-
-std::optional<Report> FrmWLS::MakeReport() {
-  const DisplayFormats& formats = Frame().Link().Formats;
-  ScanReportParts parts = ReportPartsOf(Settings());
-  std::tie(parts.MaxStartWavelength, parts.MaxEndWavelength) = MaxRange();
-  return ScanReport(Source(), formats, OutputHead(), parts,
-                    ScanReportPicture(Document(), Settings(), formats, Caption()));
 }
 
 bool FrmWLS::Offers(int command) const {

@@ -27,7 +27,7 @@ class FrmWLS : public SpectrumWindow {
 
  protected:
   void PeakHeightChanged() override;
-  std::optional<Report> MakeReport() override;
+  std::pair<double, double> ReportRange() const override { return MaxRange(); }
 
  private:
   std::optional<std::pair<double, double>> maxRange_;

@@ -196,6 +196,8 @@ bool SpectrumWindow::Offers(int command) const {
     case kOutputPicture:
     case kOutputWorkbook:
     case kOutputText:
+    case kPrint:
+    case kPrintPreview:
       return true;
     case kSave:
     case kSaveAs:

@@ -64,6 +64,9 @@ class SpectrumWindow : public DocumentWindow {
 
   /// The document as reports and exports see it, while this window stands.
   const ScanSource& Source();
+  /// Of the statistics in a report [nm].
+  virtual std::pair<double, double> ReportRange() const { return document_.WavelengthRange(); }
+  std::optional<Report> MakeReport() override;
   std::optional<ExportSheet> MakeSheet() override;
   QImage MakePicture() override;
 

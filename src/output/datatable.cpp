@@ -29,4 +29,11 @@ std::string CellText(const TableColumn& column, const TableCell& cell) {
   return column.Pattern == kBySize ? BySize(value) : Format(value, column.Pattern);
 }
 
+std::string CellPattern(const TableColumn& column, double value) {
+  if (column.Pattern != kBySize) return column.Pattern;
+  const std::string text = BySize(value);
+  const std::size_t point = text.find('.');
+  return point == std::string::npos ? "0" : "0." + std::string(text.size() - point - 1, '0');
+}
+
 }  // namespace spectrane

@@ -38,4 +38,7 @@ struct DataTable {
 /// The cell in one line: what would begin another cell or line becomes a blank, NaN and infinity "-".
 std::string CellText(const TableColumn& column, const TableCell& cell);
 
+/// The number pattern of a value in that column; as many decimals as its text has where they go by size.
+std::string CellPattern(const TableColumn& column, double value);
+
 }  // namespace spectrane

@@ -71,8 +71,11 @@ class SheetWriter {
   Workbook& Book() { return book_; }
 
  private:
+  Workbook::Style NumberStyle(const std::string& pattern) {
+    return book_.AddStyle({.NumberFormat = pattern});
+  }
   Workbook::Style StyleOf(const TableColumn& column) {
-    return column.HoldsTexts() ? text_ : book_.AddStyle({.NumberFormat = column.Pattern});
+    return column.HoldsTexts() ? text_ : NumberStyle(column.Pattern);
   }
 
   void SetColumns() {
@@ -108,7 +111,12 @@ class SheetWriter {
     for (const TableColumn& column : table.Columns) styles.push_back(StyleOf(column));
     for (std::int32_t row = 0; row < table.RowCount; ++row, ++row_) {
       if (row_ >= kMostSheetRows) return true;
-      for (std::uint32_t i = 0; i < table.Columns.size(); ++i) Cell(table.CellAt(row, i), i, styles[i]);
+      for (std::uint32_t i = 0; i < table.Columns.size(); ++i) {
+        const TableCell cell = table.CellAt(row, i);
+        const auto* const number = std::get_if<double>(&cell);
+        const bool bySize = number && table.Columns[i].Pattern == kBySize;
+        Cell(cell, i, bySize ? NumberStyle(CellPattern(table.Columns[i], *number)) : styles[i]);
+      }
       if (!progress_.Row()) return false;
     }
     return true;

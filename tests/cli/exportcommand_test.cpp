@@ -99,10 +99,15 @@ TEST_F(ExportCommand, AnExistingFileIsReplacedOnlyByForce) {
 TEST_F(ExportCommand, StatsGivesMaximumMinimumAndMeans) {
   const BatchOutcome outcome = Batch({"stats", Spectrum(), "502", "501"});
   ASSERT_EQ(outcome.Status, 0) << outcome.Err;
-  EXPECT_EQ(outcome.Out,
-            "{\"max\":{\"Wavelength\":501.0,\"Abs\":1.0,\"Trans\":10.0},"
-            "\"min\":{\"Wavelength\":502.0,\"Abs\":2.0,\"Trans\":1.0},"
-            "\"average\":{\"Abs\":1.5,\"Trans\":5.5}}\n");
+  const nlohmann::json json = nlohmann::json::parse(outcome.Out);
+  const auto expect = [&json](const char* point, double wavelength, double abs, double trans) {
+    EXPECT_EQ(json[point].value("Wavelength", 0.0), wavelength);
+    EXPECT_NEAR(json[point]["Abs"].get<double>(), abs, 1e-12);
+    EXPECT_NEAR(json[point]["Trans"].get<double>(), trans, 1e-12);
+  };
+  expect("max", 501, 1, 10);
+  expect("min", 502, 2, 1);
+  expect("average", 0, 1.5, 5.5);
   ExpectRefused(Batch({"stats", Photometry(), "1", "2"}), "run.bas", "no measured spectrum");
   ExpectWrongUsage(Batch({"stats", Spectrum(), "1", "x"}));
 }

@@ -66,7 +66,9 @@ TEST(PhotometryExport, IsASpreadsheetOfNumbers) {
   EXPECT_THAT(listing, HasSubstr("cell 3 2 text 'Absorbance(Abs)' @ Verdana 10 bold 3\n"));
   EXPECT_THAT(listing, HasSubstr("cell 4 0 number 1.0 0 Verdana 10 plain 0\n"
                                  "cell 4 1 number 546.0 0.0 Verdana 10 plain 0\n"
-                                 "cell 4 2 number 0.3010299956639812 0.000 Verdana 10 plain 0\n"
+                                 // log10(2), to the digits that the logarithm of the platform has.
+                                 "cell 4 2 number 0.301029995663981"));
+  EXPECT_THAT(listing, HasSubstr(" 0.000 Verdana 10 plain 0\n"
                                  "cell 4 3 number 50.0 0.0 Verdana 10 plain 0\n"
                                  "cell 4 4 number 5000.0 0 Verdana 10 plain 0\n"
                                  "cell 4 5 text 'half' @ Verdana 10 plain 0\n"));
@@ -79,7 +81,7 @@ TEST(QuantitationExport, HasStandardsAndSamplesLineByLine) {
             "red.qua\n"
             "Quantitation Test Report  Time:2024-02-29 13:05:09\n"
             "Wavelength: 546.0nm\n"
-            "Coefficients: Conc.=(10.000)xA+(0.000)  r = 1.000000\n"
+            "Coefficients: Conc.=(10.000)xA  r = 1.000000\n"
             "Standard Sample\n"
             "No.\tName\tAbsorbance(Abs)\tConc.(" +
                 document.Option().ConcUnit +
@@ -93,6 +95,13 @@ TEST(QuantitationExport, HasStandardsAndSamplesLineByLine) {
                 "1\tsample \xE6\xB5\x8B\t0.500\t5.0000\t\n");
 }
 
+TEST(QuantitationExport, ConcentrationsHaveTheirDecimalsInASpreadsheetToo) {
+  const QuantitationDocument document = RedDye();
+  const std::string listing = SheetListing(QuantitationSheet(document, kFormats, HeadFor("red.qua")));
+  EXPECT_THAT(listing, HasSubstr("cell 6 3 number 1.0 0.0000 Verdana 10 plain 0\n"));
+  EXPECT_THAT(listing, HasSubstr("cell 7 3 number 10.0 0.000 Verdana 10 plain 0\n"));
+}
+
 TEST(QuantitationExport, LeavesWhatIsNotMeasuredEmptyAndSaysThatThereAreNoSamples) {
   const QuantitationDocument document;
   const std::string text = ExportText(QuantitationSheet(document, kFormats, HeadFor("red.qua")));
@@ -104,7 +113,7 @@ TEST(QuantitationExport, TwoWavelengthsHaveAColumnEachAndTheirSum) {
   QuantitationDocument document;
   QuantitationSettings settings = document.Settings();
   settings.WaveLengthNumber = 2;
-  settings.WaveLength = {500, 620.5, 0};
+  settings.WaveLengthList = {500, 620.5, 0};
   document.Begin(settings);
   const std::string text = ExportText(QuantitationSheet(document, kFormats, HeadFor("red.qua")));
   EXPECT_THAT(text, HasSubstr("\nWavelength: 500.0nm, 620.5nm\n"));

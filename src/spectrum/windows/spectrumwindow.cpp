@@ -217,6 +217,10 @@ FrmDataTabel* SpectrumWindow::DataTable() const {
   return settings_.DataTableEnable ? curveDataTabel_.data() : nullptr;
 }
 
+QString SpectrumWindow::OpenFileName() const {
+  return QString::fromStdString(document_.FileName());
+}
+
 FileKindWords SpectrumWindow::FileWords() const {
   return {kFileFilter, ".wls", kScanSection, true};
 }

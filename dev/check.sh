@@ -26,7 +26,7 @@ floors=(
   "src/tools/*|base|files|link|tools"
   "src/output/*|base|files|link|spectrum|modes|output"
   "src/simulator/*|$logic"
-  "src/cli/*|base|files|link|spectrum|modes|cli"
+  "src/cli/*|base|files|link|spectrum|modes|output|cli"
   "src/app/desktop/*|base|files|app/desktop"
   "src/app/ground/*|base|files|link|spectrum|modes|output|app/ground"
   "src/*/windows/*|base|files|link|spectrum|modes|output|tools|app/ground"

@@ -4,6 +4,7 @@
 
 #include "app/frmmain.h"
 #include "app/ground/documentwindow.h"
+#include "app/ground/reportprinter.h"
 
 namespace spectrane {
 namespace {
@@ -35,8 +36,9 @@ const CommandRow kRows[] = {
     {kOutputText, 120, When::Document, "", false, nullptr, [](D& d) { d.mmuFileOutputTXT(); }},
     {kClose, 113, When::Children, "Ctrl+W;Ctrl+F4", false, [](F& f) { f.mmuFileCloseOne(); }, nullptr},
     {kCloseAll, 114, When::Children, "", false, [](F& f) { f.mmuFileCloseAll(); }, nullptr},
-    {kPrinterSetup, 115, When::Later, "", false, nullptr, nullptr},
+    {kPrinterSetup, 115, When::NoRun, "", false, [](F& f) { f.Printer().Setup(); }, nullptr},
     {kPrint, 116, When::Document, "Ctrl+P", false, nullptr, [](D& d) { d.PrintReport(); }},
+    {kPrintPreview, 0, When::Document, "", false, nullptr, [](D& d) { d.PreviewReport(); }, "Print Preview"},
     {kExit, 117, When::Always, "Ctrl+Q", false, [](F& f) { f.close(); }, nullptr},
 
     {kMainBar, 202, When::Always, "", true, [](F& f) { f.ToggleBar(kMainBar); }, nullptr},
@@ -120,6 +122,7 @@ const MenuRow kMenus[] = {
     {Kind::Item, kCloseAll},
     {Kind::Separator},
     {Kind::Item, kPrinterSetup},
+    {Kind::Item, kPrintPreview},
     {Kind::Item, kPrint},
     {Kind::RecentFiles},
     {Kind::Separator},

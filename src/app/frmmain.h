@@ -14,6 +14,7 @@
 #include "app/documentkinds.h"
 #include "app/ground/layoutstore.h"
 #include "app/ground/mainwindow.h"
+#include "app/ground/reportprinter.h"
 #include "app/mainstatus.h"
 #include "app/workspace.h"
 #include "tools/systembaseline.h"
@@ -57,6 +58,7 @@ class FrmMain : public QMainWindow, public MainWindow, public MainDisplay {
   Questions& Boxes() override { return *boxes_; }
   QWidget& Frame() override { return *this; }
   LayoutStore& Layout() override { return layout_; }
+  ReportPrinter& Printer() override { return printer_; }
   DocumentWindow* ActiveForm() const override;
   bool CanCreate(int newFileType) const override;
   void NewFile(int newFileType) override;
@@ -175,6 +177,7 @@ class FrmMain : public QMainWindow, public MainWindow, public MainDisplay {
   ProgramParts parts_;
   WindowSettings window_;
   LayoutStore layout_;
+  ReportPrinter printer_{*this};
   std::unique_ptr<Questions> ownBoxes_;
   Questions* boxes_;
   QString title_;

@@ -4,10 +4,11 @@
 #include <cstdint>
 #include <cstring>
 
+#include "base/utf8text.h"
+
 namespace spectrane {
 namespace {
 
-constexpr char32_t kNoCharacter = 0xFFFFFFFF;
 constexpr char32_t kGreekSmallMu = 0x03BC;
 constexpr unsigned char kMicroSign = 0xB5;
 
@@ -30,40 +31,6 @@ int ByteOf(char32_t character) {
     if (kHighControls[i] == character) return 0x80 + i;
   }
   return -1;
-}
-
-struct Decoded {
-  char32_t Character = kNoCharacter;
-  std::size_t Length = 1;
-};
-
-/// The character at `text[at]`; a byte that begins no well-formed sequence stands for itself alone, without a
-/// character.
-Decoded DecodeAt(std::string_view text, std::size_t at) {
-  const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-  const unsigned char lead = byte(at);
-  if (lead < 0x80) return {lead, 1};
-  std::size_t length = 0;
-  char32_t smallest = 0;
-  if (lead >= 0xC2 && lead <= 0xDF) {
-    length = 2;
-    smallest = 0x80;
-  } else if (lead >= 0xE0 && lead <= 0xEF) {
-    length = 3;
-    smallest = 0x800;
-  } else if (lead >= 0xF0 && lead <= 0xF4) {
-    length = 4;
-    smallest = 0x10000;
-  }
-  if (length == 0 || text.size() - at < length) return {};
-  char32_t character = lead & (0xFFu >> (length + 1));
-  for (std::size_t i = 1; i < length; ++i) {
-    if ((byte(at + i) & 0xC0) != 0x80) return {};
-    character = (character << 6) | (byte(at + i) & 0x3Fu);
-  }
-  const bool surrogate = character >= 0xD800 && character <= 0xDFFF;
-  if (character < smallest || surrogate || character > 0x10FFFF) return {};
-  return {character, length};
 }
 
 bool IsAscii(std::string_view bytes) {
@@ -93,7 +60,7 @@ std::string ToSingleByte(std::string_view utf8, bool* lost) {
   std::string bytes(utf8.size(), '\0');
   char* to = bytes.data();
   for (std::size_t at = 0; at < utf8.size();) {
-    const Decoded decoded = DecodeAt(utf8, at);
+    const DecodedCharacter decoded = DecodeAt(utf8, at);
     at += decoded.Length;
     const int byte = ByteOf(decoded.Character);
     if (byte < 0 && lost != nullptr) *lost = true;

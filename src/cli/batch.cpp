@@ -9,11 +9,13 @@
 #include "base/numbers.h"
 #include "base/version.h"
 #include "cli/command.h"
+#include "cli/exportcommand.h"
 #include "cli/filecommands.h"
 #include "cli/instrumentcommands.h"
 #include "cli/numbercommands.h"
 #include "cli/quantitationcommands.h"
 #include "cli/spectrumcommands.h"
+#include "cli/statscommand.h"
 
 namespace spectrane {
 namespace {
@@ -27,6 +29,8 @@ constexpr AddCommands kCommandGroups[] = {
     AddQuantitationCommands,
     AddSpectrumCommands,
     AddInstrumentCommands,
+    AddNumberCommands, AddFileCommands,  AddSpectrumCommands,
+    AddStatsCommand,   AddExportCommand, AddInstrumentCommands,
 };
 
 /// The arguments, last one first, as the reader takes them.

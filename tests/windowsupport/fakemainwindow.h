@@ -9,6 +9,7 @@
 
 #include "app/ground/documentwindow.h"
 #include "app/ground/layoutstore.h"
+#include "app/ground/reportprinter.h"
 #include "link/linkfixture.h"
 #include "windowsupport/scriptedquestions.h"
 
@@ -19,7 +20,9 @@ class FakeMainWindow : public MainWindow {
  public:
   FakeMainWindow(InstrumentLink& link, Setting& settings, MainDisplay& display, ScriptedQuestions& boxes,
                  const QString& folder)
-      : link_(link), settings_(settings), display_(display), boxes_(boxes), layout_(folder) {}
+      : link_(link), settings_(settings), display_(display), boxes_(boxes), layout_(folder) {
+    printer_.HasPrinter = [] { return false; };
+  }
 
   InstrumentLink& Link() override { return link_; }
   Setting& Settings() override { return settings_; }
@@ -28,6 +31,7 @@ class FakeMainWindow : public MainWindow {
   Questions& Boxes() override { return boxes_; }
   QWidget& Frame() override { return frame_; }
   LayoutStore& Layout() override { return layout_; }
+  ReportPrinter& Printer() override { return printer_; }
   DocumentWindow* ActiveForm() const override { return Active; }
   bool CanCreate(int newFileType) const override { return Creatable.contains(newFileType); }
   void NewFile(int newFileType) override {
@@ -74,6 +78,7 @@ class FakeMainWindow : public MainWindow {
   ScriptedQuestions& boxes_;
   WindowSettings window_;
   LayoutStore layout_;
+  ReportPrinter printer_{*this};
   QMainWindow frame_;
 };
 

@@ -77,6 +77,7 @@ enum Command : int {
   kResetLayout = 9001,
   kNextPane = 9002,
   kDataTable = 9003,
+  kPrintPreview = 9004,
 };
 
 }  // namespace spectrane

@@ -1,11 +1,16 @@
 #pragma once
 
 #include <QDateTime>
+#include <QImage>
 #include <QString>
 #include <QWidget>
 
+#include <optional>
+
 #include "app/ground/mainwindow.h"
 #include "link/livereading.h"
+#include "output/documenthead.h"
+#include "output/exportsheet.h"
 
 namespace spectrane {
 
@@ -44,12 +49,17 @@ class DocumentWindow : public QWidget, public RezeroTarget {
   virtual bool mmuSaveFile();
   virtual bool mmuSaveAsFile();
   virtual void mmuDeleteReport() {}
-  virtual void PrintReport() {}
+  /// The report of MakeReport() on the default printer, or as a file where there is no printer; on the
+  /// screen. Yields.
+  void PrintReport();
+  void PreviewReport();
   virtual void ShowConfigWindow() {}
   virtual void CopyPicture() {}
   virtual void mmuFileOutputBMP() {}
-  virtual void mmuFileOutputXLS() {}
-  virtual void mmuFileOutputTXT() {}
+  /// The sheet of MakeSheet() into a file that the person names. A long one shows how far it is, and ends
+  /// without a file when Esc is pressed. Yields.
+  void mmuFileOutputXLS();
+  void mmuFileOutputTXT();
   virtual void mmuZoomOut() {}
   virtual void mmuZoomIn() {}
   virtual void mmuZoomWindow() {}
@@ -118,6 +128,15 @@ class DocumentWindow : public QWidget, public RezeroTarget {
   /// Writes the document; false leaves a reason in `fault`. No message is shown here.
   virtual bool WriteDocument(const QString& path, QString& fault) = 0;
   virtual bool ReadDocument(const QString& path, QString& fault) = 0;
+  /// What reports and exports hold; nothing for a window that has none. They may refer to the document.
+  virtual std::optional<Report> MakeReport() { return {}; }
+  virtual std::optional<ExportSheet> MakeSheet() { return {}; }
+  /// The curve on the sheet; null for none.
+  virtual QImage MakePicture() { return {}; }
+  /// Above every report and export of this window, as of now.
+  DocumentHead OutputHead() const;
+  /// Saves the picture into a file that the person names. Yields.
+  void OutputPicture(const QImage& picture);
   /// Asks whether row `number` (from 1) of `count` is to go; says that there is none otherwise. Yields.
   bool AskToRemoveRecord(int number, int count);
   /// To be called after every change of the document.
@@ -127,6 +146,8 @@ class DocumentWindow : public QWidget, public RezeroTarget {
   void changeEvent(QEvent* event) override;
 
  private:
+  QString AskOutputPath(int filterText, const char* ending);
+  void WriteOutput(const QString& path, const std::function<std::string(const WorkProgress&)>& make);
   bool AskToStop(bool withFrame);
   bool AskToSave();
   bool SaveUnderNewName();

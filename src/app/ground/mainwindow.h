@@ -14,6 +14,7 @@ namespace spectrane {
 
 class DocumentWindow;
 class LayoutStore;
+class ReportPrinter;
 
 /// The main window as every other window sees it. One per process; it outlives all others.
 class MainWindow {
@@ -28,6 +29,8 @@ class MainWindow {
   virtual Questions& Boxes() = 0;
   /// Parent of dialogs.
   virtual QWidget& Frame() = 0;
+  /// Where reports go.
+  virtual ReportPrinter& Printer() = 0;
   /// Sizes and places that are remembered from one start to the next.
   virtual LayoutStore& Layout() = 0;
 

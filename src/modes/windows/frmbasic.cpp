@@ -12,6 +12,7 @@
 #include "modes/windows/basictable.h"
 #include "modes/windows/frmbasicconfig.h"
 #include "modes/windows/notegrid.h"
+#include "output/photometryoutput.h"
 
 namespace spectrane {
 namespace {
@@ -174,6 +175,10 @@ bool FrmBasic::Offers(int command) const {
     case kSetBlank:
     case kTestOption:
     case kOutputPicture:  // with the words that refuse it
+    case kOutputWorkbook:
+    case kOutputText:
+    case kPrint:
+    case kPrintPreview:
       return !RunsNow();
     case kSave:
     case kSaveAs:
@@ -210,6 +215,14 @@ bool FrmBasic::IsModified() const {
 
 bool FrmBasic::SavesElsewhere() const {
   return document_.IsHalfLoaded();
+}
+
+std::optional<Report> FrmBasic::MakeReport() {
+  return PhotometryReport(document_, Frame().Link().Formats, OutputHead());
+}
+
+std::optional<ExportSheet> FrmBasic::MakeSheet() {
+  return PhotometrySheet(document_, Frame().Link().Formats, OutputHead());
 }
 
 bool FrmBasic::WriteDocument(const QString& path, QString& fault) {

@@ -45,6 +45,8 @@ class FrmBasic : public DocumentWindow {
   FileKindWords FileWords() const override;
   bool IsModified() const override;
   bool SavesElsewhere() const override;
+  std::optional<Report> MakeReport() override;
+  std::optional<ExportSheet> MakeSheet() override;
   bool WriteDocument(const QString& path, QString& fault) override;
   bool ReadDocument(const QString& path, QString& fault) override;
 

@@ -1,6 +1,8 @@
 #include "modes/windows/frmqua.h"
 
 #include <QAction>
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QHeaderView>
 #include <QLabel>
 #include <QPointer>
@@ -18,6 +20,7 @@
 #include "modes/windows/qualinepic.h"
 #include "modes/windows/quatable.h"
 #include "modes/windows/sheetgrid.h"
+#include "output/quantitationoutput.h"
 
 namespace spectrane {
 namespace {
@@ -343,6 +346,11 @@ bool FrmQua::Offers(int command) const {
     case kSetBlank:
     case kTestOption:
     case kOutputPicture:  // with the words that refuse it
+    case kOutputWorkbook:
+    case kOutputText:
+    case kPrint:
+    case kPrintPreview:
+    case kCopyPicture:
       return !RunsNow();
     case kSave:
     case kSaveAs:
@@ -382,6 +390,22 @@ bool FrmQua::IsModified() const {
 
 bool FrmQua::SavesElsewhere() const {
   return document_.IsHalfLoaded();
+}
+
+std::optional<Report> FrmQua::MakeReport() {
+  return QuantitationReport(document_, Frame().Link().Formats, OutputHead());
+}
+
+std::optional<ExportSheet> FrmQua::MakeSheet() {
+  return QuantitationSheet(document_, Frame().Link().Formats, OutputHead());
+}
+
+QImage FrmQua::MakePicture() {
+  return picture_->grab().toImage();
+}
+
+void FrmQua::CopyPicture() {
+  QGuiApplication::clipboard()->setImage(MakePicture());
 }
 
 bool FrmQua::WriteDocument(const QString& path, QString& fault) {

@@ -37,6 +37,8 @@ class FrmQua : public DocumentWindow {
   /// Removes the selected record after a question. Yields.
   void mmuDeleteReport() override;
   void mmuFileOutputBMP() override;
+  /// The curve into the clipboard, as it stands.
+  void CopyPicture() override;
   void ShowConfigWindow() override;
 
   int CheckFileType() const override;
@@ -49,6 +51,9 @@ class FrmQua : public DocumentWindow {
   FileKindWords FileWords() const override;
   bool IsModified() const override;
   bool SavesElsewhere() const override;
+  std::optional<Report> MakeReport() override;
+  std::optional<ExportSheet> MakeSheet() override;
+  QImage MakePicture() override;
   bool WriteDocument(const QString& path, QString& fault) override;
   bool ReadDocument(const QString& path, QString& fault) override;
 

@@ -10,13 +10,10 @@
 #include "link/function.h"
 #include "modes/windows/fittext.h"
 #include "output/plottexts.h"
+#include "output/quantitationoutput.h"
 
 namespace spectrane {
 namespace {
-
-constexpr int kNumberTitle = 706;
-constexpr int kNameTitle = 1042;
-constexpr int kNoteTitle = 709;
 
 /// Of a text field of the file.
 constexpr qsizetype kTextWidth = 256;
@@ -31,7 +28,7 @@ QuaTable::QuaTable(QuantitationDocument& document, const DisplayFormats& formats
     : QAbstractTableModel(parent), document_(document), formats_(formats) {}
 
 int QuaTable::AbsColumns() const {
-  return document_.Option().WaveLengthNumber == 1 ? 1 : 3;
+  return static_cast<int>(AbsColumnsOf(document_.Option()));
 }
 
 void QuaTable::Replaced() {
@@ -95,12 +92,9 @@ QVariant QuaTable::data(const QModelIndex& index, int role) const {
 QString QuaTable::HeadingOf(int section) const {
   if (section == NumberColumn()) return Words(kNumberTitle);
   if (section == NameColumn()) return Words(kNameTitle);
-  if (section == ConcColumn()) return Words(kConcTitle) + u'(' + Q(document_.Option().ConcUnit) + u')';
+  if (section == ConcColumn()) return Q(ConcTitleOf(document_.Option()));
   if (section == NoteColumn()) return Words(kNoteTitle);
-  const int place = section - FirstAbsColumn();
-  if (AbsColumns() == 1 || place == 2) return Words(kAbsTitle);
-  const double wavelength = document_.Option().WaveLengthList[static_cast<std::size_t>(place)];
-  return Q(Format(wavelength, "0.0nm"));
+  return Q(AbsTitleOf(document_.Option(), static_cast<std::size_t>(section - FirstAbsColumn())));
 }
 
 QVariant QuaTable::headerData(int section, Qt::Orientation orientation, int role) const {

@@ -6,6 +6,7 @@
 #include "app/ground/dialogparts.h"
 #include "app/ground/words.h"
 #include "base/numbers.h"
+#include "spectrum/windows/frmmaxminaverage.h"
 #include "spectrum/windows/frmwlsconfig.h"
 
 namespace spectrane {
@@ -57,8 +58,14 @@ void FrmWLS::PeakHeightChanged() {
     RemarkOnSettings(Frame());
 }
 
+void FrmWLS::ShowMaxMinAverageWindow() {
+  FrmMaxMinAverage(*this, Frame().Link().Formats, &Frame().Frame()).exec();
+}
+
 bool FrmWLS::Offers(int command) const {
-  return command == kTestOption || SpectrumWindow::Offers(command);
+  const bool own =
+      command == kTestOption || command == kPrint || command == kPrintPreview || command == kMaxMinAverage;
+  return own || SpectrumWindow::Offers(command);
 }
 
 }  // namespace spectrane

@@ -15,12 +15,12 @@
 #include <optional>
 
 #include "app/ground/colourbutton.h"
-#include "app/ground/colours.h"
 #include "app/ground/dialogparts.h"
 #include "app/ground/mainwindow.h"
 #include "app/ground/numberfield.h"
 #include "app/ground/words.h"
 #include "base/numbers.h"
+#include "output/colours.h"
 
 namespace spectrane {
 namespace {

@@ -7,11 +7,12 @@
 
 #include <cmath>
 
-#include "app/ground/colours.h"
 #include "app/ground/commands.h"
 #include "app/ground/frmdatatabel.h"
 #include "app/ground/words.h"
 #include "base/numbers.h"
+#include "output/plottexts.h"
+#include "output/scanview.h"
 #include "output/windows/piccurve.h"
 #include "spectrum/windows/frmpeakheight.h"
 
@@ -21,10 +22,6 @@ namespace {
 constexpr int kFileFilter = 928;
 constexpr int kRecordTab = 924;
 constexpr int kPeakTab = 925;
-constexpr int kWavelengthTitle = 701;
-constexpr int kAbsTitle = 703;
-constexpr int kTransTitle = 705;
-constexpr int kEnergyTitle = 708;
 constexpr int kNumberColumn = 706;
 constexpr int kWavelengthColumn = 702;
 
@@ -36,12 +33,6 @@ constexpr int kPeakListTab = 1;
 
 QString Figure(double value, const std::string& pattern) {
   return QString::fromStdString(Format(value, pattern));
-}
-
-AxisKind AxisOf(ScanMode mode) {
-  return mode == ScanMode::Trans    ? AxisKind::Trans
-         : mode == ScanMode::Energy ? AxisKind::Energy
-                                    : AxisKind::Abs;
 }
 
 }  // namespace
@@ -106,12 +97,6 @@ void SpectrumWindow::ConnectCurve() {
   connect(curve_, &PicCurve::HomeWanted, this, [this] { mmuZoomWindow(); });
 }
 
-CurveScale SpectrumWindow::SeenScale() const {
-  const ScanScale& view = document_.View();
-  const ScanRange& values = view.Of(document_.Mode());
-  return {{view.StartWavelength, view.EndWavelength}, {values.Bottom, values.Top}};
-}
-
 void SpectrumWindow::LookAt(const CurveScale& scale) {
   if (!scale.Drawable()) return;
   ScanScale view = document_.View();
@@ -120,73 +105,6 @@ void SpectrumWindow::LookAt(const CurveScale& scale) {
   view.Of(document_.Mode()) = {scale.Y.High, scale.Y.Low};
   document_.SetView(view);
   curve_->SetScale(scale);
-}
-
-CurveView SpectrumWindow::SeenView() const {
-  const ScanMode mode = document_.Mode();
-  CurveView view;
-  view.X = {AxisKind::Wavelength, Words(kWavelengthTitle).trimmed(), {}, {}};
-  const int title = mode == ScanMode::Trans    ? kTransTitle
-                    : mode == ScanMode::Energy ? kEnergyTitle
-                                               : kAbsTitle;
-  view.Y = {AxisOf(mode), Words(title).trimmed(), {}, {}};
-  if (mode == ScanMode::Abs) view.Y.CursorPattern = formats_.AbsFormat;
-  if (mode == ScanMode::Trans) view.Y.CursorPattern = formats_.TransFormat;
-  view.Scale = SeenScale();
-  view.Grid = settings_.GridEnable;
-  view.Colours = {Qt::white, ColourOf(settings_.ScaleColor), ColourOf(settings_.MarkColor),
-                  ColourOf(settings_.PeakColor), ColourOf(settings_.ValleyColor)};
-  CurveLine line;
-  line.X = document_.Wavelength();
-  line.Y = document_.Values(mode);
-  line.Colour = ColourOf(settings_.CurveColor);
-  line.Name = Caption();
-  view.Lines.push_back(line);
-  view.Marks = SeenMarks();
-  if (document_.PointCount() == 0)
-    view.Caption = tr("No points yet. Stored spectra open by File, Open (Ctrl+O).");
-  const ScanScale home = ScaleOf(document_.Option());
-  const auto [first, last] = document_.WavelengthRange();
-  if (document_.PointCount() > 0)
-    view.FarthestX = {std::min(first, home.StartWavelength), std::max(last, home.EndWavelength)};
-  return view;
-}
-
-std::vector<PointMark> SpectrumWindow::SeenMarks() const {
-  const FoundPeaks& found = document_.Found();
-  const std::span<const double> wavelengths = document_.Wavelength();
-  const std::span<const double> values = document_.Values(document_.Mode());
-  std::vector<PointMark> marks;
-  marks.reserve(found.PeakIndex.size() + found.ValleyIndex.size());
-  const auto add = [&](const std::vector<std::int32_t>& points, bool valley, bool detail) {
-    for (const std::int32_t point : points) {
-      const auto i = static_cast<std::size_t>(point);
-      // Numbered as in the list, where the valleys come behind the peaks.
-      const int number = static_cast<int>(marks.size()) + 1;
-      marks.push_back({wavelengths[i], values[i], valley, MarkText(point, number, detail)});
-    }
-  };
-  add(found.PeakIndex, false, settings_.PeakDetailEnable);
-  add(found.ValleyIndex, true, settings_.ValleyDetailEnable);
-  return marks;
-}
-
-QString SpectrumWindow::MarkText(std::int32_t point, int number, bool detail) const {
-  if (!detail) return QString::number(number);
-  return Figure(document_.Wavelength()[static_cast<std::size_t>(point)], "0.0nm") + u'-' + ValueText(point);
-}
-
-QString SpectrumWindow::ValueText(std::int32_t point) const {
-  const ScanMode mode = document_.Mode();
-  const double value = document_.Values(mode)[static_cast<std::size_t>(point)];
-  switch (mode) {
-    case ScanMode::Trans:
-      return Figure(value, formats_.TransFormat) + QStringLiteral("%T");
-    case ScanMode::Energy:
-      return Figure(value, kCountsFormat);
-    default:
-      return Figure(value, formats_.AbsFormat);
-  }
 }
 
 QString SpectrumWindow::PointText(std::size_t point) const {
@@ -203,7 +121,10 @@ QString SpectrumWindow::PointText(std::size_t point) const {
 }
 
 void SpectrumWindow::ShowPicture() {
-  curve_->SetView(SeenView());
+  CurveView view = ScanView(document_, settings_, formats_, Caption());
+  if (document_.PointCount() == 0)
+    view.Caption = tr("No points yet. Stored spectra open by File, Open (Ctrl+O).");
+  curve_->SetView(std::move(view));
 }
 
 void SpectrumWindow::DisplayRecordTable() {
@@ -231,15 +152,15 @@ void SpectrumWindow::TakeSettings(const ScanSettings& settings) {
 }
 
 void SpectrumWindow::mmuZoomIn() {
-  const CurveScale seen = SeenScale();
-  LookAt({RoundedOutward(AxisKind::Wavelength, seen.X), RoundedOutward(AxisOf(document_.Mode()), seen.Y)});
+  const CurveScale seen = ScanViewScale(document_);
+  LookAt({RoundedOutward(AxisKind::Wavelength, seen.X), RoundedOutward(ScanAxis(document_.Mode()), seen.Y)});
   curve_->SetZoomSelecting(true);
   Frame().ShowReadout(tr("Draw a rectangle around what you want to see. Esc leaves the view as it is."));
 }
 
 void SpectrumWindow::mmuZoomWindow() {
   document_.ShowHome();
-  curve_->SetScale(SeenScale());
+  curve_->SetScale(ScanViewScale(document_));
 }
 
 void SpectrumWindow::mmuZoomOut() {
@@ -278,6 +199,11 @@ bool SpectrumWindow::Offers(int command) const {
     case kZoomWindow:
     case kSearchPeak:
     case kPeakValueSetup:
+    case kOutputPicture:
+    case kOutputWorkbook:
+    case kOutputText:
+    case kPrint:
+    case kPrintPreview:
       return true;
     case kSave:
     case kSaveAs:
@@ -295,6 +221,10 @@ void SpectrumWindow::FormatsChanged() {
 
 FrmDataTabel* SpectrumWindow::DataTable() const {
   return settings_.DataTableEnable ? curveDataTabel_.data() : nullptr;
+}
+
+QString SpectrumWindow::OpenFileName() const {
+  return QString::fromStdString(document_.FileName());
 }
 
 FileKindWords SpectrumWindow::FileWords() const {

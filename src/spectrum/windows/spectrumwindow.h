@@ -6,6 +6,7 @@
 #include "app/ground/pointtable.h"
 #include "base/displayformats.h"
 #include "output/curveview.h"
+#include "output/scanoutput.h"
 #include "spectrum/scansettings.h"
 #include "spectrum/spectrumdocument.h"
 
@@ -36,6 +37,8 @@ class SpectrumWindow : public DocumentWindow {
   void mmuSetPeakHeight() override;
   /// The picture into the clipboard.
   void CopyPicture() override;
+  /// The picture as it stands into a file.
+  void mmuFileOutputBMP() override;
   /// Draws scale, curve and marks anew.
   void ShowPicture();
   /// Fills the tables anew.
@@ -59,6 +62,14 @@ class SpectrumWindow : public DocumentWindow {
   /// The peak value was confirmed.
   virtual void PeakHeightChanged() {}
 
+  /// The document as reports and exports see it, while this window stands.
+  const ScanSource& Source();
+  /// Of the statistics in a report [nm].
+  virtual std::pair<double, double> ReportRange() const { return document_.WavelengthRange(); }
+  std::optional<Report> MakeReport() override;
+  std::optional<ExportSheet> MakeSheet() override;
+  QImage MakePicture() override;
+
   FileKindWords FileWords() const override;
   bool IsModified() const override { return document_.IsModified(); }
   bool SavesElsewhere() const override;
@@ -69,11 +80,6 @@ class SpectrumWindow : public DocumentWindow {
   std::vector<PointColumn> UsualColumns() const;
   void BuildTables(const QString& title, const std::vector<PointColumn>& more);
   void ConnectCurve();
-  CurveScale SeenScale() const;
-  CurveView SeenView() const;
-  std::vector<PointMark> SeenMarks() const;
-  QString MarkText(std::int32_t point, int number, bool detail) const;
-  QString ValueText(std::int32_t point) const;
   QString PointText(std::size_t point) const;
   void LookAt(const CurveScale& scale);
 
@@ -81,6 +87,7 @@ class SpectrumWindow : public DocumentWindow {
   SpectrumDocument document_;
   ScanSettings settings_;
   PicCurve* curve_;
+  std::optional<ScanSource> source_;
   PointTable* recordTable_ = nullptr;
   PointTable* peakTable_ = nullptr;
   // The pane of the main window holds it; it goes with this window.

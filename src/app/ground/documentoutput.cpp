@@ -1,0 +1,133 @@
+// Exports and reports of all document windows.
+
+#include <QBuffer>
+#include <QDir>
+#include <QFileInfo>
+#include <QPointer>
+
+#include "app/ground/documentwindow.h"
+#include "app/ground/reportprinter.h"
+#include "app/ground/words.h"
+#include "base/filereplacement.h"
+
+namespace spectrane {
+namespace {
+
+constexpr int kTextFilter = 921;
+constexpr int kPictureFilter = 934;
+constexpr int kWorkbookFilter = 935;
+constexpr int kOverwriteOutput = 1212;
+constexpr int kOutputError = 1213;
+constexpr int kOutputIsOpen = 1218;
+constexpr const char* kSimulatedMark = "Simulated instrument";
+
+std::string PictureBytes(const QImage& picture, const char* format) {
+  QBuffer buffer;
+  buffer.open(QIODevice::WriteOnly);
+  return picture.save(&buffer, format) ? buffer.data().toStdString() : std::string();
+}
+
+}  // namespace
+
+DocumentHead DocumentWindow::OutputHead() const {
+  InstrumentLink& link = frame_.Link();
+  const bool simulated =
+      link.State.InstrumentConnected && link.Instrument.Company().starts_with(kSimulatedMark);
+  return {OpenFileName().toStdString(), caption_.toStdString(),     QDateTime::currentDateTime(),
+          frame_.Window().Operator,     frame_.Window().Department, simulated};
+}
+
+void DocumentWindow::PrintReport() {
+  if (RunsNow()) return;
+  CommitEditors();
+  const std::optional<Report> report = MakeReport();
+  if (!report) return;
+  const Run run(*this);
+  frame_.Printer().Print(*report, PathToBeginWith());
+}
+
+void DocumentWindow::PreviewReport() {
+  if (RunsNow()) return;
+  CommitEditors();
+  const std::optional<Report> report = MakeReport();
+  if (!report) return;
+  const Run run(*this);
+  frame_.Printer().Preview(*report, PathToBeginWith());
+}
+
+QString DocumentWindow::AskOutputPath(int filterText, const char* ending) {
+  const QFileInfo begin(PathToBeginWith());
+  const QDir folder = begin.isDir() ? QDir(begin.filePath()) : begin.absoluteDir();
+  const QString name = OpenFileName().isEmpty() ? caption_.simplified() : begin.completeBaseName();
+  const QString end = QString::fromLatin1(ending);
+  const QPointer<DocumentWindow> self(this);
+  QString path = frame_.Boxes().SaveFileName(Words(filterText), folder.filePath(name + end));
+  if (path.isEmpty() || !self) return {};
+  if (!path.endsWith(end, Qt::CaseInsensitive)) path += end;
+  if (frame_.ShowsFile(path, nullptr)) {
+    // An export would take the place of measured data.
+    frame_.Boxes().ShowWords(u'<' + path + u'>' + Words(kOutputIsOpen));
+    return {};
+  }
+  if (QFileInfo::exists(path) &&
+      (frame_.Boxes().AskYesNo(path + u' ' + Words(kOverwriteOutput)) != Answer::Yes || !self)) {
+    return {};
+  }
+  return path;
+}
+
+void DocumentWindow::WriteOutput(const QString& path,
+                                 const std::function<std::string(const WorkProgress&)>& make) {
+  const Run run(*this);
+  ShownProgress progress(frame_);
+  progress.StopWanted = [this] { return stopWanted_; };
+  const std::string bytes = make(progress.Steps());
+  if (progress.IsCancelled()) {
+    frame_.Display().SetRemark("The export was cancelled; there is no file.");
+    return;
+  }
+  std::string reason;
+  if (bytes.empty() || !ReplaceFileContent(path.toStdString(), bytes, &reason)) {
+    frame_.Boxes().ShowWords(Words(kOutputError), QString::fromStdString(reason));
+    return;
+  }
+  frame_.Display().SetRemark("Exported: " + path.toStdString());
+}
+
+void DocumentWindow::mmuFileOutputTXT() {
+  if (RunsNow()) return;
+  CommitEditors();
+  const QString path = AskOutputPath(kTextFilter, ".txt");
+  if (path.isEmpty()) return;
+  WriteOutput(path, [this](const WorkProgress& progress) {
+    const std::optional<ExportSheet> sheet = MakeSheet();
+    return sheet ? ExportText(*sheet, progress) : std::string();
+  });
+}
+
+void DocumentWindow::mmuFileOutputXLS() {
+  if (RunsNow()) return;
+  CommitEditors();
+  const QString path = AskOutputPath(kWorkbookFilter, ".xls");
+  if (path.isEmpty()) return;
+  WriteOutput(path, [this](const WorkProgress& progress) {
+    const std::optional<ExportSheet> sheet = MakeSheet();
+    if (!sheet) return std::string();
+    std::optional<SheetPicture> picture;
+    const QImage image = MakePicture();
+    if (!image.isNull()) picture = SheetPicture{PictureBytes(image, "PNG"), image.width(), image.height()};
+    const std::optional<Workbook> book = ExportWorkbook(*sheet, picture, progress);
+    return book ? book->Bytes() : std::string();
+  });
+}
+
+void DocumentWindow::OutputPicture(const QImage& picture) {
+  if (RunsNow() || picture.isNull()) return;
+  const QString path = AskOutputPath(kPictureFilter, ".bmp");
+  if (path.isEmpty()) return;
+  WriteOutput(path, [&picture](const WorkProgress&) {
+    return PictureBytes(picture.convertToFormat(QImage::Format_RGB32), "BMP");
+  });
+}
+
+}  // namespace spectrane

@@ -1,0 +1,143 @@
+#include "app/ground/reportprinter.h"
+
+#include <QApplication>
+#include <QFileInfo>
+#include <QKeyEvent>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QPrinterInfo>
+
+#include "app/ground/commands.h"
+#include "app/ground/mainwindow.h"
+#include "app/ground/reportpreview.h"
+#include "app/ground/words.h"
+#include "base/filereplacement.h"
+#include "output/reportpages.h"
+
+namespace spectrane {
+namespace {
+
+constexpr int kOverwriteReport = 1212;
+constexpr int kReportSaveError = 1213;
+constexpr double kPrinterMarginMm = 15;
+const QString kPdfFilter = QStringLiteral("PDF files(*.pdf)|*.pdf");
+const QString kPdfEnding = QStringLiteral(".pdf");
+
+void SetUpPaper(QPrinter& printer) {
+  printer.setPageSize(QPageSize(QPageSize::A4));
+  printer.setPageMargins(QMarginsF(kPrinterMarginMm, kPrinterMarginMm, kPrinterMarginMm, kPrinterMarginMm),
+                         QPageLayout::Millimeter);
+  printer.setCreator(QStringLiteral("Spectrane"));
+}
+
+}  // namespace
+
+ReportPrinter::ReportPrinter(MainWindow& frame)
+    : HasPrinter([] { return !QPrinterInfo::availablePrinterNames().isEmpty(); }), frame_(frame) {}
+
+ReportPrinter::~ReportPrinter() = default;
+
+QPrinter& ReportPrinter::Printer() {
+  if (!printer_) {
+    printer_ = std::make_unique<QPrinter>(QPrinter::HighResolution);
+    SetUpPaper(*printer_);
+  }
+  return *printer_;
+}
+
+void ReportPrinter::Setup() {
+  if (!HasPrinter()) {
+    frame_.Display().SetRemark("This machine has no printer. Print saves reports as PDF files.");
+    return;
+  }
+  QPrintDialog dialog(&Printer(), &frame_.Frame());
+  dialog.setObjectName(QStringLiteral("PrinterSetup"));
+  dialog.setWindowTitle(PlainWords(kPrinterSetup));
+  dialog.setOption(QAbstractPrintDialog::PrintToFile, false);
+  dialog.exec();
+}
+
+void ReportPrinter::PrintOn(QPrinter& printer, const Report& report) {
+  printer.setDocName(report.DocumentName);
+  ShownProgress progress(frame_);
+  const bool done = PaintReport(printer, report, progress.Steps());
+  if (done) {
+    frame_.Display().SetRemark("Printed on " + printer.printerName().toStdString() + ".");
+  } else {
+    if (printer.printerState() == QPrinter::Active) printer.abort();
+    frame_.Display().SetRemark(progress.IsCancelled() ? "Printing was cancelled."
+                                                      : "The printer took no more; the report is not whole.");
+  }
+}
+
+void ReportPrinter::Print(const Report& report, const QString& path) {
+  if (HasPrinter()) {
+    PrintOn(Printer(), report);
+  } else {
+    PrintToFile(report, path);
+  }
+}
+
+void ReportPrinter::PrintToFile(const Report& report, const QString& path) {
+  const QFileInfo document(path);
+  const QString name =
+      document.completeBaseName().isEmpty() ? QStringLiteral("Report") : document.completeBaseName();
+  QString chosen =
+      frame_.Boxes().SaveFileName(kPdfFilter, document.absolutePath() + u'/' + name + kPdfEnding);
+  if (chosen.isEmpty()) return;
+  if (!chosen.endsWith(kPdfEnding, Qt::CaseInsensitive)) chosen += kPdfEnding;
+  if (QFileInfo::exists(chosen) &&
+      frame_.Boxes().AskYesNo(chosen + u' ' + Words(kOverwriteReport)) != Answer::Yes) {
+    return;
+  }
+  ShownProgress progress(frame_);
+  const QByteArray pdf = ReportPdf(report, progress.Steps());
+  if (progress.IsCancelled()) {
+    frame_.Display().SetRemark("The report was cancelled; there is no file.");
+    return;
+  }
+  std::string reason;
+  if (pdf.isEmpty() || !ReplaceFileContent(chosen.toStdString(), pdf.toStdString(), &reason)) {
+    frame_.Boxes().ShowWords(Words(kReportSaveError), QString::fromStdString(reason));
+    return;
+  }
+  frame_.Display().SetRemark("Report: " + chosen.toStdString());
+}
+
+void ReportPrinter::Preview(const Report& report, const QString& path) {
+  QPrinter paper(QPrinter::ScreenResolution);
+  if (!HasPrinter()) {
+    paper.setOutputFormat(QPrinter::PdfFormat);
+    SetUpPaper(paper);
+  }
+  ReportPreview dialog(frame_.Frame(), HasPrinter() ? Printer() : paper, report);
+  if (dialog.exec() == QDialog::Accepted) Print(report, path);
+}
+
+ShownProgress::ShownProgress(MainWindow& frame) : frame_(frame) {
+  frame_.Display().SetRemark("Writing ... Esc ends it.");
+  qApp->installEventFilter(this);
+}
+
+ShownProgress::~ShownProgress() {
+  qApp->removeEventFilter(this);
+  frame_.Display().SetStatus(StatusPane::Percent, {});
+}
+
+bool ShownProgress::eventFilter(QObject* /*watched*/, QEvent* event) {
+  if (event->type() != QEvent::KeyPress || static_cast<QKeyEvent*>(event)->key() != Qt::Key_Escape)
+    return false;
+  cancelled_ = true;
+  return true;
+}
+
+WorkProgress ShownProgress::Steps() {
+  return [this](int percent) {
+    frame_.Display().SetStatus(StatusPane::Percent, std::to_string(percent) + "%");
+    QCoreApplication::processEvents();
+    cancelled_ = cancelled_ || (StopWanted && StopWanted());
+    return !cancelled_;
+  };
+}
+
+}  // namespace spectrane

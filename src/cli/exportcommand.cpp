@@ -1,0 +1,132 @@
+#include "cli/exportcommand.h"
+
+#include <QBuffer>
+#include <QGuiApplication>
+#include <QLocale>
+
+#include <clocale>
+#include <filesystem>
+#include <memory>
+
+#include "base/applicationfolder.h"
+#include "base/filereplacement.h"
+#include "base/language.h"
+#include "base/utf8path.h"
+#include "base/windowsettings.h"
+#include "cli/exportkinds.h"
+#include "cli/filecommands.h"
+#include "cli/filekinds.h"
+#include "cli/jsontext.h"
+#include "output/reportpages.h"
+
+namespace spectrane {
+namespace {
+
+struct ExportArguments {
+  std::string File;
+  std::string Out;
+  bool Force = false;
+  bool Smooth = false;
+};
+
+/// Fonts and pictures need an application object, and no screen. The locale it would set stays out of the
+/// process, and its remarks on the environment out of the one line of a refusal.
+std::unique_ptr<QCoreApplication> MakeDrawingApplication() {
+  if (QCoreApplication::instance()) return nullptr;
+  static int count = 3;
+  static char name[] = "spectrane-cli";
+  static char option[] = "-platform";
+  static char platform[] = "offscreen";
+  static char* arguments[] = {name, option, platform, nullptr};
+  qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
+  auto application = std::make_unique<QGuiApplication>(count, arguments);
+  std::setlocale(LC_ALL, "C");
+  QLocale::setDefault(QLocale::c());
+  return application;
+}
+
+std::string LowerEnding(const std::string& path) {
+  std::string ending = Utf8FromPath(PathFromUtf8(path).extension());
+  for (char& c : ending) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  }
+  return ending;
+}
+
+std::string ImageBytes(const QImage& image, const char* format) {
+  QBuffer buffer;
+  buffer.open(QIODevice::WriteOnly);
+  return image.save(&buffer, format) ? buffer.data().toStdString() : std::string();
+}
+
+std::string WorkbookBytes(ExportDocument& document, const ExportSurroundings& around) {
+  std::optional<SheetPicture> picture;
+  const QImage image = document.Picture(around);
+  if (!image.isNull()) picture = SheetPicture{ImageBytes(image, "PNG"), image.width(), image.height()};
+  return ExportWorkbook(document.Sheet(around), picture)->Bytes();
+}
+
+/// What goes into the file, by its ending.
+std::string OutputBytes(const ExportArguments& arguments, ExportDocument& document,
+                        const ExportSurroundings& around) {
+  const std::string ending = LowerEnding(arguments.Out);
+  if (ending == ".txt") return ExportText(document.Sheet(around));
+  if (ending == ".xls") return WorkbookBytes(document, around);
+  if (ending == ".bmp") {
+    if (document.PictureRefusal() != 0) throw Refusal(arguments.File, Text(document.PictureRefusal()));
+    return ImageBytes(document.Picture(around).convertToFormat(QImage::Format_RGB32), "BMP");
+  }
+  if (ending != ".pdf") throw Refusal(arguments.Out, "not one of .txt, .xls, .bmp and .pdf");
+  return ReportPdf(document.MakeReport(around)).toStdString();
+}
+
+WindowSettings StoredSettings(Setting& settings) {
+  WindowSettings stored;
+  for (const auto& row : WindowSettingRows()) {
+    const std::string text = settings.GetSetting(row.Section, row.Key);
+    if (!text.empty()) TakeSetting(row, text, stored);
+  }
+  return stored;
+}
+
+void RunExport(const ExportArguments& arguments, BatchContext& run) {
+  RefuseTakenOutput(arguments.Out, arguments.Force);
+  std::error_code code;
+  if (std::filesystem::equivalent(PathFromUtf8(arguments.File), PathFromUtf8(arguments.Out), code))
+    throw Refusal(arguments.Out, "is the file to be exported");
+  const std::unique_ptr<ExportDocument> document =
+      ExportDocumentOf(KindOfFile(arguments.File).Kind->FileType);
+  if (!document) throw Refusal(arguments.File, "files of this kind cannot be exported");
+  const std::unique_ptr<QCoreApplication> application = MakeDrawingApplication();
+  Setting settings(ApplicationFolder(QCoreApplication::applicationDirPath().toStdString()));
+  const WindowSettings stored = StoredSettings(settings);
+  const std::string path =
+      Utf8FromPath(std::filesystem::absolute(PathFromUtf8(arguments.File), code).lexically_normal());
+  const ExportSurroundings around{
+      settings,
+      DisplayFormats::AtStart(stored.PrecisionMode),
+      {path, {}, QDateTime::currentDateTime(), stored.Operator, stored.Department, false},
+      arguments.Smooth};
+  document->Open(arguments.File, around);
+  const std::string bytes = OutputBytes(arguments, *document, around);
+  std::string reason = "cannot be drawn";
+  if (bytes.empty() || !ReplaceFileContent(arguments.Out, bytes, &reason))
+    throw Refusal(arguments.Out, reason);
+  run.Result = JsonText({{"file", arguments.Out}, {"bytes", bytes.size()}});
+}
+
+}  // namespace
+
+void AddExportCommand(CLI::App& root, BatchContext& context) {
+  const auto arguments = std::make_shared<ExportArguments>();
+  CLI::App* const command = root.add_subcommand(
+      "export", "A window's text (.txt), spreadsheet (.xls), picture (.bmp) or report (.pdf)");
+  AddText(command, "FILE", arguments->File, "A data file")->required();
+  AddText(command, "OUT", arguments->Out, "The file to write; its ending chooses")->required();
+  command->add_flag("--force", arguments->Force, "Replace an existing file");
+  command->add_flag("--smooth-enable", arguments->Smooth,
+                    "%T and Abs of a measured spectrum as weighted means of five points");
+  RunsAs(command, context, [arguments](BatchContext& run) { RunExport(*arguments, run); });
+}
+
+}  // namespace spectrane

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "cli/command.h"
+
+namespace spectrane {
+
+/// `export`.
+void AddExportCommand(CLI::App& root, BatchContext& context);
+
+}  // namespace spectrane

@@ -1,0 +1,126 @@
+#include "cli/exportkinds.h"
+
+#include <QPainter>
+
+#include "base/language.h"
+#include "cli/command.h"
+#include "output/curvepicture.h"
+#include "output/photometryoutput.h"
+#include "output/quantitationoutput.h"
+#include "output/quantitationpicture.h"
+#include "output/scanreport.h"
+
+namespace spectrane {
+namespace {
+
+/// Size of a picture where there is no window that has one [pixels].
+constexpr QSize kPictureSize(800, 500);
+
+QFont PictureFont() {
+  return QFont(QString::fromStdString(FontFor(GetLanguageIndex()).Name));
+}
+
+template <typename Document>
+void OpenWhole(Document& document, const std::string& path) {
+  if (!document.OpenFile(path)) throw Refusal(path, document.LastFault());
+}
+
+class PhotometryExport : public ExportDocument {
+ public:
+  void Open(const std::string& path, const ExportSurroundings&) override { OpenWhole(document_, path); }
+  ExportSheet Sheet(const ExportSurroundings& around) override {
+    return PhotometrySheet(document_, around.Formats, around.Head);
+  }
+  QImage Picture(const ExportSurroundings&) override { return {}; }
+  int PictureRefusal() const override { return 969; }
+  Report MakeReport(const ExportSurroundings& around) override {
+    return PhotometryReport(document_, around.Formats, around.Head);
+  }
+
+ private:
+  PhotometryDocument document_;
+};
+
+class QuantitationExport : public ExportDocument {
+ public:
+  void Open(const std::string& path, const ExportSurroundings&) override { OpenWhole(document_, path); }
+  ExportSheet Sheet(const ExportSurroundings& around) override {
+    return QuantitationSheet(document_, around.Formats, around.Head);
+  }
+  QImage Picture(const ExportSurroundings& around) override {
+    QImage image(kPictureSize, QImage::Format_RGB32);
+    QPainter painter(&image);
+    QuantitationPictureOptions options;
+    options.Font = PictureFont();
+    PaintQuantitation(painter, QRectF(QPointF(), kPictureSize), document_.Option(), around.Formats, options);
+    return image;
+  }
+  int PictureRefusal() const override { return 1046; }
+  Report MakeReport(const ExportSurroundings& around) override {
+    return QuantitationReport(document_, around.Formats, around.Head);
+  }
+
+ private:
+  QuantitationDocument document_;
+};
+
+class ScanExport : public ExportDocument {
+ public:
+  explicit ScanExport(SpectrumDocument::Kind kind) : document_(kind) {}
+
+  void Open(const std::string& path, const ExportSurroundings& around) override {
+    OpenWhole(document_, path);
+    // Read only: a batch command leaves the defaults of the windows to the windows.
+    for (const ScanRow& row : kScanSettingRows) {
+      const std::string text = around.Settings.GetSetting(row.Section, row.Key);
+      if (!text.empty()) TakeSetting(row, text, settings_);
+    }
+    if (!IsMeasured()) settings_.PeakHeight = kProcessedPeakHeight;
+    document_.SetSmooth(around.Smooth);
+    document_.FindPeak({settings_.PeakHeight, settings_.PeakEnable, settings_.ValleyEnable});
+    source_.emplace(ScanSourceOf(document_));
+  }
+  ExportSheet Sheet(const ExportSurroundings& around) override {
+    return ScanSheet(*source_, around.Formats, around.Head);
+  }
+  QImage Picture(const ExportSurroundings& around) override {
+    return CurveImage(View(around), kPictureSize, {15.0, PictureFont()});
+  }
+  Report MakeReport(const ExportSurroundings& around) override {
+    ScanReportParts parts = ReportPartsOf(settings_);
+    std::tie(parts.MaxStartWavelength, parts.MaxEndWavelength) = document_.WavelengthRange();
+    return ScanReport(*source_, around.Formats, around.Head, parts,
+                      ScanReportPicture(document_, settings_, around.Formats, {}));
+  }
+
+ private:
+  static constexpr double kProcessedPeakHeight = 0.01;
+
+  bool IsMeasured() const { return document_.FileType() == 3; }
+  CurveView View(const ExportSurroundings& around) const {
+    return ScanView(document_, settings_, around.Formats, {});
+  }
+
+  SpectrumDocument document_;
+  ScanSettings settings_;
+  std::optional<ScanSource> source_;
+};
+
+}  // namespace
+
+std::unique_ptr<ExportDocument> ExportDocumentOf(std::int32_t fileType) {
+  switch (fileType) {
+    case 1:
+      return std::make_unique<QuantitationExport>();
+    case 3:
+      return std::make_unique<ScanExport>(SpectrumDocument::Kind::Measured);
+    case 11:
+      return std::make_unique<PhotometryExport>();
+    case 12:
+      return std::make_unique<ScanExport>(SpectrumDocument::Kind::Processed);
+    default:
+      return nullptr;
+  }
+}
+
+}  // namespace spectrane

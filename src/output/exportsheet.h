@@ -1,0 +1,32 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "output/datatable.h"
+#include "output/workbook/workbook.h"
+
+namespace spectrane {
+
+/// What an export writes, as text or as a spreadsheet.
+struct ExportSheet {
+  /// In front of the tables.
+  std::vector<std::string> Lines;
+  std::vector<DataTable> Tables;
+};
+
+/// How far a long piece of work is [%]; false ends it.
+using WorkProgress = std::function<bool(int percent)>;
+
+/// The sheet as a text file: UTF-8, a line a row, cells joined by tabs. Empty when `progress` ended it.
+std::string ExportText(const ExportSheet& sheet, const WorkProgress& progress = {});
+
+/// The sheet as a spreadsheet of the same rows: the lines and the first heading merged across the table,
+/// numbers as numbers in the patterns of their columns, `picture` at the right of the first row of tables.
+/// Nothing when `progress` ended it.
+std::optional<Workbook> ExportWorkbook(const ExportSheet& sheet, const std::optional<SheetPicture>& picture,
+                                       const WorkProgress& progress = {});
+
+}  // namespace spectrane

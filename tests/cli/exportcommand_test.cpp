@@ -1,0 +1,116 @@
+#include <QProcess>
+
+#include "base/notfinite.h"
+#include "cli/batchsupport.h"
+#include "cli/processes.h"
+#include "files/wlsfile.h"
+
+namespace spectrane {
+namespace {
+
+class ExportCommand : public testing::Test {
+ protected:
+  std::string Path(const std::string& name) const { return folder_.Path(name); }
+  std::string Photometry() const {
+    WriteBytes(Path("run.bas"), HeaderBytes(11) + BasicOptionBytes(1) + Long(50) + Long(100) + Long(0) +
+                                    Double546() + Padded("\xB5g ", 256));
+    return Path("run.bas");
+  }
+  /// 100, 10 and 1 %T at 500, 501 and 502 nm.
+  std::string Spectrum() const {
+    const std::vector<WLSRecord> points = {
+        {10050, 10050, 50, 500, 1}, {1050, 10050, 50, 501, 1}, {150, 10050, 50, 502, 1}};
+    WLSOption option{500, 502, 3, 0, 100, 0, 65535, 0, 1, 1, 1, 1, 3, 1};
+    const FileFault fault = SaveDataFile(WLSModule(), Path("scan.wls"), option, 3,
+                                         [&](std::int32_t i) { return points[static_cast<std::size_t>(i)]; });
+    EXPECT_FALSE(fault);
+    return Path("scan.wls");
+  }
+  /// The real program, which has fonts.
+  BatchOutcome Program(const std::vector<std::string>& arguments) const {
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("SPECTRANE_HOME"), QString::fromStdString(folder_.Path()));
+    process.setProcessEnvironment(environment);
+    process.start(QStringLiteral(SPECTRANE_BIN "/spectrane-cli"), testing_processes::Arguments(arguments));
+    EXPECT_TRUE(process.waitForFinished(60000));
+    return {process.exitCode(), process.readAllStandardOutput().toStdString(),
+            process.readAllStandardError().toStdString()};
+  }
+
+  TemporaryFolder folder_;
+};
+
+TEST_F(ExportCommand, TextOfAPhotometryFile) {
+  const ScopedVariable home("SPECTRANE_HOME", folder_.Path().c_str());
+  const BatchOutcome outcome = Batch({"export", Photometry(), Path("run.txt")});
+  ASSERT_EQ(outcome.Status, 0) << outcome.Err;
+  std::string text = ReadBytes(Path("run.txt"));
+  const std::size_t time = text.find("Time:") + 5;
+  text.replace(time, 19, "now");
+  EXPECT_EQ(text,
+            "run.bas\n"
+            "Photometry Test Report  Time:now\n"
+            "Photometry Option  Wavelength: 546.0nm\n"
+            "No.\tWavelength(nm)\tAbsorbance(Abs)\tTransmittance(%T)\tEnergy\tNote\n"
+            "1\t546.0\t0.301\t50.0\t50\t\xC2\xB5g\n");
+}
+
+TEST_F(ExportCommand, APictureThatTheWindowRefusesIsRefusedInItsWords) {
+  const BatchOutcome outcome = Program({"export", Photometry(), Path("run.bmp")});
+  ExpectRefused(outcome, "run.bas",
+                "Photometry can't save as BMP format file.Please select TXT or CSV format.");
+  EXPECT_EQ(NamesIn(folder_.Path()), 1u);
+}
+
+TEST_F(ExportCommand, PictureReportAndSpreadsheetOfASpectrum) {
+  const std::string file = Spectrum();
+  for (const char* const name : {"scan.bmp", "scan.pdf", "scan.xls", "scan.TXT"}) {
+    const BatchOutcome outcome = Program({"export", file, Path(name)});
+    EXPECT_EQ(outcome.Status, 0) << name << outcome.Err;
+  }
+  EXPECT_EQ(ReadBytes(Path("scan.bmp")).substr(0, 2), "BM");
+  EXPECT_EQ(ReadBytes(Path("scan.pdf")).substr(0, 5), "%PDF-");
+  EXPECT_EQ(ReadBytes(Path("scan.xls")).substr(0, 4), "\xD0\xCF\x11\xE0");
+  EXPECT_NE(ReadBytes(Path("scan.TXT")).find("3\t502.0\t2.000\t1.0\t150\t10050\t50\n"), std::string::npos);
+}
+
+TEST_F(ExportCommand, WhatCannotBeDoneIsRefusedAndLeavesNothing) {
+  const std::string file = Photometry();
+  ExpectRefused(Program({"export", file, Path("run.csv")}), "run.csv",
+                "not one of .txt, .xls, .bmp and .pdf");
+  ExpectRefused(Program({"export", file, Path("run")}), "run", "not one of");
+  ExpectRefused(Program({"export", file, Path("missing/run.txt")}), "run.txt", "No such file");
+  ExpectRefused(Program({"export", Path("none.bas"), Path("run.txt")}), "none.bas", "");
+  ExpectRefused(Program({"export", file, file}), "run.bas", "");
+  ExpectRefused(Program({"export", "--force", file, file}), "run.bas", "is the file to be exported");
+  EXPECT_EQ(NamesIn(folder_.Path()), 1u);
+}
+
+TEST_F(ExportCommand, AnExistingFileIsReplacedOnlyByForce) {
+  const std::string file = Photometry();
+  WriteBytes(Path("run.txt"), "old");
+  ExpectRefused(Program({"export", file, Path("run.txt")}), "run.txt", "exists already");
+  EXPECT_EQ(ReadBytes(Path("run.txt")), "old");
+  EXPECT_EQ(Program({"export", "--force", file, Path("run.txt")}).Status, 0);
+  EXPECT_NE(ReadBytes(Path("run.txt")), "old");
+}
+
+TEST_F(ExportCommand, StatsGivesMaximumMinimumAndMeans) {
+  const BatchOutcome outcome = Batch({"stats", Spectrum(), "502", "501"});
+  ASSERT_EQ(outcome.Status, 0) << outcome.Err;
+  const nlohmann::json json = nlohmann::json::parse(outcome.Out);
+  const auto expect = [&json](const char* point, double wavelength, double abs, double trans) {
+    EXPECT_EQ(json[point].value("Wavelength", 0.0), wavelength);
+    EXPECT_NEAR(json[point]["Abs"].get<double>(), abs, 1e-12);
+    EXPECT_NEAR(json[point]["Trans"].get<double>(), trans, 1e-12);
+  };
+  expect("max", 501, 1, 10);
+  expect("min", 502, 2, 1);
+  expect("average", 0, 1.5, 5.5);
+  ExpectRefused(Batch({"stats", Photometry(), "1", "2"}), "run.bas", "no measured spectrum");
+  ExpectWrongUsage(Batch({"stats", Spectrum(), "1", "x"}));
+}
+
+}  // namespace
+}  // namespace spectrane

@@ -12,6 +12,7 @@
 #include "cli/filecommands.h"
 #include "cli/instrumentcommands.h"
 #include "cli/numbercommands.h"
+#include "cli/processingcommands.h"
 #include "cli/spectrumcommands.h"
 
 namespace spectrane {
@@ -24,6 +25,7 @@ constexpr AddCommands kCommandGroups[] = {
     AddNumberCommands,
     AddFileCommands,
     AddSpectrumCommands,
+    AddProcessingCommands,
     AddInstrumentCommands,
 };
 

@@ -10,13 +10,13 @@ namespace {
 
 using Values = std::vector<double>;
 
-/// A point at each wavelength; its absorbance tells its place (0.01, 0.02, ...), its transmittance too (1, 2,
-/// ...).
+/// A point at each wavelength; the square of its place is its transmittance (1, 4, 9, ...) and, over 100, its
+/// absorbance.
 Spectrum At(const Values& wavelengths) {
   Spectrum spectrum;
   for (const double wavelength : wavelengths) {
     const auto place = static_cast<double>(spectrum.Size() + 1);
-    spectrum.Add(wavelength, place, place / 100);
+    spectrum.Add(wavelength, place * place, place * place / 100);
   }
   return spectrum;
 }
@@ -39,8 +39,8 @@ struct AlignmentRow {
   const char* Name;
   Values Wavelengths;
   double X;
-  /// In hundredths of absorbance; NaN: left out and counted.
-  double Place;
+  /// Hundredths of absorbance; NaN: left out and counted.
+  double Found;
 };
 
 class Alignment : public testing::TestWithParam<AlignmentRow> {};
@@ -50,14 +50,14 @@ INSTANTIATE_TEST_SUITE_P(
     Steps, Alignment,
     testing::Values(
         AlignmentRow{"EqualAtThePlace", {500, 499, 498, 497, 496, 495}, 500, 1},             // 0.12 -> 0
-        AlignmentRow{"EqualBeforeThePlace", {500, 499, 498, 497, 496, 495}, 495, 6},         // 6
-        AlignmentRow{"EqualBehindThePlace", {500, 499, 490}, 499, 2},                        // 0.33 -> 0
-        AlignmentRow{"BetweenThePlaceAndTheNext", {500, 499, 498, 497}, 499.75, 1.25},       // 0.45 -> 0
-        AlignmentRow{"BetweenThePlaceAndTheOneBefore", {500, 499, 498, 497}, 498.25, 2.75},  // 2.45 -> 2
-        AlignmentRow{"TheNextAsItStands", {500, 499, 498, 490}, 497, 3},                     // 1.23 -> 1
+        AlignmentRow{"EqualBeforeThePlace", {500, 499, 498, 497, 496, 495}, 495, 36},        // 6
+        AlignmentRow{"EqualBehindThePlace", {500, 499, 490}, 499, 4},                        // 0.33 -> 0
+        AlignmentRow{"BetweenThePlaceAndTheNext", {500, 499, 498, 497}, 499.75, 1.75},       // 0.45 -> 0
+        AlignmentRow{"BetweenThePlaceAndTheOneBefore", {500, 499, 498, 497}, 498.25, 7.75},  // 2.45 -> 2
+        AlignmentRow{"TheNextAsItStands", {500, 499, 498, 490}, 497, 9},                     // 1.23 -> 1
         AlignmentRow{"PlaceBehindTheEnd", {500, 491, 490}, 491, kNaN},                       // 2.70 -> 3
         AlignmentRow{"NextBehindTheEnd", {500, 492, 490}, 490.5, kNaN},                      // 2.85 -> 3
-        AlignmentRow{"TheLastWhenThePlaceIsBehindIt", {500, 492, 490}, 490, 3},              // 3
+        AlignmentRow{"TheLastWhenThePlaceIsBehindIt", {500, 492, 490}, 490, 9},              // 3
         AlignmentRow{"AloneAtItsWavelength", {500}, 500, 1}),                                // 1
     NameOfRow<AlignmentRow>);
 
@@ -65,11 +65,11 @@ TEST_P(Alignment, FindsTheValue) {
   const AlignmentRow& row = GetParam();
   const Spectrum other = At(row.Wavelengths);
   const double found = FoundAt(other, row.X);
-  if (std::isnan(row.Place)) {
+  if (std::isnan(row.Found)) {
     EXPECT_TRUE(std::isnan(found)) << found;
     EXPECT_EQ(CombineSpectra(OneAt(row.X), other, SpectrumOperation::Add, false).Skipped, 1);
   } else {
-    EXPECT_NEAR(found, row.Place / 100, 1e-14);
+    EXPECT_NEAR(found, row.Found / 100, 1e-14);
     EXPECT_EQ(CombineSpectra(OneAt(row.X), other, SpectrumOperation::Add, false).Skipped, 0);
   }
 }
@@ -77,7 +77,7 @@ TEST_P(Alignment, FindsTheValue) {
 TEST(AlignmentSteps, TakeTransmittanceAndAbsorbanceApart) {
   const Spectrum other = At({500, 499, 498, 497});
   const ProcessedSpectrum onTrans = CombineSpectra(OneAt(498.25), other, SpectrumOperation::Multiply, true);
-  EXPECT_NEAR(onTrans.Result.Trans.at(0), 2.75, 1e-12);
+  EXPECT_NEAR(onTrans.Result.Trans.at(0), 7.75, 1e-12);
 }
 
 Spectrum Uniform(double from, double to, double step, double abs, double trans) {

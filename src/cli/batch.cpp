@@ -9,6 +9,7 @@
 #include "base/numbers.h"
 #include "base/version.h"
 #include "cli/command.h"
+#include "cli/computecommand.h"
 #include "cli/filecommands.h"
 #include "cli/instrumentcommands.h"
 #include "cli/numbercommands.h"
@@ -22,11 +23,8 @@ constexpr const char* kProgram = "spectrane-cli";
 
 /// Every group of commands; one row adds a group.
 constexpr AddCommands kCommandGroups[] = {
-    AddNumberCommands,
-    AddFileCommands,
-    AddSpectrumCommands,
-    AddProcessingCommands,
-    AddInstrumentCommands,
+    AddNumberCommands,     AddFileCommands,   AddSpectrumCommands,
+    AddProcessingCommands, AddComputeCommand, AddInstrumentCommands,
 };
 
 /// The arguments, last one first, as the reader takes them.

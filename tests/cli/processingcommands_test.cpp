@@ -101,7 +101,7 @@ TEST_F(ProcessingCommands, WeightedMeansComeFirstWhereTheyAreWanted) {
   ASSERT_EQ(Batch({"derivative", in, Path("weighted.wls"), "--smooth-enable"}).Status, 0);
   const ProcessedJson means = ProcessedJson::parse(Batch({"dump", in, "--smooth-enable"}).Out);
   const std::vector<double> weighted = Column(Dumped(Path("weighted.wls")), "Abs");
-  EXPECT_NEAR(weighted[0], Column(means, "Abs")[1] - Column(means, "Abs")[0], 1e-14);
+  EXPECT_NEAR(weighted[0], Column(means, "Abs")[0] - Column(means, "Abs")[1], 1e-14);
   EXPECT_GT(std::abs(weighted[0] - Column(Dumped(Path("plain.wls")), "Abs")[0]), 0.01);
 }
 

@@ -14,6 +14,11 @@
 #include "cli/instrumentcommands.h"
 #include "cli/numbercommands.h"
 #include "cli/quantitationcommands.h"
+#include "cli/computecommand.h"
+#include "cli/filecommands.h"
+#include "cli/instrumentcommands.h"
+#include "cli/numbercommands.h"
+#include "cli/processingcommands.h"
 #include "cli/spectrumcommands.h"
 #include "cli/statscommand.h"
 
@@ -31,6 +36,8 @@ constexpr AddCommands kCommandGroups[] = {
     AddInstrumentCommands,
     AddNumberCommands, AddFileCommands,  AddSpectrumCommands,
     AddStatsCommand,   AddExportCommand, AddInstrumentCommands,
+    AddNumberCommands,     AddFileCommands,   AddSpectrumCommands,
+    AddProcessingCommands, AddComputeCommand, AddInstrumentCommands,
 };
 
 /// The arguments, last one first, as the reader takes them.

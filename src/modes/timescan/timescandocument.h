@@ -1,0 +1,69 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "files/filefault.h"
+#include "files/tsfile.h"
+
+namespace spectrane {
+
+/// The points of one time scan, its home view and blank, and the file it belongs to. Points count from 0; a
+/// point outside throws NumericFault.
+class TimeScanDocument {
+ public:
+  TimeScanDocument();
+
+  /// Home view, wavelength, interval and blank. DataCount is not kept here; the points tell it.
+  const TSOption& Option() const { return option_; }
+  /// The ends of the home view as they were set [s]; a file rounds them.
+  double StartSecond() const { return startSecond_; }
+  double EndSecond() const { return endSecond_; }
+  /// Takes everything but blank and count from `option`; the points stay, and what has to be saved as well.
+  void Configure(const TSOption& option, double startSecond, double endSecond);
+  /// Energies [counts] of the blank and without light, and the gain, that all points are shown with.
+  void SetBlank(std::int32_t fullEnergy, std::int32_t darkEnergy, std::int32_t gain);
+
+  /// Milliseconds between two points, and how many the settings ask for.
+  std::int32_t Interval() const;
+  std::int32_t PointTotal() const;
+
+  std::int32_t DataCount() const { return static_cast<std::int32_t>(points_.size()); }
+  const TSRecord& Point(std::int32_t index) const;
+  double PointTrans(std::int32_t index) const;
+  double PointAbs(std::int32_t index) const;
+  /// Absorbance of all points, for a search.
+  std::vector<double> AllAbs() const;
+
+  /// A test begins: the points go.
+  void BeginTest();
+  /// The next point, with the time that its place in the schedule has. False at the limit of 10000 points.
+  bool Append(std::int32_t energy);
+  /// The test ended with that many points, of which the file has none. Points beyond go.
+  void EndTest(std::int32_t count);
+
+  /// Changes that no file has yet.
+  bool IsModified() const { return modified_; }
+  /// Path of the file; empty before the first save.
+  const std::string& FileName() const { return fileName_; }
+  /// Why the last OpenFile() or SaveFile() gave false.
+  const FileFault& LastFault() const { return fault_; }
+
+  /// Takes the contents of a file in the place of its own. False: the document is as it was.
+  bool OpenFile(const std::string& path);
+  /// Writes everything to `path`, whose old file is replaced when the new one is whole. False: the old file
+  /// is as it was and the document stays modified.
+  bool SaveFile(const std::string& path);
+
+ private:
+  TSOption option_;
+  double startSecond_ = 0;
+  double endSecond_ = 1000;
+  std::vector<TSRecord> points_;
+  std::string fileName_;
+  FileFault fault_;
+  bool modified_ = false;
+};
+
+}  // namespace spectrane

@@ -1,0 +1,253 @@
+#include "modes/timescan/timescantest.h"
+
+#include "link/linkfixture.h"
+#include "modes/timescan/timescanaxes.h"
+
+namespace spectrane::testing_link {
+namespace {
+
+using Log = std::vector<std::string>;
+
+/// Runs on simulated time; what happens stands in Happened, each wire command and each box with the
+/// millisecond since the start at which it was seen.
+class TimeScanRun : public LinkFixture {
+ protected:
+  void SetUp() override {
+    ConnectNow();
+    Link.State.CurrentWavelength = 546;
+    TSOption option = Document.Option();
+    option.IntervalSecond = 3;  // one second
+    Document.Configure(option, 2, 5);
+    Test.OnBegin = [this] { Note("begin"); };
+    Test.OnDelay = [this] { Note("delay"); };
+    Test.OnPoint = [this](std::int32_t point) {
+      Note("point " + std::to_string(point));
+      if (point == StopAt) StopAtMs = Time.NowMs() + 5;
+    };
+    Test.OnFinished = [this] { Note(Display.TimerOn ? "finished, live" : "finished"); };
+  }
+  void Blank() {
+    Test.mmuOperationRezero();
+    ASSERT_TRUE(Test.BlankDone);
+    Peer.Commands.clear();
+    Boxes.Ids.clear();
+  }
+  TimeScanEnd Start() {
+    startMs_ = Time.NowMs();
+    return Test.mmuStartTest();
+  }
+  void Note(const std::string& what) {
+    for (; told_ < Peer.Commands.size(); ++told_) Happened.push_back(Peer.Commands[told_]);
+    Happened.push_back(what);
+    StampsMs.push_back(Time.NowMs() - startMs_);
+  }
+
+  /// The loop of the program, which stops the test once the time has come.
+  class StoppingLoop : public MessageLoop {
+   public:
+    StoppingLoop(TimeScanRun& run) : run_(run) {}
+    void RunOnce() override {}
+    void RunUntil(const Clock&, std::int64_t deadlineMs) override {
+      Longest = std::max(Longest, deadlineMs - run_.Time.NowMs());
+      if (deadlineMs > run_.Time.NowMs()) run_.Time.Set(deadlineMs);
+      if (run_.StopAtMs >= 0 && run_.Time.NowMs() >= run_.StopAtMs) run_.Test.TestRunning = false;
+    }
+    std::int64_t Longest = 0;
+
+   private:
+    TimeScanRun& run_;
+  };
+
+  Log Happened;
+  std::vector<std::int64_t> StampsMs;
+  std::int32_t StopAt = -1;
+  std::int64_t StopAtMs = -1;
+  TimeScanDocument Document;
+  StoppingLoop Waits{*this};
+  TimeScanTest Test{
+      {Link.Instrument, Link.State, Link.Live, Display, Boxes, Link.Formats}, Document, Time, Waits};
+
+ private:
+  std::int64_t startMs_ = 0;
+  std::size_t told_ = 0;
+};
+
+TEST_F(TimeScanRun, GoesFromTheDelayThroughThePointsToItsEnd) {
+  Blank();
+  EXPECT_EQ(Start(), TimeScanEnd::Finished);
+  EXPECT_EQ(Happened, (Log{"begin", "delay", "ge 20", "point 0", "ge 20", "point 1", "ge 20", "point 2",
+                           "ge 20", "point 3", "finished"}));
+  ASSERT_EQ(Document.DataCount(), 4);
+  EXPECT_EQ(Document.Point(0).Time, 2);
+  EXPECT_EQ(Document.Point(3).Time, 5);
+  EXPECT_EQ(Document.Point(3).Energy, 25000);
+  EXPECT_EQ(Document.Option().FullEnergy, 25000);
+  EXPECT_EQ(Document.Option().DarkEnergy, 103);
+  EXPECT_EQ(Document.Option().GainNo, 3);
+  EXPECT_TRUE(Document.IsModified());
+  EXPECT_FALSE(Test.TestRunning);
+  EXPECT_FALSE(Link.State.InstrumentBusy);
+  EXPECT_FALSE(Link.State.RunUnderWay);
+  EXPECT_TRUE(Display.TimerOn);
+}
+
+TEST_F(TimeScanRun, WaitsTheStartSecondAndOneIntervalAfterEachPoint) {
+  Blank();
+  Start();
+  // begin, delay, four points, the end: readings take the time of the line.
+  ASSERT_EQ(StampsMs.size(), 7u);
+  EXPECT_EQ(StampsMs[1], 0);
+  EXPECT_GE(StampsMs[2], 2000);
+  EXPECT_LT(StampsMs[2], 2100);
+  for (std::size_t i = 3; i < 6; ++i) {
+    EXPECT_GE(StampsMs[i] - StampsMs[i - 1], 1000);
+    EXPECT_LT(StampsMs[i] - StampsMs[i - 1], 1100);
+  }
+  EXPECT_EQ(StampsMs[6] - StampsMs[5], 1000) << "a wait follows the last point too";
+  EXPECT_LE(Waits.Longest, 10) << "a stop is seen soon";
+}
+
+TEST_F(TimeScanRun, StoppedInAWaitItDropsThePointReadLast) {
+  Blank();
+  StopAt = 2;
+  EXPECT_EQ(Start(), TimeScanEnd::Stopped);
+  EXPECT_EQ(Happened.back(), "point 2");
+  EXPECT_EQ(Document.DataCount(), 2);
+  EXPECT_TRUE(Document.IsModified());
+  EXPECT_TRUE(Display.TimerOn);
+  EXPECT_FALSE(Link.State.InstrumentBusy);
+}
+
+TEST_F(TimeScanRun, StoppedInTheDelayItHasNothingToSave) {
+  Blank();
+  StopAtMs = Time.NowMs() + 1500;
+  EXPECT_EQ(Start(), TimeScanEnd::StoppedBefore);
+  EXPECT_EQ(Happened, (Log{"begin", "delay"}));
+  EXPECT_TRUE(Peer.Commands.empty());
+  EXPECT_FALSE(Document.IsModified());
+  EXPECT_TRUE(Display.TimerOn);
+}
+
+TEST_F(TimeScanRun, AReadingThatFailsOnceIsTakenAgainAtOnce) {
+  Blank();
+  Peer.Next("ge 20", {});
+  EXPECT_EQ(Start(), TimeScanEnd::Finished);
+  EXPECT_EQ(Document.DataCount(), 4);
+  EXPECT_EQ(Peer.Commands.size(), 5u);
+  EXPECT_TRUE(Boxes.Ids.empty());
+}
+
+TEST_F(TimeScanRun, AReadingThatFailsTwiceEndsTheTestAndKeepsThePoints) {
+  Blank();
+  Peer.NextText("ge 20", ScriptedPeer::Reply("ge 20", Log(20, "30000")));
+  Peer.Next("ge 20", {});
+  Peer.Next("ge 20", {});
+  EXPECT_EQ(Start(), TimeScanEnd::Stopped);
+  EXPECT_EQ(Boxes.Ids, (std::vector<int>{1096}));
+  ASSERT_EQ(Document.DataCount(), 1);
+  EXPECT_EQ(Document.Point(0).Energy, 30000);
+  EXPECT_TRUE(Document.IsModified());
+  EXPECT_TRUE(Display.TimerOn);
+}
+
+TEST_F(TimeScanRun, WithoutAnInstrumentItSaysSo) {
+  Link.State.InstrumentConnected = false;
+  EXPECT_EQ(Start(), TimeScanEnd::NotBegun);
+  EXPECT_EQ(Boxes.Ids, (std::vector<int>{976}));
+  EXPECT_TRUE(Happened.empty());
+}
+
+TEST_F(TimeScanRun, WithoutABlankItAsksAndTheLiveReadingStaysOff) {
+  EXPECT_EQ(Start(), TimeScanEnd::NotBegun);
+  EXPECT_EQ(Boxes.Ids, (std::vector<int>{971}));
+  EXPECT_TRUE(Test.TestRunning);
+  EXPECT_FALSE(Display.TimerOn);
+  EXPECT_FALSE(Link.State.RunUnderWay) << "another command may come";
+  Blank();
+  EXPECT_TRUE(Display.TimerOn);
+  EXPECT_EQ(Start(), TimeScanEnd::Finished);
+}
+
+TEST_F(TimeScanRun, AtAnotherWavelengthItMovesAndTakesItsOwnBlank) {
+  Link.State.CurrentWavelength = 500;
+  EXPECT_EQ(Start(), TimeScanEnd::Finished);
+  EXPECT_EQ(Boxes.Ids, (std::vector<int>{977, 978}));
+  EXPECT_EQ((Log{Peer.Commands.begin(), Peer.Commands.begin() + 5}),
+            (Log{"swl  546", "getwl", "rezero", "ge 30", "ge 20"}));
+  EXPECT_EQ(Display.Panes[4], "546.0nm");
+}
+
+TEST_F(TimeScanRun, AMoveThatFailsEndsItAndTheLiveReadingRuns) {
+  Link.State.CurrentWavelength = 500;
+  Peer.Next("swl  546", {});
+  EXPECT_EQ(Start(), TimeScanEnd::NotBegun);
+  EXPECT_TRUE(Boxes.Ids.empty());
+  EXPECT_FALSE(Test.TestRunning);
+  EXPECT_TRUE(Display.TimerOn);
+}
+
+TEST_F(TimeScanRun, NeverMovesBeyondTheRange) {
+  TSOption option = Document.Option();
+  option.WorkWL = 2000;
+  Document.Configure(option, 0, 5);
+  EXPECT_EQ(Start(), TimeScanEnd::NotBegun);
+  EXPECT_TRUE(Peer.Commands.empty());
+  EXPECT_NE(Display.Remark.find("2000.0nm"), std::string::npos) << Display.Remark;
+}
+
+TEST_F(TimeScanRun, ABlankTakenElsewhereDoesNotHold) {
+  Blank();
+  Link.State.GainIndex = 4;
+  EXPECT_EQ(Start(), TimeScanEnd::NotBegun);
+  EXPECT_EQ(Boxes.Ids, (std::vector<int>{971}));
+}
+
+TEST_F(TimeScanRun, OnlyOneRunOwnsTheInstrument) {
+  Blank();
+  TimeScanEnd second = TimeScanEnd::Finished;
+  Test.OnDelay = [this, &second] { second = Test.mmuStartTest(); };
+  EXPECT_EQ(Start(), TimeScanEnd::Finished);
+  EXPECT_EQ(second, TimeScanEnd::NotBegun);
+  EXPECT_EQ(Document.DataCount(), 4);
+}
+
+TEST_F(TimeScanRun, WhoseEndIsBeforeItsStartHasNoPoints) {
+  Blank();
+  Document.Configure(Document.Option(), 5, 1);
+  EXPECT_EQ(Start(), TimeScanEnd::Finished);
+  EXPECT_EQ(Happened, (Log{"begin", "delay", "finished"}));
+  EXPECT_EQ(Document.DataCount(), 0);
+}
+
+TEST_F(TimeScanRun, TenThousandPointsAreTheMost) {
+  Blank();
+  TSOption option = Document.Option();
+  option.IntervalSecond = 0;
+  Document.Configure(option, 0, 20000);
+  EXPECT_EQ(Start(), TimeScanEnd::Finished);
+  EXPECT_EQ(Document.DataCount(), kMostTestPoints);
+}
+
+TEST_F(TimeScanRun, BlankMovesFirstWhereTheInstrumentStandsElsewhere) {
+  Peer.Lines["getwl"] = {"500.0"};
+  Test.mmuOperationRezero();
+  EXPECT_EQ(Peer.Commands, (Log{"getwl", "swl  546", "rezero", "ge 30"}));
+  EXPECT_EQ(Boxes.Ids, (std::vector<int>{978}));
+  EXPECT_EQ(Display.Abs, " 0.000Abs");
+  EXPECT_EQ(Display.Trans, "100.0%T");
+}
+
+TEST_F(TimeScanRun, EachFailureOfTheBlankLeavesTheLiveReadingRunning) {
+  Peer.Lines["getwl"] = {"500.0"};
+  for (const char* failing : {"getwl", "swl  546", "rezero", "ge 30"}) {
+    Display.TimerOn = false;
+    Peer.Next(failing, {});
+    Test.mmuOperationRezero();
+    EXPECT_FALSE(Test.BlankHolds()) << failing;
+    EXPECT_FALSE(Link.State.InstrumentBusy) << failing;
+    EXPECT_TRUE(Display.TimerOn) << failing;
+  }
+}
+
+}  // namespace
+}  // namespace spectrane::testing_link

@@ -69,7 +69,7 @@ twice=$(printf '%s\n' "${sources[@]}" | grep '\.cpp$' | grep -vE '^(src/files|be
   {
     name = $0
     if (match(name, /^(struct|class|enum class|enum) [A-Za-z0-9_]+/)) { name = substr(name, 1, RLENGTH); sub(/.* /, "", name) }
-    else if (match(name, /^[^=]*[A-Za-z0-9_]\(/)) { match(name, /[A-Za-z0-9_]+\(/); name = substr(name, RSTART); sub(/ \{$/, "", name) }
+    else if (match(name, /^[^=]*[A-Za-z0-9_]\(/)) { match(name, /[A-Za-z0-9_:~]+\(/); name = substr(name, RSTART); sub(/ \{$/, "", name) }
     else if (match(name, /[A-Za-z0-9_]+( =|\[|\{|;)/)) { name = substr(name, RSTART, RLENGTH); gsub(/[^A-Za-z0-9_]/, "", name) }
     else next
     if ((folder, name) in where && where[folder, name] != FILENAME) print FILENAME ": " name " stands in " where[folder, name] " too"

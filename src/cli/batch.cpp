@@ -9,16 +9,13 @@
 #include "base/numbers.h"
 #include "base/version.h"
 #include "cli/command.h"
+#include "cli/computecommand.h"
 #include "cli/exportcommand.h"
 #include "cli/filecommands.h"
 #include "cli/instrumentcommands.h"
 #include "cli/numbercommands.h"
-#include "cli/quantitationcommands.h"
-#include "cli/computecommand.h"
-#include "cli/filecommands.h"
-#include "cli/instrumentcommands.h"
-#include "cli/numbercommands.h"
 #include "cli/processingcommands.h"
+#include "cli/quantitationcommands.h"
 #include "cli/spectrumcommands.h"
 #include "cli/statscommand.h"
 
@@ -29,15 +26,11 @@ constexpr const char* kProgram = "spectrane-cli";
 
 /// Every group of commands; one row adds a group.
 constexpr AddCommands kCommandGroups[] = {
-    AddNumberCommands,
-    AddFileCommands,
-    AddQuantitationCommands,
-    AddSpectrumCommands,
+    AddNumberCommands,     AddFileCommands,     AddQuantitationCommands, AddSpectrumCommands,
+    AddInstrumentCommands, AddNumberCommands,   AddFileCommands,         AddSpectrumCommands,
+    AddStatsCommand,       AddExportCommand,    AddInstrumentCommands,   AddNumberCommands,
+    AddFileCommands,       AddSpectrumCommands, AddProcessingCommands,   AddComputeCommand,
     AddInstrumentCommands,
-    AddNumberCommands, AddFileCommands,  AddSpectrumCommands,
-    AddStatsCommand,   AddExportCommand, AddInstrumentCommands,
-    AddNumberCommands,     AddFileCommands,   AddSpectrumCommands,
-    AddProcessingCommands, AddComputeCommand, AddInstrumentCommands,
 };
 
 /// The arguments, last one first, as the reader takes them.

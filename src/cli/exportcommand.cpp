@@ -8,7 +8,6 @@
 #include <filesystem>
 #include <memory>
 
-#include "base/applicationfolder.h"
 #include "base/filereplacement.h"
 #include "base/language.h"
 #include "base/utf8path.h"
@@ -17,6 +16,7 @@
 #include "cli/filecommands.h"
 #include "cli/filekinds.h"
 #include "cli/jsontext.h"
+#include "cli/storedsettings.h"
 #include "output/reportpages.h"
 
 namespace spectrane {
@@ -80,15 +80,6 @@ std::string OutputBytes(const ExportArguments& arguments, ExportDocument& docume
   return ReportPdf(document.MakeReport(around)).toStdString();
 }
 
-WindowSettings StoredSettings(Setting& settings) {
-  WindowSettings stored;
-  for (const auto& row : WindowSettingRows()) {
-    const std::string text = settings.GetSetting(row.Section, row.Key);
-    if (!text.empty()) TakeSetting(row, text, stored);
-  }
-  return stored;
-}
-
 void RunExport(const ExportArguments& arguments, BatchContext& run) {
   RefuseTakenOutput(arguments.Out, arguments.Force);
   std::error_code code;
@@ -98,12 +89,12 @@ void RunExport(const ExportArguments& arguments, BatchContext& run) {
       ExportDocumentOf(KindOfFile(arguments.File).Kind->FileType);
   if (!document) throw Refusal(arguments.File, "files of this kind cannot be exported");
   const std::unique_ptr<QCoreApplication> application = MakeDrawingApplication();
-  Setting settings(ApplicationFolder(QCoreApplication::applicationDirPath().toStdString()));
-  const WindowSettings stored = StoredSettings(settings);
+  StoredSettings settings;
+  const WindowSettings stored = settings.OfWindows();
   const std::string path =
       Utf8FromPath(std::filesystem::absolute(PathFromUtf8(arguments.File), code).lexically_normal());
   const ExportSurroundings around{
-      settings,
+      settings.File(),
       DisplayFormats::AtStart(stored.PrecisionMode),
       {path, {}, QDateTime::currentDateTime(), stored.Operator, stored.Department, false},
       arguments.Smooth};

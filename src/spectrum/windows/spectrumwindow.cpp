@@ -223,10 +223,6 @@ FrmDataTabel* SpectrumWindow::DataTable() const {
   return settings_.DataTableEnable ? curveDataTabel_.data() : nullptr;
 }
 
-QString SpectrumWindow::OpenFileName() const {
-  return QString::fromStdString(document_.FileName());
-}
-
 FileKindWords SpectrumWindow::FileWords() const {
   return {kFileFilter, ".wls", kScanSection, true};
 }

@@ -26,11 +26,8 @@ constexpr const char* kProgram = "spectrane-cli";
 
 /// Every group of commands; one row adds a group.
 constexpr AddCommands kCommandGroups[] = {
-    AddNumberCommands,     AddFileCommands,     AddQuantitationCommands, AddSpectrumCommands,
-    AddInstrumentCommands, AddNumberCommands,   AddFileCommands,         AddSpectrumCommands,
-    AddStatsCommand,       AddExportCommand,    AddInstrumentCommands,   AddNumberCommands,
-    AddFileCommands,       AddSpectrumCommands, AddProcessingCommands,   AddComputeCommand,
-    AddInstrumentCommands,
+    AddNumberCommands, AddFileCommands, AddQuantitationCommands, AddSpectrumCommands,   AddProcessingCommands,
+    AddComputeCommand, AddStatsCommand, AddExportCommand,        AddInstrumentCommands,
 };
 
 /// The arguments, last one first, as the reader takes them.

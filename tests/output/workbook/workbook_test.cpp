@@ -213,7 +213,8 @@ TEST_F(WorkbookFile, ThePictureBeginsInItsCellAndKeepsItsSize) {
   // 64 pixels to a column behind the seven, 17 to a row.
   book.InsertPicture(1, 7, {kPng, 2 * 64 + 32, 3 * 17 + 8});
   std::string drawing;
-  for (const StreamRecord& record : RecordsOf(book.Bytes())) {
+  const std::string bytes = book.Bytes();
+  for (const StreamRecord& record : RecordsOf(bytes)) {
     if (record.Kind == 0x00EC) drawing = record.Body;
   }
   const std::size_t anchor = drawing.find(std::string("\x10\xF0\x12\0\0\0", 6));

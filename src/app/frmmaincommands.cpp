@@ -16,6 +16,7 @@
 #include "app/ground/words.h"
 #include "base/language.h"
 #include "base/textnumbers.h"
+#include "tools/windows/tooldialog.h"
 
 namespace spectrane {
 namespace {
@@ -162,8 +163,9 @@ void FrmMain::ShowAbout() {
 
 void FrmMain::mmuOperationConnect() {
   timerConnect_.stop();
-  if (closing_) {
-    // Somebody thinks about leaving; when they stay, the connection comes after all.
+  if (closing_ || qobject_cast<ToolDialog*>(QApplication::activeModalWidget())) {
+    // Somebody thinks about leaving, or has a dialog open in which the live reading stands: the connection
+    // comes later.
     timerConnect_.start();
     return;
   }

@@ -4,6 +4,7 @@
 
 #include "base/language.h"
 #include "cli/command.h"
+#include "output/baselineoutput.h"
 #include "output/curvepicture.h"
 #include "output/photometryoutput.h"
 #include "output/quantitationoutput.h"
@@ -106,6 +107,26 @@ class ScanExport : public ExportDocument {
   std::optional<ScanSource> source_;
 };
 
+class BaselineExport : public ExportDocument {
+ public:
+  void Open(const std::string& path, const ExportSurroundings&) override {
+    FileFault fault;
+    path_ = path;
+    if (!baseline_.Load(path, fault) || fault) throw Refusal(path, FaultWords(fault));
+  }
+  ExportSheet Sheet(const ExportSurroundings&) override {
+    return {{}, {BaselineDataTable(baseline_, baseline_.Count())}};
+  }
+  QImage Picture(const ExportSurroundings&) override { return {}; }
+  Report MakeReport(const ExportSurroundings&) override {
+    throw Refusal(path_, "a system baseline has no report");
+  }
+
+ private:
+  std::string path_;
+  SystemBaseline baseline_;
+};
+
 }  // namespace
 
 std::unique_ptr<ExportDocument> ExportDocumentOf(std::int32_t fileType) {
@@ -114,6 +135,8 @@ std::unique_ptr<ExportDocument> ExportDocumentOf(std::int32_t fileType) {
       return std::make_unique<QuantitationExport>();
     case 3:
       return std::make_unique<ScanExport>(SpectrumDocument::Kind::Measured);
+    case 6:
+      return std::make_unique<BaselineExport>();
     case 11:
       return std::make_unique<PhotometryExport>();
     case 12:

@@ -33,8 +33,9 @@ void RunPeaks(const PeakArguments& arguments, BatchContext& run) {
   const BatchKind& kind = KindOfFile(arguments.File);
   if (!kind.Curve) throw Refusal(arguments.File, "has no curve to search");
   const BatchCurve curve = kind.Curve(arguments.File, arguments.Smooth);
-  const FoundPeaks found = FindPeak(
-      curve.Abs, {arguments.Height.value_or(kind.PeakHeight), !arguments.NoPeaks, !arguments.NoValleys});
+  const FoundPeaks found =
+      FindPeak(curve.X, curve.Abs,
+               {arguments.Height.value_or(kind.PeakHeight), !arguments.NoPeaks, !arguments.NoValleys});
   run.Result = JsonText(
       {{"peaks", PointsJson(curve, found.PeakIndex)}, {"valleys", PointsJson(curve, found.ValleyIndex)}});
 }

@@ -10,11 +10,11 @@ constexpr int kPhotometryReport = 1317;
 constexpr int kPhotometryOption = 1318;
 constexpr const char* kNoReadings = "No Photometry Test Record!";
 
-std::string WavelengthsOf(const PhotometryDocument& document) {
+std::string OptionWords(const PhotometryDocument& document) {
   std::vector<double> wavelengths;
   for (std::int32_t row = 0; row < document.RecordCount(); ++row)
     wavelengths.push_back(document.RecordWavelength(row));
-  return WavelengthList(std::move(wavelengths));
+  return Text(kWavelengthWord) + ": " + WavelengthList(std::move(wavelengths));
 }
 
 }  // namespace
@@ -52,7 +52,7 @@ ExportSheet PhotometrySheet(const PhotometryDocument& document, const DisplayFor
                             const DocumentHead& head) {
   ExportSheet sheet;
   sheet.Lines = {head.Name(), Text(kPhotometryReport) + head.TimeWords(),
-                 Text(kPhotometryOption) + "  " + Text(kWavelengthWord) + ": " + WavelengthsOf(document)};
+                 Text(kPhotometryOption) + "  " + OptionWords(document)};
   sheet.Tables = {PhotometryTable(document, formats)};
   return sheet;
 }
@@ -60,8 +60,8 @@ ExportSheet PhotometrySheet(const PhotometryDocument& document, const DisplayFor
 Report PhotometryReport(const PhotometryDocument& document, const DisplayFormats& formats,
                         const DocumentHead& head) {
   Report report = ReportOf(head, kPhotometryReport);
-  report.Facts.push_back({QString::fromStdString(Text(kWavelengthWord)) + u':',
-                          QString::fromStdString(WavelengthsOf(document))});
+  report.Facts.push_back({QString::fromStdString(Text(kPhotometryOption)) + u':',
+                          QString::fromStdString(OptionWords(document))});
   DataTable table = PhotometryTable(document, formats);
   table.EmptyWords = Text(kNoRecords);
   report.Blocks.emplace_back(std::move(table));

@@ -224,7 +224,7 @@ void Sketch::Stress(const QPointF& at) {
 
 void Sketch::Equation() {
   const std::vector<FormulaPart> parts =
-      CurveFormula(qua_.FittingMethod, CoefficientsInForce(qua_), qua_.CurveR, formats_);
+      CurveFormula(qua_.FittingMethod, CoefficientsInForce(qua_), CorrelationInForce(qua_), formats_);
   const QFont plain = Type(kEquationType);
   const QFont raised = Type(kRaisedType);
   const QFontMetricsF plainMetrics(plain);

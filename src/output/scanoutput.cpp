@@ -12,6 +12,7 @@ namespace {
 constexpr int kScanReport = 936;
 constexpr int kScanRange = 942;
 constexpr int kScanMode = 943;
+constexpr int kStatisticsTitle = 412;
 constexpr int kMaxRecord = 1314;
 constexpr int kMinRecord = 1315;
 constexpr int kAverageRecord = 1316;
@@ -19,29 +20,20 @@ constexpr int kAverageRecord = 1316;
 constexpr const char* kWavelengthPattern = "0.0";
 constexpr const char* kEnergyPattern = "0";
 
-/// 1 absorbance, 2 %T, 3 energy; other numbers show absorbance.
-enum class ShownMode { Abs, Trans, Energy };
-
-ShownMode ModeOf(const WLSOption& option) {
-  return option.DisplayMode == 2   ? ShownMode::Trans
-         : option.DisplayMode == 3 ? ShownMode::Energy
-                                   : ShownMode::Abs;
-}
-
-std::string ModeWords(ShownMode mode) {
+std::string ModeWords(ScanMode mode) {
   switch (mode) {
-    case ShownMode::Trans:
+    case ScanMode::Trans:
       return " Test Mode: Trans.(%T) Mode";
-    case ShownMode::Energy:
+    case ScanMode::Energy:
       return "  Test Mode: Energy Mode";
-    case ShownMode::Abs:
+    case ScanMode::Abs:
       break;
   }
   return "  Test Mode: Abs Mode";
 }
 
-std::string ModeTitle(ShownMode mode) {
-  return Text(mode == ShownMode::Trans ? kTransTitle : mode == ShownMode::Energy ? kEnergyTitle : kAbsTitle);
+std::string ModeTitle(ScanMode mode) {
+  return Text(mode == ScanMode::Trans ? kTransTitle : mode == ScanMode::Energy ? kEnergyTitle : kAbsTitle);
 }
 
 std::vector<TableColumn> SheetColumns(const DisplayFormats& formats) {
@@ -116,9 +108,10 @@ DataTable StatisticsTable(const ScanSource& scan, const DisplayFormats& formats,
   const MaxMinAverage result =
       CaculateMaxMinAverage(scan.Points, parts.MaxStartWavelength, parts.MaxEndWavelength);
   DataTable table;
-  table.Heading = Format(parts.MaxStartWavelength, "0.0nm") + " - " + Format(parts.MaxEndWavelength, "0.0nm");
+  table.Heading = Text(kStatisticsTitle) + "  " + Format(parts.MaxStartWavelength, "0.0nm") + " - " +
+                  Format(parts.MaxEndWavelength, "0.0nm");
   table.Columns = ReportColumns(formats);
-  table.Columns[0] = {"", "", 16};
+  table.Columns[0] = {Text(kNumberTitle), "", 16};
   table.RowCount = 3;
   table.CellAt = [result](std::int32_t row, std::size_t column) -> TableCell {
     constexpr int kNames[] = {kMaxRecord, kMinRecord, kAverageRecord};
@@ -143,6 +136,7 @@ DataTable StatisticsTable(const ScanSource& scan, const DisplayFormats& formats,
 
 ScanSource ScanSourceOf(const SpectrumDocument& document) {
   return {document.Option(),
+          document.Mode(),
           {document.Wavelength(), document.Trans(), document.Abs()},
           [&document](std::int32_t index) { return document.Record(index); },
           document.Found().PeakIndex,
@@ -153,7 +147,7 @@ ExportSheet ScanSheet(const ScanSource& scan, const DisplayFormats& formats, con
   ExportSheet sheet;
   sheet.Lines = {head.Name(), "Scan Wavelength: " + Format(scan.Option.StartWavelength, "0.0") + " nm - " +
                                   Format(scan.Option.EndWavelength, "0.0") + " nm" + head.TimeWords() +
-                                  ModeWords(ModeOf(scan.Option))};
+                                  ModeWords(scan.Mode)};
   sheet.Tables = {PeakTable(scan, SheetColumns(formats)), PointTable(scan, SheetColumns(formats), 1)};
   return sheet;
 }
@@ -165,7 +159,7 @@ Report ScanReport(const ScanSource& scan, const DisplayFormats& formats, const D
   report.Facts.push_back(
       {words(Text(kScanRange)), words(Format(scan.Option.StartWavelength, "0.0nm") + " - " +
                                       Format(scan.Option.EndWavelength, "0.0nm"))});
-  report.Facts.push_back({words(Text(kScanMode)), words(ModeTitle(ModeOf(scan.Option)))});
+  report.Facts.push_back({words(Text(kScanMode)), words(ModeTitle(scan.Mode))});
   if (parts.Curve) report.Blocks.emplace_back(picture);
   if (parts.PeakValley) {
     report.Blocks.emplace_back(PeakTable(scan, ReportColumns(formats)));

@@ -11,12 +11,13 @@ namespace spectrane {
 
 /// A spectrum as exports and reports see it. Everything must outlive what is made of it.
 struct ScanSource {
-  /// Home view and display mode.
+  /// With the home view.
   const WLSOption& Option;
+  ScanMode Mode;
   SpectrumPoints Points;
   /// The energies of a point; of a processed spectrum they are 0.
   std::function<WLSRecord(std::int32_t index)> RecordAt;
-  /// Of the last search, rising.
+  /// Of the last search, by rising wavelength.
   std::span<const std::int32_t> PeakIndex;
   std::span<const std::int32_t> ValleyIndex;
 };

@@ -104,4 +104,13 @@ FoundPeaks FindPeak(std::span<const double> abs, const PeakSearch& search) {
   return found;
 }
 
+FoundPeaks FindPeak(std::span<const double> x, std::span<const double> abs, const PeakSearch& search) {
+  FoundPeaks found = FindPeak(abs, search);
+  if (!x.empty() && x.front() > x.back()) {
+    std::ranges::reverse(found.PeakIndex);
+    std::ranges::reverse(found.ValleyIndex);
+  }
+  return found;
+}
+
 }  // namespace spectrane

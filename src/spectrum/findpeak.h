@@ -6,7 +6,7 @@
 
 namespace spectrane {
 
-/// Indices of the peaks and valleys of a spectrum, each in ascending order.
+/// Indices of the peaks and valleys of a spectrum.
 struct FoundPeaks {
   std::vector<std::int32_t> PeakIndex;
   std::vector<std::int32_t> ValleyIndex;
@@ -24,7 +24,9 @@ struct PeakSearch {
 /// neighbours, and on each side the curve falls by more than the peak value before it reaches the peak's
 /// height again or climbs by more than 0.01 from one point to the next. Walking left ends at the second
 /// point; walking right takes one more cell behind the last point, which counts as 0. A valley is the same
-/// upside down. The time grows with the number of points alone.
+/// upside down. The time grows with the number of points alone. Both lists go by rising index.
 FoundPeaks FindPeak(std::span<const double> abs, const PeakSearch& search);
+/// The same, listed by rising `x`: the wavelength or time of the points, which rises or falls with the index.
+FoundPeaks FindPeak(std::span<const double> x, std::span<const double> abs, const PeakSearch& search);
 
 }  // namespace spectrane

@@ -61,7 +61,7 @@ class SpectrumDocument {
   bool Smooth() const { return smooth_; }
 
   /// Searches the absorbance, whatever the mode.
-  void FindPeak(const PeakSearch& search) { found_ = spectrane::FindPeak(abs_, search); }
+  void FindPeak(const PeakSearch& search) { found_ = spectrane::FindPeak(wavelength_, abs_, search); }
   const FoundPeaks& Found() const { return found_; }
   void ForgetPeaks() { found_.PeakIndex.clear(); }
   void ForgetValleys() { found_.ValleyIndex.clear(); }

@@ -54,8 +54,8 @@ void TakeWavelength(InstrumentLink& link, double wavelength) {
 
 std::optional<std::int32_t> ReadSlit(InstrumentLink& link) {
   std::int32_t code = 0;
-  if (!link.Instrument.GetSlip(code) || code < 1 || code > kSlitCodes) return std::nullopt;
-  return code;
+  if (!link.Instrument.GetSlip(code)) return std::nullopt;
+  return code >= 1 && code <= kSlitCodes ? code : 0;
 }
 
 bool SetSlit(InstrumentLink& link, MainDisplay& display, std::int32_t code) {

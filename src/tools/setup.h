@@ -40,7 +40,8 @@ std::optional<double> MoveLampWavelength(InstrumentLink& link, double wavelength
 /// What the program knows of the monochromator's position, and its field, become `wavelength` [nm].
 void TakeWavelength(InstrumentLink& link, double wavelength);
 
-/// The code of the slit that is set, 1 to 5; nothing when it could not be read or is another number. Yields.
+/// The code of the slit that is set, 1 to 5, or 0 when the instrument names another one; nothing when the
+/// exchange failed. Yields.
 std::optional<std::int32_t> ReadSlit(InstrumentLink& link);
 /// Sets the slit of that code and shows its width in the status bar. False: the exchange failed. Yields.
 bool SetSlit(InstrumentLink& link, MainDisplay& display, std::int32_t code);

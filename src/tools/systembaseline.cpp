@@ -4,26 +4,10 @@
 #include <cmath>
 #include <vector>
 
-#include "base/filereplacement.h"
-#include "base/numbers.h"
 #include "base/utf8path.h"
 #include "files/datafile.h"
 
 namespace spectrane {
-namespace {
-
-constexpr const char* kWavelengthFormat = "0.0";
-constexpr const char* kWholeFormat = "0";
-constexpr const char* kLineEnd = "\r\n";
-
-std::string Line(std::span<const std::string> cells) {
-  std::string line;
-  for (const std::string& cell : cells) line += (line.empty() ? "" : "\t") + cell;
-  return line + kLineEnd;
-}
-
-}  // namespace
-
 std::int32_t SystemBaseline::RecordsOfRange(double wavelengthMin, double wavelengthMax) {
   const double records = std::trunc(wavelengthMax) - std::trunc(wavelengthMin) + 1.0;
   return static_cast<std::int32_t>(std::clamp(records, 0.0, double{kSize}));
@@ -56,20 +40,6 @@ FileFault SystemBaseline::Save(const std::string& path, double wavelengthMin, do
   const BSLOption option{wavelengthMax, wavelengthMin, now, 0};
   return SaveDataFile(BSLModule(), path, option, RecordsOfRange(wavelengthMin, wavelengthMax),
                       [this](std::int32_t index) -> const BSLRecord& { return records_.at(At(index)); });
-}
-
-std::array<std::string, 4> BaselineCells(const SystemBaseline& baseline, std::int32_t index) {
-  return {std::to_string(index + 1), Format(baseline.BaselineWavelength(index), kWavelengthFormat),
-          Format(baseline.BaselineAmp(index), kWholeFormat),
-          Format(baseline.BaselineEnergy(index), kWholeFormat)};
-}
-
-bool WriteBaselineText(const SystemBaseline& baseline, std::span<const std::string> titles,
-                       std::int32_t records, const std::string& path, std::string& reason) {
-  std::string text = Line(titles);
-  for (std::int32_t i = 0; i < std::min(records, baseline.Count()); ++i)
-    text += Line(BaselineCells(baseline, i));
-  return ReplaceFileContent(path, text, &reason);
 }
 
 }  // namespace spectrane

@@ -2,9 +2,7 @@
 
 #include <array>
 #include <cstdint>
-#include <span>
 #include <string>
-#include <string_view>
 
 #include "files/bslfile.h"
 #include "files/filefault.h"
@@ -52,14 +50,5 @@ class SystemBaseline {
   // Path of the file when only a part of it could be read.
   std::string halfReadPath_;
 };
-
-/// The four figures of a record as they are shown and written: number from 1, wavelength, gain, energy.
-std::array<std::string, 4> BaselineCells(const SystemBaseline& baseline, std::int32_t index);
-
-/// Writes a table as a text file: the titles, then a line for each record that the range has and the baseline
-/// holds; a tab between cells. False: the old file at `path` stands as it was, `reason` has the platform's
-/// words.
-bool WriteBaselineText(const SystemBaseline& baseline, std::span<const std::string> titles,
-                       std::int32_t records, const std::string& path, std::string& reason);
 
 }  // namespace spectrane

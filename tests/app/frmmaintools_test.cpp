@@ -172,6 +172,23 @@ TEST_F(FrmMainTools, ABaselineFileFromOutsideOpensItsDialog) {
   EXPECT_TRUE(Main->OpenDataFile(other));
 }
 
+// The connection would start the live reading, which stands while such a dialog is open.
+TEST_F(FrmMainTools, TheConnectionAfterTheStartWaitsForAToolDialogToClose) {
+  Start();
+  int opened = 0;
+  WhenDialog("FrmSetupWL", [&](QWidget& dialog) {
+    ++opened;
+    ConnectTimer().start(0);
+    QTest::qWait(50);
+    EXPECT_FALSE(Main->Link().State.InstrumentConnected);
+    EXPECT_TRUE(ConnectTimer().isActive()) << "it comes later";
+    dialog.close();
+  });
+  Choose(kSetWavelength);
+  EXPECT_EQ(opened, 1);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return Main->Link().State.InstrumentConnected; }));
+}
+
 TEST_F(FrmMainTools, ABaselineFileOnTheCommandLineOpensItsDialogAndNothingConnects) {
   const QString path = WriteBaseline("day.bsl", 911, 300);
   Main =

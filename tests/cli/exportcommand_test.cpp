@@ -3,6 +3,7 @@
 #include "base/notfinite.h"
 #include "cli/batchsupport.h"
 #include "cli/processes.h"
+#include "files/bslfile.h"
 #include "files/wlsfile.h"
 
 namespace spectrane {
@@ -73,6 +74,19 @@ TEST_F(ExportCommand, PictureReportAndSpreadsheetOfASpectrum) {
   EXPECT_EQ(ReadBytes(Path("scan.pdf")).substr(0, 5), "%PDF-");
   EXPECT_EQ(ReadBytes(Path("scan.xls")).substr(0, 4), "\xD0\xCF\x11\xE0");
   EXPECT_NE(ReadBytes(Path("scan.TXT")).find("3\t502.0\t2.000\t1.0\t150\t10050\t50\n"), std::string::npos);
+}
+
+TEST_F(ExportCommand, TextAndSpreadsheetOfABaseline) {
+  const BSLOption option{501, 500, 45000.5, 2};
+  ASSERT_FALSE(SaveDataFile(BSLModule(), Path("own.bsl"), option, 2, [](std::int32_t i) {
+    return BSLRecord{500.0 + i, i + 1, 1000 + i};
+  }));
+  EXPECT_EQ(Program({"export", Path("own.bsl"), Path("own.txt")}).Status, 0);
+  EXPECT_EQ(ReadBytes(Path("own.txt")), "No\tWL.(nm)\tAmp\tEnergy\n1\t500.0\t1\t1000\n2\t501.0\t2\t1001\n");
+  EXPECT_EQ(Program({"export", Path("own.bsl"), Path("own.xls")}).Status, 0);
+  EXPECT_EQ(ReadBytes(Path("own.xls")).substr(0, 4), "\xD0\xCF\x11\xE0");
+  ExpectRefused(Program({"export", Path("own.bsl"), Path("own.pdf")}), "own.bsl", "has no report");
+  ExpectRefused(Program({"export", Path("own.bsl"), Path("own.bmp")}), "own.bmp", "cannot be drawn");
 }
 
 TEST_F(ExportCommand, WhatCannotBeDoneIsRefusedAndLeavesNothing) {

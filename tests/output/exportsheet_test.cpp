@@ -1,6 +1,12 @@
 #include "output/exportsheet.h"
 
-#include "base/notfinite.h"
+#include <cmath>
+#include <cstdlib>
+#include <map>
+#include <sstream>
+
+#include "base/numbers.h"
+#include "files/datafile.h"
 #include "output/outputsupport.h"
 #include "output/photometryoutput.h"
 #include "output/quantitationoutput.h"
@@ -14,6 +20,7 @@ using testing::HasSubstr;
 using testing::Not;
 using testing_output::HeadFor;
 using testing_output::RedDye;
+using testing_output::SmallScan;
 using testing_output::ThreeReadings;
 
 const DisplayFormats kFormats = DisplayFormats::AtStart(0);
@@ -120,26 +127,6 @@ TEST(QuantitationExport, TwoWavelengthsHaveAColumnEachAndTheirSum) {
   EXPECT_THAT(text, HasSubstr("No.\tName\t500.0nm\t620.5nm\tAbsorbance(Abs)\tConc.("));
 }
 
-/// Five points from 500 nm on; the third is a peak of the transmittances' own making.
-struct SmallScan {
-  WLSOption Option{500, 502, 3, 0, 100, 0, 65535, 0, 1, 1, 1, 1, 5, 1};
-  std::vector<double> Wavelength = {500, 500.5, 501, 501.5, 502};
-  std::vector<double> Trans = {100, 50, 10, 50, 100};
-  std::vector<double> Abs = {0, 0.30103, 1, 0.30103, kNaN};
-  std::vector<std::int32_t> Peaks = {2};
-  std::vector<std::int32_t> Valleys = {1, 3};
-
-  ScanSource Source() const {
-    return {Option,
-            {Wavelength, Trans, Abs},
-            [](std::int32_t i) {
-              return WLSRecord{1000 + i, 20000, 60, 0, 3};
-            },
-            Peaks,
-            Valleys};
-  }
-};
-
 constexpr const char* kScanTitles =
     "No.\tWavelength(nm)\tAbs\tTrans(%T)\tEnergy\tEnergy(100%T)\tEnergy(0%T)\n";
 
@@ -177,6 +164,74 @@ TEST(ScanExport, WithoutPointsHasItsWordsBelowTheTitles) {
                         "Peak/Valley Data Record\n") +
                 kScanTitles + "No Peak/Valley Data.\nWavelength Scan Data Record\n" + kScanTitles +
                 "Error: No Wavelength Scan Data Record!\n");
+}
+
+// Energies mean nothing in a processed spectrum: its mode is the document's, whatever its file says.
+TEST(ScanExport, AProcessedSpectrumIsNeverInEnergyMode) {
+  const TemporaryFolder folder;
+  SmallScan scan;
+  scan.Option.DisplayMode = 3;
+  ASSERT_FALSE(SaveDataFile(WLS2Module(), folder.Path("a.wls"), scan.Option, 1, [](std::int32_t) {
+    return WLS2Record{500, 50, 0.3};
+  }));
+  SpectrumDocument document(SpectrumDocument::Kind::Processed);
+  ASSERT_TRUE(document.OpenFile(folder.Path("a.wls")));
+  EXPECT_THAT(ExportText(ScanSheet(ScanSourceOf(document), kFormats, HeadFor("a.wls"))),
+              HasSubstr("  Test Mode: Abs Mode\n"));
+}
+
+TEST(ScanExport, ALongSpectrumIsReadBackCellByCell) {
+  constexpr int kPoints = 10001;
+  SmallScan scan;
+  scan.Peaks = scan.Valleys = {};
+  scan.Wavelength.clear();
+  scan.Abs.clear();
+  for (int i = 0; i < kPoints; ++i) {
+    scan.Wavelength.push_back((1900 + i) / 10.0);
+    scan.Abs.push_back(std::sin(i * 0.01) / 3);
+  }
+  scan.Trans = scan.Abs;
+  const ScanSource source = scan.Source();
+  std::istringstream listing(SheetListing(ScanSheet(source, kFormats, HeadFor("long.wls"))));
+  std::map<std::string, std::string> cells;
+  for (std::string line; std::getline(listing, line);) {
+    std::istringstream words(line);
+    std::string kind, row, column, type, value;
+    words >> kind >> row >> column >> type >> value;
+    if (kind == "cell" && type == "number") cells[row + "," + column] = value;
+  }
+  EXPECT_EQ(cells.size(), 7U * kPoints);
+  for (int i = 0; i < kPoints; ++i) {
+    const auto index = static_cast<std::size_t>(i);
+    const std::string row = std::to_string(7 + i) + ",";
+    ASSERT_EQ(ParseNumber(cells[row + "0"]), i + 1.0);
+    ASSERT_EQ(ParseNumber(cells[row + "1"]), scan.Wavelength[index]) << i;
+    ASSERT_EQ(ParseNumber(cells[row + "2"]), scan.Abs[index]) << i;
+    ASSERT_EQ(ParseNumber(cells[row + "4"]), 1000.0 + i) << i;
+  }
+}
+
+TEST(ScanExport, AnOfficeReadsTheCellsAsTheyArePrinted) {
+  if (std::system("command -v soffice >/dev/null 2>&1") != 0)
+    GTEST_SKIP() << "soffice (libreoffice-calc-nogui) is not installed";
+  const TemporaryFolder folder;
+  SmallScan scan;
+  scan.Abs[4] = 2;
+  const ScanSource source = scan.Source();
+  const ExportSheet sheet = ScanSheet(source, kFormats, HeadFor("/data/\xE6\xB5\x8B.wls"));
+  ASSERT_TRUE(ExportWorkbook(sheet, {})->Save(folder.Path("sheet.xls")));
+  testing_workbook::OutputOf("cd '" + folder.Path() + "' && HOME='" + folder.Path() +
+                             "' soffice --headless --convert-to 'csv:Text - txt - csv (StarCalc):9,34,76'"
+                             " sheet.xls >/dev/null 2>&1");
+  // The lines in front and the headings go across all columns there.
+  std::istringstream csv(ReadBytes(folder.Path("sheet.csv")));
+  std::istringstream text(ExportText(sheet));
+  for (std::string line; std::getline(text, line);) {
+    std::string found;
+    ASSERT_TRUE(std::getline(csv, found)) << line;
+    found.erase(found.find_last_not_of("\t\r") + 1);
+    EXPECT_EQ(found, line);
+  }
 }
 
 TEST(ScanExport, SpreadsheetHasItsPlacesMergesAndFormats) {

@@ -15,6 +15,7 @@ using testing::HasSubstr;
 using testing::Not;
 using testing_output::HeadFor;
 using testing_output::RedDye;
+using testing_output::SmallScan;
 using testing_output::ThreeReadings;
 using testing_workbook::OutputOf;
 
@@ -45,6 +46,15 @@ class ReportFile : public testing::Test {
   TemporaryFolder Folder;
 };
 
+/// The same text without its empty lines.
+std::string LinesOf(const std::string& text) {
+  std::string lines;
+  for (const char letter : text) {
+    if (letter != '\n' || !lines.ends_with('\n')) lines += letter;
+  }
+  return lines;
+}
+
 /// Rows that tell their number, and a note of that many letters.
 Report LongReport(std::int32_t rows, std::size_t noteLetters = 5) {
   Report report;
@@ -73,7 +83,7 @@ TEST_F(ReportFile, OfPhotometryHasFactsAndRowsAsText) {
                               "Software Version: V1.62.0\n"
                               "Operator: M\xC3\xBCller\n"
                               "Company: Laboratory\n"
-                              "Wavelength: 546.0nm, 620.5nm\n"));
+                              "Photometry Option: Wavelength: 546.0nm, 620.5nm\n"));
   EXPECT_THAT(text, HasSubstr("No. Wavelength(nm) Absorbance(Abs) Transmittance(%T) Energy Note\n"));
   EXPECT_THAT(text, HasSubstr("1 546.0 0.301 50.0 5000 half\n"));
   EXPECT_THAT(text, HasSubstr("3 546.0 3.000 -1.0 50\n"));
@@ -101,6 +111,56 @@ TEST_F(ReportFile, OfQuantitationHasEquationCurveAndBothTables) {
   EXPECT_THAT(text, HasSubstr("Test Record List.\n"));
   EXPECT_THAT(text, HasSubstr("0.500 5.0000\n"));
   EXPECT_EQ(PictureCount(), "0") << "the curve is drawn, not a picture of dots";
+}
+
+TEST_F(ReportFile, OfASpectrumHasTheTablesThatWereChosenInTheirOrder) {
+  const SmallScan scan;
+  const ScanSource source = scan.Source();
+  ScanReportParts parts;
+  parts.MaxMinAverage = parts.DataList = true;
+  parts.MaxStartWavelength = 500.5;
+  parts.MaxEndWavelength = 501.5;
+  parts.PrintInterval = 2;
+  const ReportPicture picture{[](QPainter& painter, const QRectF& surface, double) {
+    painter.drawLine(surface.topLeft(), surface.bottomRight());
+  }};
+  Write(ScanReport(source, kReportFormats, HeadFor("/data/holmium.wls"), parts, picture));
+  const std::string text = LinesOf(PagesText(1, PageCount()));
+  EXPECT_THAT(text, HasSubstr("Wavelength Scan Test Report\n"
+                              "File Name: /data/holmium.wls\n"));
+  EXPECT_THAT(text, HasSubstr("Scan Range: 500.0nm - 502.0nm\n"
+                              "Scan Mode: Absorbance(Abs)\n"));
+  const std::string titles = "No. Wavelength(nm) Abs Trans(%T)\n";
+  // By transmittance: 50 for the first time, and 10; (0.30103 + 1 + 0.30103) / 3, 110 / 3.
+  const std::string statistics = "MaxMinAverage 500.5nm - 501.5nm\n" + titles +
+                                 "Max Record 500.5 0.301 50.0\n"
+                                 "MinRecord 501.0 1.000 10.0\n"
+                                 "Average Record 0.534 36.7\n";
+  const std::string points = titles + "1 500.0 0.000 100.0\n3 501.0 1.000 10.0\n5 502.0 - 100.0\n";
+  const std::string peaks = titles + "1 501.0 1.000 10.0\n2 500.5 0.301 50.0\n3 501.5 0.301 50.0\n";
+  EXPECT_THAT(text, HasSubstr(peaks));
+  EXPECT_THAT(text, HasSubstr(statistics));
+  EXPECT_THAT(text, HasSubstr(points));
+  EXPECT_LT(text.find(peaks), text.find(statistics));
+  EXPECT_LT(text.find(statistics), text.find(points));
+  EXPECT_EQ(PictureCount(), "0") << "the curve is drawn, not a picture of dots";
+}
+
+TEST_F(ReportFile, OfASpectrumWithoutPointsSaysSo) {
+  SmallScan scan;
+  scan.Wavelength = scan.Trans = scan.Abs = {};
+  scan.Peaks = scan.Valleys = {};
+  const ScanSource source = scan.Source();
+  ScanReportParts parts;
+  parts.Curve = false;
+  parts.DataList = true;
+  Write(ScanReport(source, kReportFormats, HeadFor("a.wls"), parts, {}));
+  const std::string text = PagesText(1, 1);
+  EXPECT_THAT(text, HasSubstr("No Peak Data!\n"));
+  EXPECT_THAT(text, HasSubstr("No Data!\n"));
+  parts.PeakValley = parts.DataList = false;
+  Write(ScanReport(source, kReportFormats, HeadFor("a.wls"), parts, {}));
+  EXPECT_THAT(PagesText(1, 1), Not(HasSubstr("Data!")));
 }
 
 TEST_F(ReportFile, WithoutRecordsSaysSo) {

@@ -38,6 +38,7 @@ class FakeMainWindow : public MainWindow {
     Created.push_back(newFileType);
     if (OnNewFile) OnNewFile();
   }
+  bool ShowsFile(const QString& path, const DocumentWindow*) const override { return path == Shown; }
   void NoteFile(const QString& path) override { Files.append(path); }
   void SetMenuStyle(int style) override {
     MenuStyle = style;
@@ -63,6 +64,8 @@ class FakeMainWindow : public MainWindow {
   std::function<void()> OnMenuStyle;
   int FormatChanges = 0;
   QStringList Files;
+  /// The file of some other window.
+  QString Shown = QStringLiteral(":none");
   int TableChanges = 0;
   QString Readout;
   int MenuStyle = -1;

@@ -6,6 +6,7 @@
 #include <QPointer>
 
 #include "app/ground/documentwindow.h"
+#include "app/ground/filequestions.h"
 #include "app/ground/reportprinter.h"
 #include "app/ground/words.h"
 #include "base/filereplacement.h"
@@ -16,9 +17,7 @@ namespace {
 constexpr int kTextFilter = 921;
 constexpr int kPictureFilter = 934;
 constexpr int kWorkbookFilter = 935;
-constexpr int kOverwriteOutput = 1212;
 constexpr int kOutputError = 1213;
-constexpr int kOutputIsOpen = 1218;
 constexpr const char* kSimulatedMark = "Simulated instrument";
 
 std::string PictureBytes(const QImage& picture, const char* format) {
@@ -43,7 +42,7 @@ void DocumentWindow::PrintReport() {
   const std::optional<Report> report = MakeReport();
   if (!report) return;
   const Run run(*this);
-  frame_.Printer().Print(*report, PathToBeginWith());
+  frame_.Printer().Print(*report, PathToBeginWith(), [this] { return stopWanted_; });
 }
 
 void DocumentWindow::PreviewReport() {
@@ -52,7 +51,7 @@ void DocumentWindow::PreviewReport() {
   const std::optional<Report> report = MakeReport();
   if (!report) return;
   const Run run(*this);
-  frame_.Printer().Preview(*report, PathToBeginWith());
+  frame_.Printer().Preview(*report, PathToBeginWith(), [this] { return stopWanted_; });
 }
 
 QString DocumentWindow::AskOutputPath(int filterText, const char* ending) {
@@ -61,19 +60,11 @@ QString DocumentWindow::AskOutputPath(int filterText, const char* ending) {
   const QString name = OpenFileName().isEmpty() ? caption_.simplified() : begin.completeBaseName();
   const QString end = QString::fromLatin1(ending);
   const QPointer<DocumentWindow> self(this);
-  QString path = frame_.Boxes().SaveFileName(Words(filterText), folder.filePath(name + end));
-  if (path.isEmpty() || !self) return {};
-  if (!path.endsWith(end, Qt::CaseInsensitive)) path += end;
-  if (frame_.ShowsFile(path, nullptr)) {
-    // An export would take the place of measured data.
-    frame_.Boxes().ShowWords(u'<' + path + u'>' + Words(kOutputIsOpen));
-    return {};
-  }
-  if (QFileInfo::exists(path) &&
-      (frame_.Boxes().AskYesNo(path + u' ' + Words(kOverwriteOutput)) != Answer::Yes || !self)) {
-    return {};
-  }
-  return path;
+  const QString chosen = frame_.Boxes().SaveFileName(Words(filterText), folder.filePath(name + end));
+  if (chosen.isEmpty() || !self) return {};
+  const QString path = WithEnding(chosen, ending);
+  // Not onto the file of this document either: an export would take the place of measured data.
+  return MayWriteTo(frame_, path, nullptr) && self ? path : QString();
 }
 
 void DocumentWindow::WriteOutput(const QString& path,
@@ -115,7 +106,8 @@ void DocumentWindow::mmuFileOutputXLS() {
     if (!sheet) return std::string();
     std::optional<SheetPicture> picture;
     const QImage image = MakePicture();
-    if (!image.isNull()) picture = SheetPicture{PictureBytes(image, "PNG"), image.width(), image.height()};
+    const QSize size = image.deviceIndependentSize().toSize();
+    if (!image.isNull()) picture = SheetPicture{PictureBytes(image, "PNG"), size.width(), size.height()};
     const std::optional<Workbook> book = ExportWorkbook(*sheet, picture, progress);
     return book ? book->Bytes() : std::string();
   });

@@ -4,11 +4,13 @@
 
 #include "app/ground/mainwindow.h"
 #include "app/ground/words.h"
+#include "base/utf8path.h"
 
 namespace spectrane {
 namespace {
 
 constexpr int kMayOverwrite = 1212;
+constexpr int kNotWritten = 1213;
 constexpr int kShownElsewhere = 1218;
 
 }  // namespace
@@ -19,6 +21,10 @@ QString WithEnding(const QString& path, const char* ending) {
 }
 
 bool MayWriteTo(MainWindow& frame, const QString& path, const DocumentWindow* besides) {
+  if (SameFile(path.toStdString(), frame.Settings().Path())) {
+    frame.Boxes().ShowWords(Words(kNotWritten), path);
+    return false;
+  }
   if (frame.ShowsFile(path, besides)) {
     // Two windows would write one file in turns.
     frame.Boxes().ShowWords(u'<' + path + u'>' + Words(kShownElsewhere));

@@ -8,6 +8,7 @@
 #include <QPrinterInfo>
 
 #include "app/ground/commands.h"
+#include "app/ground/filequestions.h"
 #include "app/ground/mainwindow.h"
 #include "app/ground/reportpreview.h"
 #include "app/ground/words.h"
@@ -17,11 +18,10 @@
 namespace spectrane {
 namespace {
 
-constexpr int kOverwriteReport = 1212;
 constexpr int kReportSaveError = 1213;
 constexpr double kPrinterMarginMm = 15;
 const QString kPdfFilter = QStringLiteral("PDF files(*.pdf)|*.pdf");
-const QString kPdfEnding = QStringLiteral(".pdf");
+constexpr const char* kPdfEnding = ".pdf";
 
 void SetUpPaper(QPrinter& printer) {
   printer.setPageSize(QPageSize(QPageSize::A4));
@@ -57,9 +57,11 @@ void ReportPrinter::Setup() {
   dialog.exec();
 }
 
-void ReportPrinter::PrintOn(QPrinter& printer, const Report& report) {
+void ReportPrinter::PrintOn(QPrinter& printer, const Report& report,
+                            const std::function<bool()>& stopWanted) {
   printer.setDocName(report.DocumentName);
   ShownProgress progress(frame_);
+  progress.StopWanted = stopWanted;
   const bool done = PaintReport(printer, report, progress.Steps());
   if (done) {
     frame_.Display().SetRemark("Printed on " + printer.printerName().toStdString() + ".");
@@ -70,27 +72,27 @@ void ReportPrinter::PrintOn(QPrinter& printer, const Report& report) {
   }
 }
 
-void ReportPrinter::Print(const Report& report, const QString& path) {
+void ReportPrinter::Print(const Report& report, const QString& path,
+                          const std::function<bool()>& stopWanted) {
   if (HasPrinter()) {
-    PrintOn(Printer(), report);
+    PrintOn(Printer(), report, stopWanted);
   } else {
-    PrintToFile(report, path);
+    PrintToFile(report, path, stopWanted);
   }
 }
 
-void ReportPrinter::PrintToFile(const Report& report, const QString& path) {
+void ReportPrinter::PrintToFile(const Report& report, const QString& path,
+                                const std::function<bool()>& stopWanted) {
   const QFileInfo document(path);
   const QString name =
       document.completeBaseName().isEmpty() ? QStringLiteral("Report") : document.completeBaseName();
-  QString chosen =
-      frame_.Boxes().SaveFileName(kPdfFilter, document.absolutePath() + u'/' + name + kPdfEnding);
-  if (chosen.isEmpty()) return;
-  if (!chosen.endsWith(kPdfEnding, Qt::CaseInsensitive)) chosen += kPdfEnding;
-  if (QFileInfo::exists(chosen) &&
-      frame_.Boxes().AskYesNo(chosen + u' ' + Words(kOverwriteReport)) != Answer::Yes) {
-    return;
-  }
+  const QString answer = frame_.Boxes().SaveFileName(
+      kPdfFilter, document.absolutePath() + u'/' + name + QLatin1String(kPdfEnding));
+  if (answer.isEmpty()) return;
+  const QString chosen = WithEnding(answer, kPdfEnding);
+  if (!MayWriteTo(frame_, chosen, nullptr)) return;
   ShownProgress progress(frame_);
+  progress.StopWanted = stopWanted;
   const QByteArray pdf = ReportPdf(report, progress.Steps());
   if (progress.IsCancelled()) {
     frame_.Display().SetRemark("The report was cancelled; there is no file.");
@@ -104,14 +106,15 @@ void ReportPrinter::PrintToFile(const Report& report, const QString& path) {
   frame_.Display().SetRemark("Report: " + chosen.toStdString());
 }
 
-void ReportPrinter::Preview(const Report& report, const QString& path) {
+void ReportPrinter::Preview(const Report& report, const QString& path,
+                            const std::function<bool()>& stopWanted) {
   QPrinter paper(QPrinter::ScreenResolution);
   if (!HasPrinter()) {
     paper.setOutputFormat(QPrinter::PdfFormat);
     SetUpPaper(paper);
   }
   ReportPreview dialog(frame_.Frame(), HasPrinter() ? Printer() : paper, report);
-  if (dialog.exec() == QDialog::Accepted) Print(report, path);
+  if (dialog.exec() == QDialog::Accepted) Print(report, path, stopWanted);
 }
 
 ShownProgress::ShownProgress(MainWindow& frame) : frame_(frame) {

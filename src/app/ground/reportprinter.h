@@ -24,18 +24,19 @@ class ReportPrinter {
 
   /// Printer and paper for the rest of the run. Yields.
   void Setup();
-  /// On the printer. Without one asks for the name of a PDF file, `path` to begin with. Yields.
-  void Print(const Report& report, const QString& path);
+  /// On the printer. Without one asks for the name of a PDF file, `path` to begin with. Ends early, without a
+  /// file, when `stopWanted` says so. Yields.
+  void Print(const Report& report, const QString& path, const std::function<bool()>& stopWanted = {});
   /// On the screen, from where it can be printed. Yields.
-  void Preview(const Report& report, const QString& path);
+  void Preview(const Report& report, const QString& path, const std::function<bool()>& stopWanted = {});
 
   /// Whether this machine has a printer. Replaced by tests.
   std::function<bool()> HasPrinter;
 
  private:
   QPrinter& Printer();
-  void PrintOn(QPrinter& printer, const Report& report);
-  void PrintToFile(const Report& report, const QString& path);
+  void PrintOn(QPrinter& printer, const Report& report, const std::function<bool()>& stopWanted);
+  void PrintToFile(const Report& report, const QString& path, const std::function<bool()>& stopWanted);
 
   MainWindow& frame_;
   // Made when it is first needed: asking the system for its printers takes time.

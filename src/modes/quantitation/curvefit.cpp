@@ -240,6 +240,10 @@ const std::array<double, 4>& CoefficientsInForce(const QuaOption& qua) {
   return qua.CurveItem == static_cast<std::int32_t>(CurveSource::Coefficients) ? qua.InputK : qua.CurveK;
 }
 
+double CorrelationInForce(const QuaOption& qua) {
+  return qua.CurveItem == static_cast<std::int32_t>(CurveSource::Coefficients) ? 1.0 : qua.CurveR;
+}
+
 double CalcConc(const QuaOption& qua, double absorbance) {
   const auto& [k0, k1, k2, k3] = CoefficientsInForce(qua);
   const double a = absorbance;

@@ -61,6 +61,8 @@ std::size_t FitColumn(const QuaOption& qua);
 bool StandardsComplete(const QuaOption& qua);
 /// The coefficients that count now, fitted or typed, lowest power first.
 const std::array<double, 4>& CoefficientsInForce(const QuaOption& qua);
+/// The r that is told beside them; typed coefficients have 1.
+double CorrelationInForce(const QuaOption& qua);
 /// The concentration of an absorbance by the equation in force. An unknown fitting method gives the
 /// absorbance times the typed K0. Not finite when the formula overflows.
 double CalcConc(const QuaOption& qua, double absorbance);

@@ -121,6 +121,14 @@ FitOutcome QuantitationDocument::SetStandardConc(std::int32_t row, double conc) 
   return Refit();
 }
 
+FitOutcome QuantitationDocument::ClearStandardConc(std::int32_t row) {
+  const std::size_t index = StandardIndex(row);
+  option_.StandardConc[index] = 0;
+  option_.StandardConcSet[index] = false;
+  modified_ = true;
+  return Refit();
+}
+
 FitOutcome QuantitationDocument::SetStandardReadings(std::int32_t row, double first, double second) {
   const std::size_t index = StandardIndex(row);
   const double working = WorkingAbs(first, second);
@@ -148,7 +156,8 @@ double QuantitationDocument::WorkingAbs(double first, double second) const {
 }
 
 std::vector<FormulaPart> QuantitationDocument::Formula(const DisplayFormats& formats) const {
-  return CurveFormula(option_.FittingMethod, CoefficientsInForce(option_), option_.CurveR, formats);
+  return CurveFormula(option_.FittingMethod, CoefficientsInForce(option_), CorrelationInForce(option_),
+                      formats);
 }
 
 void QuantitationDocument::SetBlank(std::int32_t index, std::int32_t fullEnergy, std::int32_t darkEnergy,

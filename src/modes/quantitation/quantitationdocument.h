@@ -42,6 +42,7 @@ class QuantitationDocument {
   void SetStandardName(std::int32_t row, const std::string& name);
   void SetStandardNote(std::int32_t row, const std::string& note);
   FitOutcome SetStandardConc(std::int32_t row, double conc);
+  FitOutcome ClearStandardConc(std::int32_t row);
   /// Absorbances at the first and the second wavelength; with one wavelength the second is not looked at.
   FitOutcome SetStandardReadings(std::int32_t row, double first, double second = 0);
 

@@ -166,17 +166,17 @@ bool QuantitationTest::MeasureSample(const std::string& name) {
 }
 
 bool QuantitationTest::MeasureStandard(std::int32_t row) {
-  if (!bench_.State.InstrumentConnected) {
-    bench_.Boxes.Show(kNoInstrument);
-    return false;
-  }
   if (TestRunning || !document_.FitsStandards()) return false;
-  const InstrumentRun run(bench_.State);
-  if (!run.Owns()) return false;
   if (!BlankHolds()) {
     bench_.Boxes.Show(kBlankWanted);
     return false;
   }
+  if (!bench_.State.InstrumentConnected) {
+    bench_.Boxes.Show(kNoInstrument);
+    return false;
+  }
+  const InstrumentRun run(bench_.State);
+  if (!run.Owns()) return false;
   TestRunning = true;
   bench_.Live.SampleTimerStop();
   bench_.State.InstrumentBusy = true;

@@ -8,6 +8,8 @@
 #include <QPointer>
 #include <QVBoxLayout>
 
+#include <utility>
+
 #include "app/ground/busycursor.h"
 #include "app/ground/commands.h"
 #include "app/ground/keptsplitter.h"
@@ -91,22 +93,30 @@ FrmQua::~FrmQua() {
   rows_->Keep();
 }
 
+void FrmQua::TellFitLater(FitOutcome outcome) {
+  ShowCurve();
+  // Cells that are filled in one go have one outcome.
+  const bool awaited = fitToTell_.has_value();
+  fitToTell_ = outcome;
+  if (awaited) return;
+  // The box must not come up while the editor is still closing. A run that closed it fits anew, or refuses to
+  // start without a curve: it tells by itself.
+  QMetaObject::invokeMethod(
+      this,
+      [this] {
+        const FitOutcome last = *std::exchange(fitToTell_, {});
+        if (!RunsNow()) TellFit(last);
+      },
+      Qt::QueuedConnection);
+}
+
 void FrmQua::BuildStandards() {
   standards_->setObjectName(QStringLiteral("QuaConfigGrid"));
   standards_->setAccessibleName(PlainWords(kStandardsTitle));
   standards_->setModel(standardTable_);
   standards_->Hint = [this] { return StandardsHint(); };
-  connect(standardTable_, &StandardTable::Fitted, this, [this](FitOutcome outcome) {
-    ShowCurve();
-    // The box must not come up while the editor is still closing. A run that closed it fits anew, or refuses
-    // to start without a curve: it tells by itself.
-    QMetaObject::invokeMethod(
-        this,
-        [this, outcome] {
-          if (!RunsNow()) TellFit(outcome);
-        },
-        Qt::QueuedConnection);
-  });
+  standardTable_->CurveInUse = [this] { return RunsNow(); };
+  connect(standardTable_, &StandardTable::Fitted, this, &FrmQua::TellFitLater);
   connect(standards_, &SheetGrid::RowSelectionChanged, this,
           [this] { picture_->ShowSelected(standards_->SelectedRow()); });
   connect(standards_, &QTableView::clicked, this, [this](const QModelIndex& cell) {

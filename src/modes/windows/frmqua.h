@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "app/ground/documentwindow.h"
 #include "app/ground/keptcolumns.h"
 #include "modes/quantitation/quantitationtest.h"
@@ -70,6 +72,7 @@ class FrmQua : public DocumentWindow {
   void ShowCurve();
   void RunOf(const std::function<void()>& work);
   void TellFit(FitOutcome outcome);
+  void TellFitLater(FitOutcome outcome);
   bool SelectSampler();
   void UpdateOffers();
   QString NextStep() const;
@@ -79,6 +82,8 @@ class FrmQua : public DocumentWindow {
   QuantitationTest test_;
   SheetGrid* standards_;
   StandardTable* standardTable_;
+  // Of a cell that was filled in, until it is told.
+  std::optional<FitOutcome> fitToTell_;
   SheetGrid* records_;
   RecordTable* recordTable_;
   QuaLinePic* picture_;

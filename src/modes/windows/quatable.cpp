@@ -131,7 +131,8 @@ QString StandardTable::TipOf(int row, int column) const {
 Qt::ItemFlags StandardTable::flags(const QModelIndex& index) const {
   const Qt::ItemFlags flags = QuaTable::flags(index);
   const int column = index.column();
-  const bool text = column == NameColumn() || column == ConcColumn() || column == NoteColumn();
+  const bool conc = column == ConcColumn() && !(CurveInUse && CurveInUse());
+  const bool text = column == NameColumn() || conc || column == NoteColumn();
   return text ? flags | Qt::ItemIsEditable : flags;
 }
 
@@ -142,12 +143,14 @@ bool StandardTable::setData(const QModelIndex& index, const QVariant& value, int
   // What stands there as it was shown is left as it is: the bytes of the file stay.
   if (typed == CellText(index.row(), index.column())) return true;
   if (index.column() == ConcColumn()) {
-    const std::optional<double> conc = ParseNumber(typed.trimmed().toStdString());
-    if (!conc) {
+    const std::string number = typed.trimmed().toStdString();
+    const std::optional<double> conc = ParseNumber(number);
+    if (!conc && !number.empty()) {
       emit TextRefused(typed);
       return false;
     }
-    const FitOutcome outcome = Document().SetStandardConc(index.row(), *conc);
+    const FitOutcome outcome =
+        conc ? Document().SetStandardConc(index.row(), *conc) : Document().ClearStandardConc(index.row());
     emit dataChanged(index, index, {Qt::DisplayRole, Qt::EditRole});
     emit Fitted(outcome);
     return true;

@@ -2,6 +2,7 @@
 
 #include <QAbstractTableModel>
 
+#include <functional>
 #include <optional>
 
 #include "base/displayformats.h"
@@ -65,11 +66,16 @@ class StandardTable : public QuaTable {
  public:
   using QuaTable::QuaTable;
 
+  /// Whether concentrations have to stay as they are: a run turns absorbances into concentrations with the
+  /// curve it began with.
+  std::function<bool()> CurveInUse;
+
   Qt::ItemFlags flags(const QModelIndex& index) const override;
+  /// An empty concentration takes back the one that was given.
   bool setData(const QModelIndex& index, const QVariant& value, int role = Qt::EditRole) override;
 
  signals:
-  /// A concentration was given and the standards were fitted with it.
+  /// A concentration was given or taken back and the standards were fitted with it.
   void Fitted(FitOutcome outcome);
 
  protected:

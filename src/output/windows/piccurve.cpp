@@ -93,7 +93,6 @@ void PicCurve::Describe() {
 
 void PicCurve::SetView(CurveView view) {
   view_ = std::move(view);
-  walked_.reset();
   HideCursor();
   // Another point may stand in its place now.
   Point({});
@@ -106,7 +105,6 @@ void PicCurve::SetScale(const CurveScale& scale) {
   if (walked_ && Shown(*walked_)) {
     StandOn(*walked_);
   } else {
-    walked_.reset();
     HideCursor();
   }
   Describe();
@@ -154,6 +152,7 @@ void PicCurve::SetZoomSelecting(bool on) {
 void PicCurve::HideCursor() {
   if (cursor_) update();
   cursor_.reset();
+  walked_.reset();
   wavelengthLabel_->hide();
   testDataLabel_->hide();
 }

@@ -148,7 +148,11 @@ void PicCurve::mouseReleaseEvent(QMouseEvent* event) {
     }
   } else if (event->button() == Qt::MiddleButton && grip_) {
     grip_.reset();
-    unsetCursor();
+    if (zoomSelecting_) {
+      setCursor(Qt::CrossCursor);
+    } else {
+      unsetCursor();
+    }
   } else if (event->button() == Qt::RightButton) {
     OpenPopup(event->globalPosition().toPoint());
   }
@@ -282,7 +286,6 @@ void PicCurve::keyPressEvent(QKeyEvent* event) {
         return;
       }
       if (cursor_) {
-        walked_.reset();
         HideCursor();
         return;
       }
@@ -299,7 +302,7 @@ void PicCurve::focusInEvent(QFocusEvent* event) {
 }
 
 void PicCurve::focusOutEvent(QFocusEvent* event) {
-  walked_.reset();
+  if (walked_) Point({});
   HideCursor();
   update();
   QWidget::focusOutEvent(event);

@@ -44,6 +44,7 @@ FrmWLS::FrmWLS(MainWindow& frame)
 }
 
 void FrmWLS::ShowConfigWindow() {
+  if (RunsNow()) return;
   const QPointer<FrmWLS> self(this);
   ScanSettings settings = Settings();
   settings.Option = Document().Option();
@@ -63,9 +64,8 @@ void FrmWLS::ShowMaxMinAverageWindow() {
 }
 
 bool FrmWLS::Offers(int command) const {
-  const bool own =
-      command == kTestOption || command == kPrint || command == kPrintPreview || command == kMaxMinAverage;
-  return own || SpectrumWindow::Offers(command);
+  const bool own = command == kTestOption || command == kMaxMinAverage;
+  return own ? !RunsNow() : SpectrumWindow::Offers(command);
 }
 
 }  // namespace spectrane

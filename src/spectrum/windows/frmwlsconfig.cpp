@@ -305,7 +305,8 @@ bool FrmWLSConfig::TakeRange() {
                         std::max(*bottom_->Number(), limits.Lowest)};
   top_->SetNumber(range.Top, pattern);
   bottom_->SetNumber(range.Bottom, pattern);
-  if (range.Top <= range.Bottom) return Refuse(*top_, tr("The top lies above the bottom."));
+  // Limits of a damaged file may be no numbers.
+  if (!(range.Top > range.Bottom)) return Refuse(*top_, tr("The top lies above the bottom."));
   StoreRange(settings_.Option, mode_, range);
   return true;
 }
@@ -316,7 +317,7 @@ bool FrmWLSConfig::TakeWavelengths() {
     if (!field->Number()) return Refuse(*field, tr("This is no number."));
     field->SetNumber(std::clamp(*field->Number(), state.WavelengthMin, state.WavelengthMax), kRangeFormat);
   }
-  if (*start_->Number() >= *end_->Number()) return Refuse(*end_, tr("The end lies above the start."));
+  if (!(*start_->Number() < *end_->Number())) return Refuse(*end_, tr("The end lies above the start."));
   settings_.Option.StartWavelength = *start_->Number();
   settings_.Option.EndWavelength = *end_->Number();
   return true;

@@ -36,6 +36,7 @@ bool FrmWLSVer2::SetWLSRecordNo(std::int32_t count) {
 
 void FrmWLSVer2::SetDisplayMode(std::int32_t mode) {
   ChangedDocument().SetMode(ScanModeOf(mode));
+  ShowPicture();
 }
 
 }  // namespace spectrane

@@ -25,7 +25,7 @@ std::optional<Report> SpectrumWindow::MakeReport() {
 }
 
 QImage SpectrumWindow::MakePicture() {
-  return CurveImage(curve_->View(), curve_->size(), {15.0, curve_->font()});
+  return curve_->Image();
 }
 
 void SpectrumWindow::mmuFileOutputBMP() {

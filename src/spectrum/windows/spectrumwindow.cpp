@@ -90,6 +90,9 @@ void SpectrumWindow::ConnectCurve() {
   connect(curve_, &PicCurve::PointedAt, this,
           [this](std::size_t, std::size_t point) { Frame().ShowReadout(PointText(point)); });
   connect(curve_, &PicCurve::PointedAway, this, [this] { Frame().ShowReadout({}); });
+  connect(curve_, &PicCurve::ZoomSelectingChanged, this, [this](bool on) {
+    if (!on) Frame().ShowReadout({});
+  });
   connect(curve_, &PicCurve::ScaleChosen, this, [this](const CurveScale& scale) { LookAt(scale); });
   connect(curve_, &PicCurve::RectangleSelected, this, [this](const CurveScale& scale, const QSize& pixels) {
     if (pixels.width() >= kSmallestRectangle && pixels.height() >= kSmallestRectangle) LookAt(scale);
@@ -168,6 +171,8 @@ void SpectrumWindow::mmuZoomOut() {
 }
 
 void SpectrumWindow::FindPeak() {
+  // An export that runs holds on to the peaks that stand.
+  if (RunsNow()) return;
   document_.FindPeak({settings_.PeakHeight, settings_.PeakEnable, settings_.ValleyEnable});
   curveDataTabel_->SelectTab(kPeakListTab);
   DisplayRecordTable();
@@ -197,6 +202,7 @@ bool SpectrumWindow::Offers(int command) const {
     case kZoomOut:
     case kZoomIn:
     case kZoomWindow:
+      return true;
     case kSearchPeak:
     case kPeakValueSetup:
     case kOutputPicture:
@@ -204,7 +210,7 @@ bool SpectrumWindow::Offers(int command) const {
     case kOutputText:
     case kPrint:
     case kPrintPreview:
-      return true;
+      return !RunsNow();
     case kSave:
     case kSaveAs:
       return document_.PointCount() > 0;

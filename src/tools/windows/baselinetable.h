@@ -2,7 +2,7 @@
 
 #include <QAbstractTableModel>
 
-#include "tools/systembaseline.h"
+#include "output/baselineoutput.h"
 
 namespace spectrane {
 
@@ -12,13 +12,9 @@ class BaselineTable : public QAbstractTableModel {
   Q_OBJECT
 
  public:
-  enum Column { kNumber, kWavelength, kAmp, kEnergy, kColumnCount };
-
   /// `baseline` must outlive the model. `rows`: records of the range.
   BaselineTable(const SystemBaseline& baseline, std::int32_t rows, QObject* parent);
 
-  /// Titles of the columns.
-  static QStringList Titles();
   /// Another baseline was loaded.
   void Refill();
 
@@ -30,6 +26,7 @@ class BaselineTable : public QAbstractTableModel {
  private:
   const SystemBaseline& baseline_;
   std::int32_t rows_;
+  DataTable table_;
 };
 
 }  // namespace spectrane

@@ -14,6 +14,7 @@
 #include "app/ground/filequestions.h"
 #include "app/ground/words.h"
 #include "base/dateserial.h"
+#include "base/filereplacement.h"
 #include "base/numbers.h"
 #include "base/utf8path.h"
 #include "modes/windows/editgrid.h"
@@ -33,6 +34,7 @@ constexpr int kStopCaption = 918;
 constexpr int kCloseCaption = 919;
 constexpr int kBaselineFilter = 920;
 constexpr int kTextFilter = 921;
+constexpr int kSpreadsheetFilter = 935;
 constexpr int kBaselineExists = 1195;
 constexpr int kStopRunQuestion = 1211;
 constexpr int kBaselineSaveError = 1213;
@@ -49,21 +51,13 @@ struct OutputForm {
   const char* Ending;
   /// Text number of its dialog filter.
   int FilterTextId;
-  /// False: nothing was written, `reason` has the platform's words.
-  bool (*Write)(const SystemBaseline& baseline, std::int32_t rows, const std::string& path,
-                std::string& reason);
+  std::string (*Bytes)(const ExportSheet& sheet);
 };
-
-bool WriteText(const SystemBaseline& baseline, std::int32_t rows, const std::string& path,
-               std::string& reason) {
-  std::vector<std::string> titles;
-  for (const QString& title : BaselineTable::Titles()) titles.push_back(title.toStdString());
-  return WriteBaselineText(baseline, titles, rows, path, reason);
-}
 
 // The first is the form of a name without any of the endings.
 constexpr OutputForm kOutputForms[] = {
-    {".txt", kTextFilter, &WriteText},
+    {".txt", kTextFilter, [](const ExportSheet& sheet) { return ExportText(sheet); }},
+    {".xls", kSpreadsheetFilter, [](const ExportSheet& sheet) { return ExportWorkbook(sheet, {})->Bytes(); }},
 };
 
 const OutputForm& FormOf(const QString& path) {
@@ -122,8 +116,8 @@ void FrmBaseLine::BuildControls() {
   grid_->Hint = [] { return QStringLiteral("No baseline yet. Choose %1.").arg(PlainWords(kLoadCaption)); };
   grid_->ensurePolished();
   const int column = grid_->fontMetrics().averageCharWidth() * 13;
-  for (int i = 0; i < BaselineTable::kColumnCount; ++i) grid_->setColumnWidth(i, column);
-  grid_->setMinimumWidth(column * (BaselineTable::kColumnCount + 1));
+  for (int i = 0; i < table_->columnCount(); ++i) grid_->setColumnWidth(i, column);
+  grid_->setMinimumWidth(column * (table_->columnCount() + 1));
   grid_->setMinimumHeight(grid_->verticalHeader()->defaultSectionSize() * kGridRows / 2);
 
   auto* const middle = new QHBoxLayout;
@@ -229,7 +223,7 @@ void FrmBaseLine::SaveFile() {
   const QString chosen = Frame().Boxes().SaveFileName(Words(kBaselineFilter), StoredPath());
   if (chosen.isEmpty()) return;
   const QString path = WithEnding(chosen, kBaselineEnding);
-  if (!MayWrite(path)) return;
+  if (!MayWriteTo(Frame(), path, nullptr)) return;
   const InstrumentState& state = Link().State;
   const FileFault fault = baseline_.Save(path.toStdString(), state.WavelengthMin, state.WavelengthMax, Now());
   if (fault) {
@@ -251,19 +245,14 @@ void FrmBaseLine::Output() {
   if (chosen.isEmpty()) return;
   const OutputForm& form = FormOf(chosen);
   const QString path = WithEnding(chosen, form.Ending);
-  if (!MayWrite(path)) return;
+  if (!MayWriteTo(Frame(), path, nullptr)) return;
   std::string reason;
-  if (!form.Write(baseline_, Rows(), path.toStdString(), reason)) {
+  const ExportSheet sheet{{}, {BaselineDataTable(baseline_, Rows())}};
+  if (!ReplaceFileContent(path.toStdString(), form.Bytes(sheet), &reason)) {
     Frame().Boxes().ShowWords(Words(kBaselineSaveError), path + u'\n' + QString::fromStdString(reason));
     return;
   }
   Tell(QStringLiteral("Written: %1").arg(QFileInfo(path).fileName()));
-}
-
-bool FrmBaseLine::MayWrite(const QString& path) {
-  if (!SameFile(path.toStdString(), Frame().Settings().Path())) return MayWriteTo(Frame(), path, nullptr);
-  Frame().Boxes().ShowWords(Words(kBaselineSaveError), path);
-  return false;
 }
 
 }  // namespace spectrane

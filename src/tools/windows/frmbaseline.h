@@ -43,8 +43,6 @@ class FrmBaseLine : public ToolDialog {
   void SaveFile();
   void Output();
   void StopTest();
-  /// Puts a file of the program itself out of reach of an output; asks before any other is written over.
-  bool MayWrite(const QString& path);
   QString StoredPath();
   void StorePath(const QString& path);
   std::int32_t Rows();

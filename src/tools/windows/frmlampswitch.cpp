@@ -21,9 +21,9 @@ constexpr int kLampRangeError = 1130;
 }  // namespace
 
 FrmLampSwitch::FrmLampSwitch(MainWindow& frame)
-    : WavelengthDialog(
-          frame, {kLampDataError, kLampRangeError, kLampSwitchLowest, kLampSwitchHighest,
-                  LongestSeconds({"setlampwl ", "getlampwl"}), &ReadLampWavelength, &MoveLampWavelength}) {
+    : WavelengthDialog(frame, {kLampDataError, kLampRangeError, kLampSwitchLowest, kLampSwitchHighest,
+                               LongestSeconds({"setlampwl ", "getlampwl"}), &ReadLampWavelength,
+                               &MoveLampWavelength, "The instrument changes lamps at %1 nm."}) {
   DialogParts parts(*this, "FrmLampSwitch", PlainWords(kLampSwitchWavelength));
   auto* const all = new QVBoxLayout(this);
   BuildField(parts, *all, Caption(kLampWavelength));

@@ -22,9 +22,9 @@ constexpr int kRangeError = 1139;
 }  // namespace
 
 FrmSetupWL::FrmSetupWL(MainWindow& frame)
-    : WavelengthDialog(
-          frame, {kDataError, kRangeError, frame.Link().State.WavelengthMin, frame.Link().State.WavelengthMax,
-                  LongestSeconds({"swl ", "getwl"}), &ReadWavelength, &MoveWavelength}) {
+    : WavelengthDialog(frame, {kDataError, kRangeError, frame.Link().State.WavelengthMin,
+                               frame.Link().State.WavelengthMax, LongestSeconds({"swl ", "getwl"}),
+                               &ReadWavelength, &MoveWavelength, "The instrument stands at %1 nm."}) {
   DialogParts parts(*this, "FrmSetupWL", Caption(kSetupTitle));
   auto* const all = new QVBoxLayout(this);
   BuildField(parts, *all, Caption(kSetupWavelength));

@@ -20,6 +20,7 @@ constexpr int kSlipClose = 1806;
 constexpr int kSlipDone = 1807;
 constexpr int kSlipFailed = 1808;
 constexpr int kSlipSetup = 1127;
+constexpr int kSlipUnknown = 1092;
 constexpr const char* kOptionNames[] = {"OptionSlip05nm", "OptionSlip10nm", "OptionSlip20nm",
                                         "OptionSlip40nm", "OptionSlip50nm"};
 
@@ -37,7 +38,7 @@ FrmSlip::FrmSlip(MainWindow& frame) : ToolDialog(frame, Live::Stands) {
   }
   auto* const all = new QVBoxLayout(this);
   all->addWidget(box);
-  all->addWidget(MakeStateLine({}));
+  all->addWidget(MakeStateLine({Words(kSlipUnknown)}));
   all->addStretch();
   all->addLayout(parts.ButtonRow({{"CommandSetup", kSlipSetup}, {"CommandClose", kSlipClose}}));
   all->setSizeConstraint(QLayout::SetFixedSize);
@@ -52,9 +53,13 @@ void FrmSlip::Load() {
   Talk(
       0, [&] { code = ReadSlit(Link()); },
       [&] {
-        if (!code) TellLinkLost();
+        if (!code) {
+          TellLinkLost();
+        } else if (*code == 0) {
+          Tell(Words(kSlipUnknown));
+        }
       });
-  if (!code) return;
+  if (code.value_or(0) == 0) return;
   QRadioButton* const option = options_.at(static_cast<std::size_t>(*code) - 1);
   option->setChecked(true);
   option->setFocus();

@@ -19,10 +19,6 @@ constexpr int kFieldWidth = 12;
 /// Half the step of the instrument [nm].
 constexpr double kHalfStep = 0.05;
 
-QString StandsAt(const QString& wavelength) {
-  return QStringLiteral("The instrument stands at %1 nm.").arg(wavelength);
-}
-
 }  // namespace
 
 WavelengthDialog::WavelengthDialog(MainWindow& frame, const Kind& kind)
@@ -42,8 +38,12 @@ void WavelengthDialog::BuildField(DialogParts& parts, QVBoxLayout& all, const QS
   form->addRow(name, field_);
   form->addRow(QString(), rangeLabel);
   all.addLayout(form);
-  all.addWidget(MakeStateLine({StandsAt(QStringLiteral("0000.0"))}));
+  all.addWidget(MakeStateLine({TookAnother(QStringLiteral("0000.0"))}));
   field_->setFocus();
+}
+
+QString WavelengthDialog::TookAnother(const QString& wavelength) const {
+  return QString::fromUtf8(kind_.TookAnother).arg(wavelength);
 }
 
 void WavelengthDialog::Load() {
@@ -86,7 +86,7 @@ void WavelengthDialog::Set(double wavelength) {
         }
         Show(*position);
         // An instrument that did not go where it was sent.
-        if (std::abs(*position - wavelength) > kHalfStep) Tell(StandsAt(field_->text()));
+        if (std::abs(*position - wavelength) > kHalfStep) Tell(TookAnother(field_->text()));
       });
 }
 

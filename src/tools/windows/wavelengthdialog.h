@@ -33,6 +33,8 @@ class WavelengthDialog : public ToolDialog {
     int LongestSeconds;
     std::optional<double> (*Read)(InstrumentLink& link);
     std::optional<double> (*Set)(InstrumentLink& link, double wavelength);
+    /// What is told when the instrument took another wavelength, %1.
+    const char* TookAnother;
   };
   WavelengthDialog(MainWindow& frame, const Kind& kind);
 
@@ -43,6 +45,7 @@ class WavelengthDialog : public ToolDialog {
   void Begin();
 
  private:
+  QString TookAnother(const QString& wavelength) const;
   void Refuse(int textId);
   void Set(double wavelength);
   void Show(double wavelength);

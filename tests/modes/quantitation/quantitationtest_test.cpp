@@ -330,6 +330,8 @@ TEST_F(QuantitationRun, AStandardNeedsABlankAndAnInstrument) {
   UseStandards();
   EXPECT_FALSE(Test.MeasureStandard(0));
   EXPECT_EQ(TwoBoxes.Ids, Ids{1048});
+  EXPECT_TRUE(Peer.Commands.empty());
+  Blank();
   Link.State.InstrumentConnected = false;
   EXPECT_FALSE(Test.MeasureStandard(0));
   EXPECT_EQ(TwoBoxes.Ids, (Ids{1048, 1044}));

@@ -71,11 +71,63 @@ TEST_F(QuaWindow, AColumnOfConcentrationsIsPasted) {
 TEST_F(QuaWindow, ATypedTextThatIsNoNumberChangesNothing) {
   Open();
   TypeConc(0, "3");
-  for (const char* text : {"abc", "NaN", "1e400", "1,5", ""}) {
+  for (const char* text : {"abc", "NaN", "1e400", "1,5"}) {
     TypeConc(0, text);
     EXPECT_EQ(Window->Document().Option().StandardConc[0], 3) << text;
     EXPECT_EQ(Cell(Standards, 0, kConc), QStringLiteral("3.0000"));
   }
+}
+
+TEST_F(QuaWindow, AnEmptiedConcentrationIsTakenBack) {
+  Open();
+  TypeConc(0, "3");
+  Click(Standards, 0, kConc);
+  ASSERT_NE(Editor("QuaConfigText"), nullptr);
+  Editor("QuaConfigText")->clear();
+  QTest::keyClick(Editor("QuaConfigText"), Qt::Key_Return);
+  EXPECT_FALSE(Window->Document().Option().StandardConcSet[0]);
+  EXPECT_EQ(Cell(Standards, 0, kConc), QString());
+  TypeConc(0, "4");
+  Standards->setCurrentIndex(Standards->model()->index(0, kConc));
+  QTest::keyClick(Standards, Qt::Key_Delete);
+  EXPECT_FALSE(Window->Document().Option().StandardConcSet[0]);
+}
+
+TEST_F(QuaWindow, APasteOverCompleteStandardsHasOneOutcome) {
+  Open(3);
+  Blank();
+  const char* const concs[] = {"1", "4", "8"};
+  const char* const dyes[] = {"dye-1", "dye-3", "dye-5"};
+  for (int row = 0; row < 3; ++row) {
+    TypeConc(row, concs[row]);
+    Insert(dyes[row]);
+    Click(Standards, row, kAbs);
+  }
+  // In between, two of the three concentrations belong to no line.
+  QGuiApplication::clipboard()->setText(QStringLiteral("1000\n4000\n8000\n"));
+  Standards->setFocus();
+  Standards->setCurrentIndex(Standards->model()->index(0, kConc));
+  QTest::keyClick(Standards, Qt::Key_V, Qt::ControlModifier);
+  QCoreApplication::processEvents();
+  EXPECT_TRUE(Window->Document().Option().CurveValid);
+  EXPECT_NEAR(Window->Document().Option().CurveK[1], 10000, 50);
+}
+
+TEST_F(QuaWindow, TheCurveStaysAsItIsWhileARunUsesIt) {
+  Open();
+  TypeConc(0, "3");
+  const QModelIndex conc = Standards->model()->index(0, kConc);
+  EXPECT_TRUE(conc.flags().testFlag(Qt::ItemIsEditable));
+  ConnectNow();
+  bool asked = false;
+  Loop.OnYield = [&] {
+    asked = asked || Window->RunsNow();
+    EXPECT_FALSE(Standards->model()->setData(conc, QStringLiteral("9")));
+  };
+  Blank();
+  Loop.OnYield = {};
+  EXPECT_TRUE(asked);
+  EXPECT_EQ(Window->Document().Option().StandardConc[0], 3);
 }
 
 TEST_F(QuaWindow, AClickOnTheAbsorbanceMeasuresTheStandard) {

@@ -6,6 +6,7 @@
 #include "modes/windows/frmbasicfixture.h"
 #include "modes/windows/frmqua.h"
 #include "output/workbook/workbooksupport.h"
+#include "windowsupport/badplaces.h"
 
 namespace spectrane::testing_windows {
 namespace {
@@ -61,6 +62,16 @@ TEST_F(Outputs, NonLatinNamesAndASpreadsheet) {
   EXPECT_THAT(testing_workbook::WorkbookListing(path.toStdString()), HasSubstr("cell 4 1 number 546.0 0.0"));
 }
 
+TEST_F(Outputs, TheProgramsOwnSettingsAreNeverWrittenOver) {
+  OpenWithRows();
+  std::filesystem::create_symlink(Settings.Path(), Folder.Path("link.txt"));
+  const std::string before = Bytes("link.txt");
+  Boxes.ExpectSaveName(TextFilter(), PathOf("link.txt"));
+  Boxes.ExpectWords(Words(1213));
+  Window->mmuFileOutputTXT();
+  EXPECT_EQ(Bytes("link.txt"), before);
+}
+
 TEST_F(Outputs, AnExistingFileStaysOnNo) {
   OpenWithRows();
   WriteBytes(Folder.Path("run.txt"), "old");
@@ -91,6 +102,55 @@ TEST_F(Outputs, AWriteThatFailsAfterYesLeavesTheOldFile) {
   EXPECT_EQ(Bytes("run.txt/old"), "old");
   EXPECT_NE(Boxes.Details, QString());
   EXPECT_EQ(Exports(), 1u);
+}
+
+#ifndef _WIN32
+TEST_F(Outputs, AFullDiskLeavesTheOldFileAndNothingElse) {
+  OpenWithRows();
+  for (const char* name : {"run.txt", "run.xls", "run.pdf"}) {
+    WriteBytes(Folder.Path(name), "old");
+    const QString path = PathOf(name);
+    const bool report = path.endsWith(QStringLiteral("pdf"));
+    const bool sheet = path.endsWith(QStringLiteral("xls"));
+    Boxes.ExpectSaveName(report ? PdfFilter() : sheet ? SheetFilter() : TextFilter(), path);
+    Boxes.ExpectYesNo(path + u' ' + Words(1212), Answer::Yes);
+    Boxes.ExpectWords(Words(1213));
+    {
+      const FullDisk full(64);
+      report ? Window->PrintReport() : sheet ? Window->mmuFileOutputXLS() : Window->mmuFileOutputTXT();
+    }
+    EXPECT_NE(Boxes.Details, QString()) << name;
+    EXPECT_EQ(Bytes(name), "old");
+  }
+  EXPECT_EQ(Exports(), 3u);
+}
+
+TEST_F(Outputs, AReadOnlyFolderLeavesTheOldFile) {
+  OpenWithRows();
+  std::filesystem::create_directory(Folder.Path("locked"));
+  WriteBytes(Folder.Path("locked/run.txt"), "old");
+  std::filesystem::permissions(Folder.Path("locked"), std::filesystem::perms{0555});
+  Boxes.ExpectSaveName(TextFilter(), PathOf("locked/run.txt"));
+  Boxes.ExpectYesNo(PathOf("locked/run.txt") + u' ' + Words(1212), Answer::Yes);
+  Boxes.ExpectWords(Words(1213));
+  {
+    const NoPrivileges nobody;
+    Window->mmuFileOutputTXT();
+  }
+  EXPECT_EQ(Bytes("locked/run.txt"), "old");
+  EXPECT_EQ(std::ranges::distance(std::filesystem::directory_iterator(Folder.Path("locked"))), 1);
+  std::filesystem::permissions(Folder.Path("locked"), std::filesystem::perms{0755});
+}
+#endif
+
+TEST_F(Outputs, AReportNeverTakesThePlaceOfAnOpenDocument) {
+  OpenWithRows();
+  WriteBytes(Folder.Path("data.pdf"), "data");
+  Main.Shown = PathOf("data.pdf");
+  Boxes.ExpectSaveName(PdfFilter(), PathOf("data.pdf"));
+  Boxes.ExpectWords(u'<' + PathOf("data.pdf") + u'>' + Words(1218));
+  Window->PrintReport();
+  EXPECT_EQ(Bytes("data.pdf"), "data");
 }
 
 TEST_F(Outputs, AVanishedFolderIsToldInWords) {

@@ -311,6 +311,16 @@ TEST_F(CurveSurface, ArrowKeysWalkFromPointToPoint) {
   EXPECT_FALSE(LabelsShown());
 }
 
+TEST_F(CurveSurface, AHiddenCursorStaysAwayInAnotherView) {
+  Key(Qt::Key_Right);
+  EXPECT_TRUE(LabelsShown());
+  Surface.HideCursor();
+  Surface.SetScale({{400, 450}, {0, 2}});
+  EXPECT_FALSE(LabelsShown());
+  Surface.resize(Surface.width() + 40, Surface.height());
+  EXPECT_FALSE(LabelsShown());
+}
+
 TEST_F(CurveSurface, TheWalkBeginsWhereThePointerWas) {
   Move(226, 120);
   Key(Qt::Key_Right);

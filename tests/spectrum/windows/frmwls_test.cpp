@@ -3,12 +3,16 @@
 #include <QClipboard>
 #include <QDir>
 #include <QImage>
+#include <QTimer>
 
 #include "app/ground/commands.h"
+#include "output/workbook/workbooksupport.h"
 #include "spectrum/windows/scanfixture.h"
 
 namespace spectrane::testing_windows {
 namespace {
+
+using testing::HasSubstr;
 
 TEST_F(ScanWindow, ANewWindowIsEmptyAndHasTheStoredOptions) {
   Settings.PutSetting(kScanSection, "Start WaveLength", "400");
@@ -243,6 +247,54 @@ TEST_F(ScanWindow, ThePictureGoesToTheClipboard) {
   const QImage image = QGuiApplication::clipboard()->image();
   EXPECT_EQ(image.size(), Curve->size() * Curve->devicePixelRatioF());
   EXPECT_EQ(image.pixelColor(2, 2), QColor(Qt::white));
+}
+
+TEST_F(ScanWindow, ExportsTextSpreadsheetAndPictureOfItsSurface) {
+  OpenPoints({100, 10, 100});
+  Window->FindPeak();
+  Boxes.ExpectSaveName(Words(921), PathOf("a.txt"));
+  Window->mmuFileOutputTXT();
+  const std::string text = ReadBytes(Folder.Path("a.txt"));
+  EXPECT_TRUE(text.starts_with("a.wls\nScan Wavelength: 490.5 nm - 520.0 nm  Time:")) << text;
+  EXPECT_THAT(text, HasSubstr("Energy(0%T)\n1\t501.0\t1.000\t10.0\t1050\t10050\t50\nWavelength Scan"));
+  Boxes.ExpectSaveName(Words(934), PathOf("a"));
+  Window->mmuFileOutputBMP();
+  const QImage picture(PathOf("a.bmp"));
+  EXPECT_EQ(picture.size(), Curve->size() * Curve->devicePixelRatioF());
+  EXPECT_EQ(picture, Curve->Image().convertToFormat(picture.format()));
+  Boxes.ExpectSaveName(Words(935), PathOf("a.xls"));
+  Window->mmuFileOutputXLS();
+  const std::string sheet = ReadBytes(Folder.Path("a.xls"));
+  EXPECT_THAT(sheet, HasSubstr("\x89PNG"));
+  // Of the picture's place: its first corner, column 7 and row 1 (H2), nothing beside them.
+  EXPECT_THAT(sheet, HasSubstr(std::string("\x10\xF0\x12\0\0\0\x02\0\x07\0\0\0\x01\0\0\0", 16)));
+  EXPECT_THAT(testing_workbook::WorkbookListing(Folder.Path("a.xls")),
+              HasSubstr("cell 4 1 number 501.0 0.0 Verdana"));
+}
+
+TEST_F(ScanWindow, NothingIsSearchedOrSetWhileAnExportRuns) {
+  OpenPoints({100, 10, 100, 50, 100});
+  Window->FindPeak();
+  bool ran = false;
+  QTimer::singleShot(0, Window, [&] {
+    ran = Window->RunsNow();
+    EXPECT_FALSE(Window->Offers(kSearchPeak));
+    EXPECT_FALSE(Window->Offers(kTestOption));
+    Window->FindPeak();
+    Window->ShowConfigWindow();
+  });
+  Boxes.ExpectSaveName(Words(921), PathOf("a.txt"));
+  Window->mmuFileOutputTXT();
+  EXPECT_TRUE(ran);
+  EXPECT_TRUE(Window->Offers(kSearchPeak));
+}
+
+TEST_F(ScanWindow, TheHintOfTheRectangleGoesWithIt) {
+  OpenPoints({100, 10, 1});
+  Window->mmuZoomIn();
+  EXPECT_NE(Main.Readout, QString());
+  QTest::keyClick(Curve, Qt::Key_Escape);
+  EXPECT_EQ(Main.Readout, QString());
 }
 
 TEST_F(ScanWindow, ColoursAndGridReachTheCurve) {

@@ -2,6 +2,8 @@
 
 #include <QLabel>
 
+#include <limits>
+
 #include "spectrum/windows/scanfixture.h"
 
 namespace spectrane::testing_windows {
@@ -154,6 +156,18 @@ TEST_F(ScanConfig, WrongInputStaysInItsField) {
     });
     EXPECT_FALSE(Window->isWindowModified()) << wrong.Field << wrong.Text;
   }
+}
+
+TEST_F(ScanConfig, LimitsOfADamagedFileThatAreNoNumbersAreRefused) {
+  WLSOption option = OtherOption();
+  option.StartWavelength = std::numeric_limits<double>::quiet_NaN();
+  OpenPoints({100, 10, 1}, option);
+  Options([](QWidget& dialog) {
+    Click(dialog, "OKCmd");
+    EXPECT_TRUE(dialog.isVisible()) << "an end that is no number stays in its field";
+    QTest::keyClick(&dialog, Qt::Key_Escape);
+  });
+  EXPECT_NE(Stored("Start WaveLength"), "NaN");
 }
 
 TEST_F(ScanConfig, EachModeKeepsWhatWasTypedForIt) {

@@ -53,6 +53,22 @@ TEST_F(ProcessedWindow, IsFilledPointByPointAndSaved) {
   EXPECT_EQ(option.DisplayMode, 2);
 }
 
+TEST_F(ProcessedWindow, ListsTheBandsOfAFallingSpectrumByRisingWavelength) {
+  Open();
+  const double abs[] = {0, 1, 0, 2, 0, 1, 0};
+  for (std::int32_t i = 0; i < 7; ++i) EXPECT_TRUE(Window->SetWLSRecord(i, 706.0 - i, 50, abs[i]));
+  EXPECT_TRUE(Window->SetWLSRecordNo(7));
+  Window->FindPeak();
+  const QAbstractItemModel& peaks = *Window->DataTable()->Grid(1)->model();
+  ASSERT_EQ(peaks.rowCount(), 5);
+  EXPECT_EQ(RowText(peaks, 0), QStringLiteral("1|701.0|1.000|50.0"));
+  EXPECT_EQ(RowText(peaks, 1), QStringLiteral("2|703.0|2.000|50.0"));
+  EXPECT_EQ(RowText(peaks, 2), QStringLiteral("3|705.0|1.000|50.0"));
+  EXPECT_EQ(RowText(peaks, 3), QStringLiteral("4|702.0|0.000|50.0")) << "valleys too";
+  EXPECT_EQ(Curve->View().Marks[0].X, 701);
+  EXPECT_EQ(Curve->View().Marks[0].Text, QStringLiteral("1"));
+}
+
 TEST_F(ProcessedWindow, SearchesMoreCoarselyAndStoresNoPeakValue) {
   Settings.PutSetting(kScanSection, "Peak Height", "0.5");
   Open();

@@ -2,19 +2,23 @@
 
 #include <QTableView>
 
-#ifndef _WIN32
-#include <unistd.h>
-#endif
-
 #include <fstream>
 #include <limits>
 
 #include "files/datafile.h"
 #include "files/filesupport.h"
+#include "output/workbook/workbooksupport.h"
 #include "tools/windows/toolfixture.h"
+#include "windowsupport/badplaces.h"
 
 namespace spectrane::testing_windows {
 namespace {
+
+using testing::HasSubstr;
+
+QString OutputFilters() {
+  return Words(921) + u'|' + Words(935);
+}
 
 /// A baseline file, written field by field; record i is at 190 + i nm with gain i % 8 + 1 and 1000 + i
 /// counts.
@@ -138,7 +142,7 @@ TEST_F(BaseLine, FilesThatAreNoBaselineChangeNothing) {
       Boxes.ExpectWords(Words(1214));
       Click(dialog, "LoadCmd");
       EXPECT_TRUE(Boxes.AllAsked()) << name;
-      EXPECT_THAT(Boxes.Details.toStdString(), ::testing::HasSubstr(name));
+      EXPECT_THAT(Boxes.Details.toStdString(), HasSubstr(name));
       EXPECT_EQ(Row(dialog, 910), "911|1100.0|7|1910|") << name;
       EXPECT_EQ(State(dialog), "own.bsl: 911 records") << name;
     }
@@ -272,7 +276,7 @@ TEST_F(BaseLine, APlaceThatCannotBeWrittenKeepsTheOldFile) {
       Boxes.ExpectWords(Words(1213));
       Click(dialog, "SaveCmd");
       EXPECT_TRUE(Boxes.AllAsked()) << name;
-      EXPECT_THAT(Boxes.Details.toStdString(), ::testing::HasSubstr(name));
+      EXPECT_THAT(Boxes.Details.toStdString(), HasSubstr(name));
     }
     EXPECT_TRUE(IsEnabled(dialog, "SaveCmd"));
   });
@@ -281,23 +285,6 @@ TEST_F(BaseLine, APlaceThatCannotBeWrittenKeepsTheOldFile) {
 }
 
 #ifndef _WIN32
-/// Gives up the rights of the superuser, who may write everywhere, while it lives.
-class NoPrivileges {
- public:
-  NoPrivileges() {
-    if (::getuid() == 0) {
-      EXPECT_EQ(::seteuid(65534), 0);
-    }
-  }
-  ~NoPrivileges() {
-    if (::getuid() == 0) {
-      EXPECT_EQ(::seteuid(0), 0);
-    }
-  }
-  NoPrivileges(const NoPrivileges&) = delete;
-  NoPrivileges& operator=(const NoPrivileges&) = delete;
-};
-
 TEST_F(BaseLine, AReadOnlyFolderKeepsItsFileAndGetsNoOther) {
   std::filesystem::create_directory(Folder.Path("locked"));
   const QString old = WriteBaseline("locked/old.bsl", "something older");
@@ -309,7 +296,7 @@ TEST_F(BaseLine, AReadOnlyFolderKeepsItsFileAndGetsNoOther) {
     Boxes.ExpectYesNo(old + QStringLiteral(" is exist, are you want to overwrite this file?"), Answer::Yes);
     Boxes.ExpectWords(Words(1213));
     Click(dialog, "SaveCmd");
-    Boxes.ExpectSaveName(Words(921), PathOf("locked/table.txt"));
+    Boxes.ExpectSaveName(OutputFilters(), PathOf("locked/table.txt"));
     Boxes.ExpectWords(Words(1213));
     Click(dialog, "OutputCmd");
   });
@@ -323,22 +310,42 @@ TEST_F(BaseLine, AReadOnlyFolderKeepsItsFileAndGetsNoOther) {
 TEST_F(BaseLine, OutputWritesATableOfText) {
   Ask([&](QWidget& dialog) {
     Load(dialog, WriteBaseline("narrow.bsl", BaselineBytes(1098, 1100, 3)));
-    Boxes.ExpectSaveName(Words(921), PathOf("table"));
+    Boxes.ExpectSaveName(OutputFilters(), PathOf("table"));
     Click(dialog, "OutputCmd");
     EXPECT_EQ(State(dialog), "Written: table.txt");
     const QString question =
         PathOf("table.txt") + QStringLiteral(" is exist, are you want to overwrite this file?");
-    Boxes.ExpectSaveName(Words(921), PathOf("table.txt"));
+    Boxes.ExpectSaveName(OutputFilters(), PathOf("table.txt"));
     Boxes.ExpectYesNo(question, Answer::No);
     Click(dialog, "OutputCmd");
-    Boxes.ExpectSaveName(Words(921), PathOf("missing/table.txt"));
+    Boxes.ExpectSaveName(OutputFilters(), PathOf("missing/table.txt"));
     Boxes.ExpectWords(Words(1213));
     Click(dialog, "OutputCmd");
-    Boxes.ExpectSaveName(Words(921), {});
+    Boxes.ExpectSaveName(OutputFilters(), {});
     Click(dialog, "OutputCmd");
   });
   EXPECT_EQ(ContentOf(PathOf("table.txt")),
-            "No\tWL.(nm)\tAmp\tEnergy\r\n1\t1098.0\t1\t1000\r\n2\t1099.0\t2\t1001\r\n3\t1100.0\t3\t1002\r\n");
+            "No\tWL.(nm)\tAmp\tEnergy\n1\t1098.0\t1\t1000\n2\t1099.0\t2\t1001\n3\t1100.0\t3\t1002\n");
+}
+
+TEST_F(BaseLine, OutputWritesASpreadsheetOfNumbers) {
+  Ask([&](QWidget& dialog) {
+    Load(dialog, WriteBaseline("narrow.bsl", BaselineBytes(1098, 1100, 3)));
+    Boxes.ExpectSaveName(OutputFilters(), PathOf("table.xls"));
+    Click(dialog, "OutputCmd");
+    EXPECT_EQ(State(dialog), "Written: table.xls");
+    Boxes.ExpectSaveName(OutputFilters(), PathOf("missing/table.xls"));
+    Boxes.ExpectWords(Words(1213));
+    Click(dialog, "OutputCmd");
+  });
+  const std::string listing = testing_workbook::WorkbookListing(PathOf("table.xls").toStdString());
+  EXPECT_THAT(listing, HasSubstr("sheet sheet1 4 4\n"));
+  EXPECT_THAT(listing, HasSubstr("cell 0 0 text 'No' @ Verdana"));
+  EXPECT_THAT(listing, HasSubstr("cell 0 3 text 'Energy' @ Verdana"));
+  EXPECT_THAT(listing, HasSubstr("cell 1 0 number 1.0 0 Verdana"));
+  EXPECT_THAT(listing, HasSubstr("cell 1 1 number 1098.0 0.0 Verdana"));
+  EXPECT_THAT(listing, HasSubstr("cell 2 2 number 2.0 0 Verdana"));
+  EXPECT_THAT(listing, HasSubstr("cell 2 3 number 1001.0 0 Verdana"));
 }
 
 TEST_F(BaseLine, TheProgramsOwnSettingsAreNeverWrittenOver) {
@@ -349,11 +356,11 @@ TEST_F(BaseLine, TheProgramsOwnSettingsAreNeverWrittenOver) {
     const QString path = WriteBaseline("own.bsl", BaselineBytes(190, 1100, 911));
     Boxes.ExpectOpenName(Words(920), path);
     Click(dialog, "LoadCmd");
-    Boxes.ExpectSaveName(Words(921), PathOf("link.txt"));
+    Boxes.ExpectSaveName(OutputFilters(), PathOf("link.txt"));
     Boxes.ExpectWords(Words(1213));
     Click(dialog, "OutputCmd");
   });
-  EXPECT_THAT(ContentOf(PathOf("config.ini")), ::testing::HasSubstr("[Base Line]"));
+  EXPECT_THAT(ContentOf(PathOf("config.ini")), HasSubstr("[Base Line]"));
 }
 
 TEST_F(BaseLine, AMeasuringRunIsStoppedByItsButtonAndKeepsTheDialog) {

@@ -362,5 +362,19 @@ TEST_F(QuantitationDocumentTest, CharactersWithoutAPlaceAreTold) {
   EXPECT_FALSE(document_.TextWasLost());
 }
 
+// A file of another program may hold the r of a fit that the typed coefficients took the place of.
+TEST_F(QuantitationDocumentTest, TypedCoefficientsHaveTheRThatNothingWasFittedFor) {
+  Calibrate();
+  QuaOption option = document_.Option();
+  option.CurveR = 0.98;
+  EXPECT_EQ(CorrelationInForce(option), 0.98);
+  option.CurveItem = 2;
+  EXPECT_EQ(CorrelationInForce(option), 1.0);
+  ASSERT_FALSE(SaveDataFile(QuaModule(), File(), option, 0, [](std::int32_t) { return QuaRecord{}; }));
+  ASSERT_TRUE(document_.OpenFile(File()));
+  const std::vector<FormulaPart> parts = document_.Formula(DisplayFormats::AtStart(0));
+  EXPECT_NE(parts.back().Text.find("r = 1.000000"), std::string::npos) << parts.back().Text;
+}
+
 }  // namespace
 }  // namespace spectrane

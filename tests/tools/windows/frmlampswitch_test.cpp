@@ -71,6 +71,10 @@ TEST_F(LampSwitch, AFailedSettingSaysNothingAndShowsWhatTheInstrumentHas) {
     Click(dialog, "OKCmd");
     EXPECT_EQ(FieldText(dialog), "380.0") << "only the answer was spoiled";
     EXPECT_EQ(Model().LampSwitch(), 380.0);
+    Fail("setlampwl", "no-reply");
+    Type(dialog, "390");
+    Click(dialog, "OKCmd");
+    EXPECT_EQ(State(dialog), FieldText(dialog) == "390.0" ? "" : "The instrument changes lamps at 380.0 nm.");
   });
   EXPECT_TRUE(Display.TimerOn);
 }

@@ -92,7 +92,7 @@ TEST_F(Slip, NothingChosenIsAnError) {
     }
     Ask([&](QWidget& dialog) {
       EXPECT_EQ(Checked(dialog), 0);
-      EXPECT_NE(State(dialog), "");
+      EXPECT_EQ(State(dialog), connected ? Words(1092).toStdString() : "No instrument connected.");
       Boxes.ExpectMessage(1808);
       Click(dialog, "CommandSetup");
       EXPECT_EQ(Model().SlitCode(), 2);

@@ -275,6 +275,7 @@ TEST_F(ScanWindow, ExportsTextSpreadsheetAndPictureOfItsSurface) {
 TEST_F(ScanWindow, NothingIsSearchedOrSetWhileAnExportRuns) {
   OpenPoints({100, 10, 100, 50, 100});
   Window->FindPeak();
+  Window->DataTable()->SelectTab(0);
   bool ran = false;
   QTimer::singleShot(0, Window, [&] {
     ran = Window->RunsNow();
@@ -286,6 +287,7 @@ TEST_F(ScanWindow, NothingIsSearchedOrSetWhileAnExportRuns) {
   Boxes.ExpectSaveName(Words(921), PathOf("a.txt"));
   Window->mmuFileOutputTXT();
   EXPECT_TRUE(ran);
+  EXPECT_EQ(Window->DataTable()->SelectedTab(), 0) << "a search goes to its list";
   EXPECT_TRUE(Window->Offers(kSearchPeak));
 }
 

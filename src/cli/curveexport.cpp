@@ -41,7 +41,7 @@ std::optional<std::string> CurveExport(const std::string& path, const std::strin
   const bool jcamp = ending == ".jdx" || ending == ".dx";
   if (!jcamp && ending != ".csv") return std::nullopt;
   const BatchKind& kind = KindOfFile(path);
-  if (!kind.Curve) throw Refusal(path, "has no curve to export");
+  if (!kind.Curve) return std::nullopt;
   BatchCurve points = kind.Curve(path, around.Smooth);
   ExchangeCurve curve;
   curve.Title = Utf8FromPath(PathFromUtf8(path).filename());

@@ -8,7 +8,8 @@
 namespace spectrane {
 
 /// The text of a curve for other programs, where the ending asks for one (.csv, .jdx, .dx); nothing for
-/// another ending. Throws Refusal for a file without a curve and for one that cannot be read whole.
+/// another ending and for a file of a kind that has no curve. Throws Refusal for a file that cannot be read
+/// whole.
 std::optional<std::string> CurveExport(const std::string& path, const std::string& ending,
                                        const ExportSurroundings& around);
 

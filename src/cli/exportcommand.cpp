@@ -68,7 +68,11 @@ std::string OutputBytes(const ExportArguments& arguments, ExportDocument& docume
     if (document.PictureRefusal() != 0) throw Refusal(arguments.File, Text(document.PictureRefusal()));
     return ImageBytes(document.Picture(around).convertToFormat(QImage::Format_RGB32), "BMP");
   }
-  if (ending != ".pdf") throw Refusal(arguments.Out, "not one of .txt, .xls, .bmp, .pdf, .csv and .jdx");
+  if (ending != ".pdf") {
+    const bool curve = static_cast<bool>(KindOfFile(arguments.File).Curve);
+    throw Refusal(arguments.Out, curve ? "not one of .txt, .xls, .bmp, .pdf, .csv and .jdx"
+                                       : "not one of .txt, .xls, .bmp and .pdf");
+  }
   return ReportPdf(document.MakeReport(around)).toStdString();
 }
 

@@ -137,7 +137,7 @@ ImportedSpectrum ImportCsv(std::string_view text) {
     }
   }
   spectrum.ShowsTrans = !spectrum.Points.Empty() && !columns.Abs;
-  if (passedOver > 0) spectrum.Remark = std::to_string(passedOver) + " lines behind the table";
+  AddRemark(spectrum, passedOver, "line", "behind the table");
   return Arranged(std::move(spectrum));
 }
 

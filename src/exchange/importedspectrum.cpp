@@ -40,6 +40,12 @@ void AddTrans(Spectrum& points, double wavelength, double trans) {
   points.Add(wavelength, trans, AbsFromTrans(trans));
 }
 
+void AddRemark(ImportedSpectrum& spectrum, std::size_t count, const std::string& unit, const char* which) {
+  if (count == 0) return;
+  spectrum.Remark += (spectrum.Remark.empty() ? "" : ", ") + std::to_string(count) + " " + unit +
+                     (count == 1 ? " " : "s ") + which;
+}
+
 ImportedSpectrum Arranged(ImportedSpectrum spectrum) {
   const Spectrum& all = spectrum.Points;
   std::vector<std::size_t> order;
@@ -50,10 +56,7 @@ ImportedSpectrum Arranged(ImportedSpectrum spectrum) {
   if (order.empty()) return NoSpectrum("has no points");
   if (order.size() > static_cast<std::size_t>(kMostSpectrumPoints))
     return NoSpectrum("has more than " + std::to_string(kMostSpectrumPoints) + " points");
-  if (order.size() < all.Size()) {
-    spectrum.Remark += (spectrum.Remark.empty() ? "" : ", ") + std::to_string(all.Size() - order.size()) +
-                       " points without numbers";
-  }
+  AddRemark(spectrum, all.Size() - order.size(), "point", "without numbers");
   std::stable_sort(order.begin(), order.end(),
                    [&all](std::size_t a, std::size_t b) { return all.WL[a] < all.WL[b]; });
   Spectrum rising;

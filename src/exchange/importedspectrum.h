@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -35,6 +36,8 @@ WLSOption HomeViewOf(const ImportedSpectrum& spectrum);
 
 /// A spectrum that cannot be had.
 ImportedSpectrum NoSpectrum(std::string reason);
+/// Adds to what was passed over.
+void AddRemark(ImportedSpectrum& spectrum, std::size_t count, const std::string& unit, const char* which);
 /// Puts the points in rising order without those that are no numbers. None, or more than a spectrum can have,
 /// are a reason.
 ImportedSpectrum Arranged(ImportedSpectrum spectrum);

@@ -91,7 +91,7 @@ TEST(ImportCsv, SaysWhatStandsBehindTheTable) {
 TEST(ImportCsv, SaysHowManyPointsHaveNoNumbers) {
   const ImportedSpectrum spectrum = ImportCsv("nm,Abs\n400,1\n401,-\n402,3\n");
   EXPECT_EQ(spectrum.Points.WL, (std::vector<double>{400, 402}));
-  EXPECT_EQ(spectrum.Remark, "1 points without numbers");
+  EXPECT_EQ(spectrum.Remark, "1 point without numbers");
 }
 
 TEST(ImportCsv, RefusesWhatIsNoSpectrum) {

@@ -119,7 +119,7 @@ TEST(ImportJcamp, AnUnknownValueIsPassedOver) {
   curve.Abs[2] = kNaN;
   const ImportedSpectrum spectrum = ImportJcamp(JcampText(curve));
   EXPECT_EQ(spectrum.Points.Size(), 4u);
-  EXPECT_EQ(spectrum.Remark, "1 points without numbers");
+  EXPECT_EQ(spectrum.Remark, "1 point without numbers");
 }
 
 /// A file of somebody else: labels in small letters, comments, a falling axis of wavenumbers.

@@ -174,6 +174,42 @@ TEST_F(Acquisition, ASampleThatStandsInTheBeamFromTheBeginningSpoilsNoPoint) {
   EXPECT_NE(outcome.Err.find("new reference at 510 nm"), std::string::npos) << outcome.Err;
 }
 
+TEST_F(Acquisition, APersonIsAskedForTheBlankAndThenForTheSample) {
+  StartSimulator({"--instant", "--noise", "0", "--beam", "filter-2.0"});
+  QProcess process;
+  StartBatch(process, {"instrument", "scan", "--from", "500", "--to", "510", "--step", "5", "--blank",
+                       "--out", Path("s.wls")});
+  process.setReadChannel(QProcess::StandardError);
+  const auto waitFor = [&process](const char* words) {
+    QByteArray seen;
+    while (!seen.contains(words) && process.waitForReadyRead(10000)) seen += process.readAllStandardError();
+    return seen.contains(words);
+  };
+  ASSERT_TRUE(waitFor("Please input blank sample and set 0.000ABS/100%T. [Enter]"));
+  ASSERT_TRUE(Tell("beam blank"));
+  process.write("\n");
+  ASSERT_TRUE(waitFor("Please input test sample. [Enter]"));
+  ASSERT_TRUE(Tell("beam filter-1.0"));
+  process.write("\n");
+  ASSERT_EQ(Finish(process).Status, 0);
+  for (const Json& point : Dump("s.wls")["data"]) EXPECT_NEAR(point["Abs"].get<double>(), 1.0, 0.005);
+}
+
+TEST_F(Acquisition, AScriptThatCannotAnswerIsNotAskedForASingleThing) {
+  StartSimulator({"--instant"});
+  ASSERT_EQ(Batch({"instrument", "baseline", "--from", "500", "--to", "510", "--out", Path("b.bsl")}).Status,
+            0);
+  ASSERT_EQ(Batch({"instrument", "scan", "--from", "500", "--to", "510", "--step", "1", "--baseline",
+                   Path("b.bsl"), "--out", Path("s.wls")})
+                .Status,
+            0);
+  const Outcome two = Batch({"instrument", "scan", "--from", "500", "--to", "510", "--step", "1", "--blank",
+                             "--out", Path("t.wls")});
+  EXPECT_EQ(two.Status, 1) << "blank and sample cannot both be there";
+  EXPECT_NE(two.Err.find("The run was stopped."), std::string::npos) << two.Err;
+  EXPECT_FALSE(Exists("t.wls"));
+}
+
 TEST_F(Acquisition, DnaAndProteinFollowFromTheirAbsorbances) {
   StartSimulator({"--instant", "--sampler", "--cell", "2=dna-50", "--cell", "3=protein-1"});
   ASSERT_EQ(Instrument({"dna", "--from-sampler", "2,3"}, "d.dna").Status, 0);

@@ -12,6 +12,7 @@
 #include "cli/computecommand.h"
 #include "cli/exportcommand.h"
 #include "cli/filecommands.h"
+#include "cli/importcommand.h"
 #include "cli/instrumentcommands.h"
 #include "cli/numbercommands.h"
 #include "cli/processingcommands.h"
@@ -26,8 +27,8 @@ constexpr const char* kProgram = "spectrane-cli";
 
 /// Every group of commands; one row adds a group.
 constexpr AddCommands kCommandGroups[] = {
-    AddNumberCommands, AddFileCommands, AddQuantitationCommands, AddSpectrumCommands,   AddProcessingCommands,
-    AddComputeCommand, AddStatsCommand, AddExportCommand,        AddInstrumentCommands,
+    AddNumberCommands, AddFileCommands, AddQuantitationCommands, AddSpectrumCommands, AddProcessingCommands,
+    AddComputeCommand, AddStatsCommand, AddExportCommand,        AddImportCommand,    AddInstrumentCommands,
 };
 
 /// The arguments, last one first, as the reader takes them.

@@ -1,5 +1,6 @@
 #include "cli/command.h"
 
+#include <cmath>
 #include <optional>
 #include <utility>
 
@@ -44,8 +45,12 @@ Refusal::Refusal(const std::string& path, const std::string& reason)
 
 Refusal::Refusal(const std::string& path, const FileFault& fault) : Refusal(path, FaultWords(fault)) {}
 
-void RunsAs(CLI::App* command, BatchContext& context, std::function<void(BatchContext&)> run) {
-  command->callback([&context, run = std::move(run)] { context.Chosen = run; });
+void RunsAs(CLI::App* command, BatchContext& context, std::function<void(BatchContext&)> run,
+            std::function<void()> check) {
+  command->callback([&context, run = std::move(run), check = std::move(check)] {
+    if (check) check();
+    context.Chosen = run;
+  });
 }
 
 std::string PlainArgument(const std::string& text) {
@@ -86,6 +91,29 @@ CLI::Option* AddLong(CLI::App* command, const std::string& name, std::int32_t& v
     }
   };
   return command->add_option_function<std::string>(name, take, description)->type_name("INTEGER");
+}
+
+CLI::Option* AddNumberList(CLI::App* command, const std::string& name, std::vector<double>& values,
+                           const std::string& description) {
+  const auto take = [&values, name](const std::string& argument) {
+    values.clear();
+    const std::string text = PlainArgument(argument) + ",";
+    for (std::size_t begin = 0, end; (end = text.find(',', begin)) != std::string::npos; begin = end + 1) {
+      values.push_back(NumberOf(name, text.substr(begin, end - begin)));
+    }
+  };
+  return command->add_option_function<std::string>(name, take, description)->type_name("NUMBER,NUMBER,...");
+}
+
+std::string CheckWhole(const std::string& text, std::int32_t lowest, std::int32_t highest) {
+  const auto value = ParseNumber(PlainArgument(text));
+  if (!value || (*value >= lowest && *value <= highest && *value == std::floor(*value)))
+    return {};  // another check tells what is no number
+  return "not a whole number from " + std::to_string(lowest) + " to " + std::to_string(highest);
+}
+
+std::string CheckPath(const std::string& text) {
+  return text.empty() ? "the path is empty" : "";
 }
 
 }  // namespace spectrane

@@ -37,8 +37,10 @@ struct BatchContext {
 using AddCommands = void (*)(CLI::App& root, BatchContext& context);
 
 /// `run` is what `command` does. Its arguments live in `run` itself (a shared pointer), for they are filled
-/// while the line is read and `run` comes after that.
-void RunsAs(CLI::App* command, BatchContext& context, std::function<void(BatchContext&)> run);
+/// while the line is read and `run` comes after that. `check` sees the arguments as a whole and throws a
+/// CLI::ParseError for wrong usage.
+void RunsAs(CLI::App* command, BatchContext& context, std::function<void(BatchContext&)> run,
+            std::function<void()> check = {});
 
 /// Arguments. `name` without a dash is a positional one. A value of the wrong form is wrong usage.
 CLI::Option* AddText(CLI::App* command, const std::string& name, std::string& value,
@@ -51,6 +53,14 @@ CLI::Option* AddNumbers(CLI::App* command, const std::string& name, std::vector<
 /// A whole number of 32 bits; decimals are rounded half to even.
 CLI::Option* AddLong(CLI::App* command, const std::string& name, std::int32_t& value,
                      const std::string& description);
+
+/// Numbers in one argument, commas between them.
+CLI::Option* AddNumberList(CLI::App* command, const std::string& name, std::vector<double>& values,
+                           const std::string& description);
+
+/// Checks of arguments; each gives what is wrong, or nothing.
+std::string CheckWhole(const std::string& text, std::int32_t lowest, std::int32_t highest);
+std::string CheckPath(const std::string& text);
 
 /// What stands before a negative number that the argument reader would take for an option (-.5).
 inline constexpr char kValueMark = '\x1F';

@@ -12,6 +12,7 @@
 #include "base/language.h"
 #include "base/utf8path.h"
 #include "base/windowsettings.h"
+#include "cli/curveexport.h"
 #include "cli/exportkinds.h"
 #include "cli/filecommands.h"
 #include "cli/filekinds.h"
@@ -45,14 +46,6 @@ std::unique_ptr<QCoreApplication> MakeDrawingApplication() {
   return application;
 }
 
-std::string LowerEnding(const std::string& path) {
-  std::string ending = Utf8FromPath(PathFromUtf8(path).extension());
-  for (char& c : ending) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  }
-  return ending;
-}
-
 std::string ImageBytes(const QImage& image, const char* format) {
   QBuffer buffer;
   buffer.open(QIODevice::WriteOnly);
@@ -68,16 +61,29 @@ std::string WorkbookBytes(ExportDocument& document, const ExportSurroundings& ar
 
 /// What goes into the file, by its ending.
 std::string OutputBytes(const ExportArguments& arguments, ExportDocument& document,
-                        const ExportSurroundings& around) {
-  const std::string ending = LowerEnding(arguments.Out);
+                        const ExportSurroundings& around, const std::string& ending) {
   if (ending == ".txt") return ExportText(document.Sheet(around));
   if (ending == ".xls") return WorkbookBytes(document, around);
   if (ending == ".bmp") {
     if (document.PictureRefusal() != 0) throw Refusal(arguments.File, Text(document.PictureRefusal()));
     return ImageBytes(document.Picture(around).convertToFormat(QImage::Format_RGB32), "BMP");
   }
-  if (ending != ".pdf") throw Refusal(arguments.Out, "not one of .txt, .xls, .bmp and .pdf");
+  if (ending != ".pdf") {
+    const bool curve = static_cast<bool>(KindOfFile(arguments.File).Curve);
+    throw Refusal(arguments.Out, curve ? "not one of .txt, .xls, .bmp, .pdf, .csv and .jdx"
+                                       : "not one of .txt, .xls, .bmp and .pdf");
+  }
   return ReportPdf(document.MakeReport(around)).toStdString();
+}
+
+/// What the window of that kind gives.
+std::string DocumentBytes(const ExportArguments& arguments, const ExportSurroundings& around,
+                          const std::string& ending) {
+  const std::unique_ptr<ExportDocument> document =
+      ExportDocumentOf(KindOfFile(arguments.File).Kind->FileType);
+  if (!document) throw Refusal(arguments.File, "files of this kind cannot be exported");
+  document->Open(arguments.File, around);
+  return OutputBytes(arguments, *document, around, ending);
 }
 
 void RunExport(const ExportArguments& arguments, BatchContext& run) {
@@ -85,9 +91,6 @@ void RunExport(const ExportArguments& arguments, BatchContext& run) {
   std::error_code code;
   if (std::filesystem::equivalent(PathFromUtf8(arguments.File), PathFromUtf8(arguments.Out), code))
     throw Refusal(arguments.Out, "is the file to be exported");
-  const std::unique_ptr<ExportDocument> document =
-      ExportDocumentOf(KindOfFile(arguments.File).Kind->FileType);
-  if (!document) throw Refusal(arguments.File, "files of this kind cannot be exported");
   const std::unique_ptr<QCoreApplication> application = MakeDrawingApplication();
   StoredSettings settings;
   const WindowSettings stored = settings.OfWindows();
@@ -98,12 +101,13 @@ void RunExport(const ExportArguments& arguments, BatchContext& run) {
       DisplayFormats::AtStart(stored.PrecisionMode),
       {path, {}, QDateTime::currentDateTime(), stored.Operator, stored.Department, false},
       arguments.Smooth};
-  document->Open(arguments.File, around);
-  const std::string bytes = OutputBytes(arguments, *document, around);
+  const std::string ending = LowerEnding(arguments.Out);
+  std::optional<std::string> bytes = CurveExport(arguments.File, ending, around);
+  if (!bytes) bytes = DocumentBytes(arguments, around, ending);
   std::string reason = "cannot be drawn";
-  if (bytes.empty() || !ReplaceFileContent(arguments.Out, bytes, &reason))
+  if (bytes->empty() || !ReplaceFileContent(arguments.Out, *bytes, &reason))
     throw Refusal(arguments.Out, reason);
-  run.Result = JsonText({{"file", arguments.Out}, {"bytes", bytes.size()}});
+  run.Result = JsonText({{"file", arguments.Out}, {"bytes", bytes->size()}});
 }
 
 }  // namespace
@@ -111,7 +115,8 @@ void RunExport(const ExportArguments& arguments, BatchContext& run) {
 void AddExportCommand(CLI::App& root, BatchContext& context) {
   const auto arguments = std::make_shared<ExportArguments>();
   CLI::App* const command = root.add_subcommand(
-      "export", "A window's text (.txt), spreadsheet (.xls), picture (.bmp) or report (.pdf)");
+      "export",
+      "A window's text (.txt), spreadsheet (.xls), picture (.bmp) or report (.pdf), or a curve (.csv, .jdx)");
   AddText(command, "FILE", arguments->File, "A data file")->required();
   AddText(command, "OUT", arguments->Out, "The file to write; its ending chooses")->required();
   command->add_flag("--force", arguments->Force, "Replace an existing file");

@@ -58,24 +58,6 @@ std::string ReadStandardInput(std::istream& in) {
   return text;
 }
 
-std::string ReadDocument(const std::string& path, std::istream& standardInput) {
-  if (path == kStandardInput) return ReadStandardInput(standardInput);
-  ClosedAtEnd file;
-  file.Number = FreeFileNumber();
-  if (!OpenBinaryFile(path, file.Number)) throw Refusal(path, FaultOf(file.Number));
-  const auto length = static_cast<std::size_t>(FileLength(file.Number));
-  if (length > kLargestDocument) RefuseLargeDocument(path);
-  std::string text;
-  text.reserve(length);
-  while (text.size() < length) {
-    const std::size_t size = std::min(kLargestPiece, length - text.size());
-    const unsigned char* const bytes = ViewBytes(file.Number, static_cast<std::int64_t>(text.size()), size);
-    if (bytes == nullptr) throw Refusal(path, "cannot be read");
-    text.append(reinterpret_cast<const char*>(bytes), size);
-  }
-  return text;
-}
-
 JsonInput ParseDocument(const std::string& text) {
   try {
     return JsonInput::parse(text);
@@ -146,6 +128,32 @@ void RefuseTakenOutput(const std::string& path, bool force) {
   std::error_code code;
   const auto status = std::filesystem::symlink_status(PathFromUtf8(path), code);
   if (std::filesystem::exists(status)) throw Refusal(path, "exists already; --force replaces it");
+}
+
+std::string ReadDocument(const std::string& path, std::istream& standardInput) {
+  if (path == kStandardInput) return ReadStandardInput(standardInput);
+  ClosedAtEnd file;
+  file.Number = FreeFileNumber();
+  if (!OpenBinaryFile(path, file.Number)) throw Refusal(path, FaultOf(file.Number));
+  const auto length = static_cast<std::size_t>(FileLength(file.Number));
+  if (length > kLargestDocument) RefuseLargeDocument(path);
+  std::string text;
+  text.reserve(length);
+  while (text.size() < length) {
+    const std::size_t size = std::min(kLargestPiece, length - text.size());
+    const unsigned char* const bytes = ViewBytes(file.Number, static_cast<std::int64_t>(text.size()), size);
+    if (bytes == nullptr) throw Refusal(path, "cannot be read");
+    text.append(reinterpret_cast<const char*>(bytes), size);
+  }
+  return text;
+}
+
+std::string LowerEnding(const std::string& path) {
+  std::string ending = Utf8FromPath(PathFromUtf8(path).extension());
+  for (char& c : ending) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  }
+  return ending;
 }
 
 }  // namespace spectrane

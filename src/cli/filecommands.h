@@ -10,4 +10,10 @@ void AddFileCommands(CLI::App& root, BatchContext& context);
 /// Refuses an output path that is taken, unless `force`.
 void RefuseTakenOutput(const std::string& path, bool force);
 
+/// The whole of a text file, or of standard input for "-". Throws Refusal, for one that is too large as well.
+std::string ReadDocument(const std::string& path, std::istream& standardInput);
+
+/// The ending of a path with its point, in small letters.
+std::string LowerEnding(const std::string& path);
+
 }  // namespace spectrane

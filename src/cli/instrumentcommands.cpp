@@ -1,11 +1,11 @@
 #include "cli/instrumentcommands.h"
 
 #include <algorithm>
-#include <cmath>
 #include <memory>
 
 #include "base/fixedtext.h"
 #include "base/textnumbers.h"
+#include "cli/acquisitioncommands.h"
 #include "cli/instrumentsession.h"
 #include "cli/jsontext.h"
 #include "cli/measurecommand.h"
@@ -87,13 +87,6 @@ std::string CheckOneLine(const std::string& text) {
   return control ? "the text is not one line" : "";
 }
 
-std::string CheckFrom(const std::string& text, std::int32_t lowest, std::int32_t highest) {
-  const auto value = ParseNumber(PlainArgument(text));
-  if (!value || (*value >= lowest && *value <= highest && *value == std::floor(*value)))
-    return {};  // another check tells what is no number
-  return "not a whole number from " + std::to_string(lowest) + " to " + std::to_string(highest);
-}
-
 void AddSend(CLI::App* group, BatchContext& context) {
   const auto arguments = std::make_shared<SendArguments>();
   CLI::App* const command = group->add_subcommand("send", "One exchange with the instrument");
@@ -101,7 +94,7 @@ void AddSend(CLI::App* group, BatchContext& context) {
       ->required()
       ->check(CheckOneLine);
   AddLong(command, "--timeout", arguments->TimeoutSeconds, "Seconds to wait (the command's own time-out)")
-      ->check([](const std::string& text) { return CheckFrom(text, 1, kLongestTimeout); });
+      ->check([](const std::string& text) { return CheckWhole(text, 1, kLongestTimeout); });
   RunsAs(command, context, [arguments](BatchContext& run) { Send(*arguments, run); });
 }
 
@@ -111,10 +104,8 @@ void AddMeasure(CLI::App* group, BatchContext& context) {
   AddNumber(command, "--wavelength", order->Wavelength, "Test wavelength in nm")->required();
   AddLong(command, "--count", order->Count, "How many samples")
       ->required()
-      ->check([](const std::string& text) { return CheckFrom(text, 1, kMostMeasurements); });
-  AddText(command, "--out", order->Out, "The .bas file to write")
-      ->required()
-      ->check([](const std::string& text) { return text.empty() ? "the path is empty" : ""; });
+      ->check([](const std::string& text) { return CheckWhole(text, 1, kMostMeasurements); });
+  AddText(command, "--out", order->Out, "The .bas file to write")->required()->check(CheckPath);
   command->add_flag("--yes", order->Yes, "No waiting for Enter before the blank and the samples");
   command->add_flag("--force", order->Force, "Replace an existing file");
   RunsAs(command, context, [order](BatchContext& run) { Measure(*order, run); });
@@ -129,6 +120,7 @@ void AddInstrumentCommands(CLI::App& root, BatchContext& context) {
   RunsAs(probe, context, Probe);
   AddSend(group, context);
   AddMeasure(group, context);
+  AddAcquisitionCommands(group, context);
 }
 
 }  // namespace spectrane

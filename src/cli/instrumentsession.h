@@ -22,6 +22,7 @@ class InstrumentSession : private MainDisplay, private Messages {
   ~InstrumentSession() override;
 
   InstrumentLink& Link() { return *link_; }
+  StoredSettings& Stored() { return stored_; }
 
   MainDisplay& Display() { return *this; }
   Messages& Boxes() { return *this; }

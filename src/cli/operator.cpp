@@ -67,6 +67,9 @@ bool Operator::AsksToStop() const {
 }
 
 #ifdef _WIN32
+bool Operator::IsThere() const {
+  return &in_ == &std::cin && _isatty(_fileno(stdin)) != 0;
+}
 bool Operator::SeesErrors() {
   return _isatty(_fileno(stderr)) != 0;
 }
@@ -74,6 +77,9 @@ bool Operator::MayWrite(const std::string&) {
   return true;
 }
 #else
+bool Operator::IsThere() const {
+  return &in_ == &std::cin && isatty(STDIN_FILENO) != 0;
+}
 bool Operator::SeesErrors() {
   return isatty(STDERR_FILENO) != 0;
 }

@@ -17,6 +17,8 @@ class Operator {
   /// Waits for Enter. False when the input ended or a stop was asked for.
   bool PressesEnter();
   bool AsksToStop() const;
+  /// A person sits at the input, as far as a terminal tells.
+  bool IsThere() const;
 
   /// Standard error is a terminal.
   static bool SeesErrors();

@@ -3,6 +3,7 @@
 #include "app/ground/commands.h"
 #include "modes/windows/frmbasic.h"
 #include "modes/windows/frmqua.h"
+#include "modes/windows/frmts.h"
 #include "spectrum/windows/frmwls.h"
 #include "spectrum/windows/frmwlsver2.h"
 
@@ -16,7 +17,7 @@ DocumentWindow* Make(MainWindow& frame) {
 
 const DocumentKind kKinds[] = {
     {kQuantitationFile, 1, kNewQua, 104, "FrmQua", &Make<FrmQua>},
-    {kKineticsFile, 2, kNewTS, 105, "FrmTS", nullptr},
+    {kKineticsFile, 2, kNewTS, 105, "FrmTS", &Make<FrmTS>},
     {kScanFile, 3, kNewWLS, 106, "FrmWLS", &Make<FrmWLS>},
     {kMultiFile, 4, kNewMulti, 107, "FrmMulti", nullptr},
     {kDNAFile, 5, kNewDNA, 108, "FrmDNA", nullptr},

@@ -3,7 +3,9 @@
 #include <QPointer>
 #include <QScopedValueRollback>
 
+#include <algorithm>
 #include <exception>
+#include <iterator>
 
 #include "app/commandtable.h"
 #include "app/datadock.h"
@@ -27,6 +29,12 @@ constexpr const char* kSimulated = "Simulated instrument";
 constexpr const char* kBusyNow = "The instrument is busy. Close again in a moment.";
 constexpr const char* kReleaseToClose = " Release (Shift+F9) lets the program close.";
 
+/// What the window that measures may still be asked for: the end, and another look.
+bool GoesWithRun(int command) {
+  constexpr int kWithRun[] = {kStopTest, kZoomOut, kZoomIn, kZoomWindow, kCopyPicture};
+  return std::ranges::find(kWithRun, command) != std::end(kWithRun);
+}
+
 }  // namespace
 
 bool FrmMain::IsEnabled(const CommandRow& row) const {
@@ -34,7 +42,7 @@ bool FrmMain::IsEnabled(const CommandRow& row) const {
   const bool connected = link_->State.InstrumentConnected;
   const bool idle = runs_ == 0 && !link_->State.RunUnderWay;
   const bool offered =
-      active && active->Offers(row.Number) && (active != measuring_ || row.Number == kStopTest);
+      active && active->Offers(row.Number) && (active != measuring_ || GoesWithRun(row.Number));
   switch (row.When) {
     case EnabledWhen::Always:
       return true;

@@ -10,9 +10,19 @@
 #include "output/quantitationoutput.h"
 #include "output/quantitationpicture.h"
 #include "output/scanreport.h"
+#include "output/timescanoutput.h"
 
 namespace spectrane {
 namespace {
+
+/// Read only: a batch command leaves the defaults of the windows to the windows.
+template <typename Settings>
+void ReadStored(Setting& file, std::span<const SettingRow<Settings>> rows, Settings& settings) {
+  for (const SettingRow<Settings>& row : rows) {
+    const std::string text = file.GetSetting(row.Section, row.Key);
+    if (!text.empty()) TakeSetting(row, text, settings);
+  }
+}
 
 /// Size of a picture where there is no window that has one [pixels].
 constexpr QSize kPictureSize(800, 500);
@@ -71,11 +81,7 @@ class ScanExport : public ExportDocument {
 
   void Open(const std::string& path, const ExportSurroundings& around) override {
     OpenWhole(document_, path);
-    // Read only: a batch command leaves the defaults of the windows to the windows.
-    for (const ScanRow& row : kScanSettingRows) {
-      const std::string text = around.Settings.GetSetting(row.Section, row.Key);
-      if (!text.empty()) TakeSetting(row, text, settings_);
-    }
+    ReadStored<ScanSettings>(around.Settings, kScanSettingRows, settings_);
     if (!IsMeasured()) settings_.PeakHeight = kProcessedPeakHeight;
     document_.SetSmooth(around.Smooth);
     document_.FindPeak({settings_.PeakHeight, settings_.PeakEnable, settings_.ValleyEnable});
@@ -127,12 +133,40 @@ class BaselineExport : public ExportDocument {
   SystemBaseline baseline_;
 };
 
+class TimeScanExport : public ExportDocument {
+ public:
+  void Open(const std::string& path, const ExportSurroundings& around) override {
+    OpenWhole(document_, path);
+    ReadStored<TimeScanSettings>(around.Settings, kTimeScanSettingRows, settings_);
+    formats_ = around.Formats;
+    points_.TakeAll(document_);
+    found_ = FindPeaks(document_, settings_);
+  }
+  ExportSheet Sheet(const ExportSurroundings& around) override { return TimeScanSheet(source_, around.Head); }
+  QImage Picture(const ExportSurroundings&) override {
+    return CurveImage(TimeScanCurve(source_, HomeView(document_), {}), kPictureSize, {15.0, PictureFont()});
+  }
+  Report MakeReport(const ExportSurroundings& around) override {
+    return TimeScanReport(source_, around.Head, HomeView(document_));
+  }
+
+ private:
+  TimeScanDocument document_;
+  TimeScanSettings settings_;
+  TimeScanPoints points_;
+  FoundPeaks found_;
+  DisplayFormats formats_;
+  TimeScanSource source_{document_, points_, found_, settings_, formats_};
+};
+
 }  // namespace
 
 std::unique_ptr<ExportDocument> ExportDocumentOf(std::int32_t fileType) {
   switch (fileType) {
     case 1:
       return std::make_unique<QuantitationExport>();
+    case 2:
+      return std::make_unique<TimeScanExport>();
     case 3:
       return std::make_unique<ScanExport>(SpectrumDocument::Kind::Measured);
     case 6:

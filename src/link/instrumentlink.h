@@ -29,7 +29,9 @@ struct LinkSurroundings {
 class InstrumentLink {
  public:
   explicit InstrumentLink(const LinkSurroundings& around)
-      : Transport(around.Ports, around.Time, around.Loop, around.Turn),
+      : Time(around.Time),
+        Loop(around.Loop),
+        Transport(around.Ports, around.Time, around.Loop, around.Turn),
         Instrument(Transport, State, around.Settings),
         Live(Transport, Instrument, State, Formats, around.Display),
         Connect(Instrument, State, Live, around.Display, around.Boxes, around.BrandOfBuild) {
@@ -46,6 +48,9 @@ class InstrumentLink {
     Formats = DisplayFormats::AtStart(settings.PrecisionMode);
   }
 
+  /// By which all waiting goes.
+  const Clock& Time;
+  MessageLoop& Loop;
   InstrumentState State;
   DisplayFormats Formats;
   SCI Transport;

@@ -62,7 +62,7 @@ class SheetWriter {
 
   bool Write() {
     SetColumns();
-    for (const std::string& line : sheet_.Lines) Merged(line);
+    for (std::size_t i = sheet_.TextOnlyLines; i < sheet_.Lines.size(); ++i) Merged(sheet_.Lines[i]);
     for (const DataTable& table : sheet_.Tables) {
       if (!Table(table, &table == &sheet_.Tables.front())) return false;
     }

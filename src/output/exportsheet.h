@@ -14,6 +14,8 @@ namespace spectrane {
 struct ExportSheet {
   /// In front of the tables.
   std::vector<std::string> Lines;
+  /// So many of them, the first ones, stand in the text alone.
+  std::size_t TextOnlyLines = 0;
   std::vector<DataTable> Tables;
 };
 

@@ -1,7 +1,6 @@
 #include "output/scanreport.h"
 
-#include "base/language.h"
-#include "output/curvepicture.h"
+#include "output/curvereport.h"
 
 namespace spectrane {
 
@@ -17,15 +16,7 @@ ScanReportParts ReportPartsOf(const ScanSettings& settings) {
 
 ReportPicture ScanReportPicture(const SpectrumDocument& document, const ScanSettings& settings,
                                 const DisplayFormats& formats, const QString& name) {
-  const CurveView view = ScanView(document, settings, formats, name);
-  ReportPicture picture;
-  picture.LeftMargin = view.Margins.Left;
-  picture.RightMargin = view.Margins.Right;
-  picture.Paint = [view](QPainter& painter, const QRectF& surface, double twipsPerUnit) {
-    PaintCurve(painter, surface, view,
-               {twipsPerUnit, QFont(QString::fromStdString(FontFor(GetLanguageIndex()).Name))});
-  };
-  return picture;
+  return CurveReportPicture(ScanView(document, settings, formats, name));
 }
 
 }  // namespace spectrane

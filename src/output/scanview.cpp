@@ -5,6 +5,7 @@
 #include "base/language.h"
 #include "base/numbers.h"
 #include "output/colours.h"
+#include "output/foundmarks.h"
 #include "output/plottexts.h"
 
 namespace spectrane {
@@ -16,34 +17,6 @@ QString FigureText(double value, const std::string& pattern) {
 
 QString TitleText(int textId) {
   return QString::fromStdString(Text(textId)).trimmed();
-}
-
-QString MarkText(const SpectrumDocument& document, const DisplayFormats& formats, std::int32_t point,
-                 int number, bool detail) {
-  if (!detail) return QString::number(number);
-  return FigureText(document.Wavelength()[static_cast<std::size_t>(point)], "0.0nm") + u'-' +
-         ScanValueText(document, formats, point);
-}
-
-std::vector<PointMark> MarksOf(const SpectrumDocument& document, const ScanSettings& settings,
-                               const DisplayFormats& formats) {
-  const FoundPeaks& found = document.Found();
-  const std::span<const double> wavelengths = document.Wavelength();
-  const std::span<const double> values = document.Values(document.Mode());
-  std::vector<PointMark> marks;
-  marks.reserve(found.PeakIndex.size() + found.ValleyIndex.size());
-  const auto add = [&](const std::vector<std::int32_t>& points, bool valley, bool detail) {
-    for (const std::int32_t point : points) {
-      const auto i = static_cast<std::size_t>(point);
-      // Numbered as in the list, where the valleys come behind the peaks.
-      const int number = static_cast<int>(marks.size()) + 1;
-      marks.push_back(
-          {wavelengths[i], values[i], valley, MarkText(document, formats, point, number, detail)});
-    }
-  };
-  add(found.PeakIndex, false, settings.PeakDetailEnable);
-  add(found.ValleyIndex, true, settings.ValleyDetailEnable);
-  return marks;
 }
 
 }  // namespace
@@ -86,15 +59,19 @@ CurveView ScanView(const SpectrumDocument& document, const ScanSettings& setting
   if (mode == ScanMode::Trans) view.Y.CursorPattern = formats.TransFormat;
   view.Scale = ScanViewScale(document);
   view.Grid = settings.GridEnable;
-  view.Colours = {Qt::white, ColourOf(settings.ScaleColor), ColourOf(settings.MarkColor),
-                  ColourOf(settings.PeakColor), ColourOf(settings.ValleyColor)};
+  view.Colours = ColoursOf(settings);
   CurveLine line;
   line.X = document.Wavelength();
   line.Y = document.Values(mode);
   line.Colour = ColourOf(settings.CurveColor);
   line.Name = name;
   view.Lines.push_back(line);
-  view.Marks = MarksOf(document, settings, formats);
+  view.Marks =
+      FoundMarks(document.Found(), line.X, line.Y,
+                 {settings.PeakDetailEnable, settings.ValleyDetailEnable, [&](std::int32_t point) {
+                    const double wavelength = document.Wavelength()[static_cast<std::size_t>(point)];
+                    return FigureText(wavelength, "0.0nm") + u'-' + ScanValueText(document, formats, point);
+                  }});
   const ScanScale home = ScaleOf(document.Option());
   const auto [first, last] = document.WavelengthRange();
   if (document.PointCount() > 0)

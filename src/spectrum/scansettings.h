@@ -2,16 +2,11 @@
 
 #include <cstdint>
 
+#include "base/colournumber.h"
 #include "base/settingrows.h"
 #include "files/wlsoption.h"
 
 namespace spectrane {
-
-/// Red + 256 green + 65536 blue, as config.ini has colours.
-constexpr std::int32_t ColourNumber(int red, int green, int blue) {
-  return red + 256 * green + 65536 * blue;
-}
-inline constexpr double kHighestColour = 0xFFFFFF;
 
 /// What config.ini holds for the spectrum window; the values here are those of a first start.
 struct ScanSettings {

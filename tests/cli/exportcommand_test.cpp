@@ -4,6 +4,7 @@
 #include "cli/batchsupport.h"
 #include "cli/processes.h"
 #include "files/bslfile.h"
+#include "files/tsfile.h"
 #include "files/wlsfile.h"
 
 namespace spectrane {
@@ -87,6 +88,33 @@ TEST_F(ExportCommand, TextAndSpreadsheetOfABaseline) {
   EXPECT_EQ(ReadBytes(Path("own.xls")).substr(0, 4), "\xD0\xCF\x11\xE0");
   ExpectRefused(Program({"export", Path("own.bsl"), Path("own.pdf")}), "own.bsl", "has no report");
   ExpectRefused(Program({"export", Path("own.bsl"), Path("own.bmp")}), "own.bmp", "cannot be drawn");
+}
+
+TEST_F(ExportCommand, EveryFormOfATimeScan) {
+  TSOption option;
+  option.WorkWL = 340;
+  option.EndSecond = 3;
+  option.IntervalSecond = 3;
+  option.DisplayMode = 1;
+  option.AbsTop = 3;
+  option.FullEnergy = 10100;
+  option.DarkEnergy = 100;
+  constexpr std::int32_t kEnergies[] = {5100, 1100, 5100, 5100};
+  const FileFault fault = SaveDataFile(TSModule(), Path("run.tis"), option, 4, [&](std::int32_t i) {
+    return TSRecord{kEnergies[i], static_cast<double>(i)};
+  });
+  ASSERT_FALSE(fault);
+  for (const char* const name : {"run.bmp", "run.pdf", "run.xls", "run.txt"}) {
+    const BatchOutcome outcome = Program({"export", Path("run.tis"), Path(name)});
+    EXPECT_EQ(outcome.Status, 0) << name << outcome.Err;
+  }
+  EXPECT_EQ(ReadBytes(Path("run.bmp")).substr(0, 2), "BM");
+  EXPECT_EQ(ReadBytes(Path("run.pdf")).substr(0, 5), "%PDF-");
+  EXPECT_EQ(ReadBytes(Path("run.xls")).substr(0, 4), "\xD0\xCF\x11\xE0");
+  const std::string text = ReadBytes(Path("run.txt"));
+  EXPECT_NE(text.find("Energy(0%T)\n1\t1.0\t1.000\t10.0\t1100\t10100\t100\n"), std::string::npos)
+      << "the peak, searched with the stored settings";
+  EXPECT_NE(text.find("4\t3.0\t0.301\t50.0\t5100\t10100\t100\n"), std::string::npos);
 }
 
 TEST_F(ExportCommand, WhatCannotBeDoneIsRefusedAndLeavesNothing) {

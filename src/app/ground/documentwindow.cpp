@@ -71,18 +71,26 @@ void DocumentWindow::DocumentChanged() {
 
 bool DocumentWindow::QueryClose(bool withFrame) {
   if (asking_ || saving_) return false;
-  if (runs_ > 0) return AskToStop(withFrame);
-  return AskToSave();
+  if (runs_ > 0 || HoldsTest()) {
+    if (!AskToStop()) return false;
+    StopTest();
+  }
+  // A run has to come to its end first, and closes the window then.
+  if (runs_ == 0) return AskToSave();
+  StopRun(withFrame);
+  return false;
 }
 
-bool DocumentWindow::AskToStop(bool withFrame) {
+bool DocumentWindow::AskToStop() {
+  if (asking_) return false;
   const QScopedValueRollback<bool> asking(asking_, true);
-  const Answer answer = frame_.Boxes().AskYesNo(Words(kStopTestQuestion));
-  if (answer != Answer::Yes) return false;
+  return frame_.Boxes().AskYesNo(Words(kStopTestQuestion)) == Answer::Yes;
+}
+
+void DocumentWindow::StopRun(bool withFrame) {
   stopWanted_ = true;
   closeWanted_ = true;
   frameCloseWanted_ = frameCloseWanted_ || withFrame;
-  return false;
 }
 
 bool DocumentWindow::AskToSave() {
@@ -114,7 +122,7 @@ bool DocumentWindow::mmuOpenFile(const QString& path) {
   const bool whole = ReadDocument(path, fault);
   // As it was read: what happens to it while a box is open counts as somebody else's.
   RememberFile(path);
-  if (whole && FileWords().KeepsFolder) StoreFilePath(path);
+  if (whole && (FileWords().KeepsFolder || FileWords().OffersCaption)) StoreFilePath(path);
   if (!whole) frame_.Boxes().ShowWords(path + Words(kOpenError), fault);
   DocumentChanged();
   return whole;
@@ -141,6 +149,16 @@ QString DocumentWindow::PathToBeginWith() const {
   return FileWords().KeepsFolder ? last : QFileInfo(last).absolutePath();
 }
 
+QString DocumentWindow::PathToSaveAs() {
+  const QString path = PathToBeginWith();
+  const FileKindWords words = FileWords();
+  if (!words.OffersCaption) return path;
+  if (!OpenFileName().isEmpty()) return WithEnding(path, words.Ending);
+  const QString offered = QDir(path).filePath(WithEnding(caption_.simplified(), words.Ending));
+  StoreFilePath(offered);
+  return offered;
+}
+
 void DocumentWindow::StoreFilePath(const QString& path) {
   const FileKindWords words = FileWords();
   const QString stored = words.KeepsFolder ? QFileInfo(path).absolutePath() : path;
@@ -156,7 +174,7 @@ bool DocumentWindow::mmuSaveAsFile() {
 bool DocumentWindow::SaveUnderNewName() {
   CommitEditors();
   const FileKindWords words = FileWords();
-  const QString chosen = frame_.Boxes().SaveFileName(Words(words.FilterTextId), PathToBeginWith());
+  const QString chosen = frame_.Boxes().SaveFileName(Words(words.FilterTextId), PathToSaveAs());
   if (chosen.isEmpty()) return false;
   const QString path = WithEnding(chosen, words.Ending);
   if (!MayWriteTo(frame_, path, this)) return false;

@@ -26,6 +26,9 @@ struct FileKindWords {
   const char* Section;
   /// `File Path` has the folder of the file instead of the file.
   bool KeepsFolder = false;
+  /// A document without a file is offered its caption as a name, and `File Path` follows what is offered and
+  /// what is opened.
+  bool OffersCaption = false;
 };
 
 /// A child of the main window. The main window calls these procedures on the active child; what a window has
@@ -120,6 +123,12 @@ class DocumentWindow : public QWidget, public RezeroTarget {
   };
   /// The person wants the run to end at its next step.
   bool StopWanted() const { return stopWanted_; }
+  /// A test counts as running, though no measurement need be under way.
+  virtual bool HoldsTest() const { return false; }
+  /// The person wants the test to end.
+  virtual void StopTest() {}
+  /// Asks whether the test is to end. Yields.
+  bool AskToStop();
 
   virtual FileKindWords FileWords() const = 0;
   virtual bool IsModified() const = 0;
@@ -148,11 +157,12 @@ class DocumentWindow : public QWidget, public RezeroTarget {
  private:
   QString AskOutputPath(int filterText, const char* ending);
   void WriteOutput(const QString& path, const std::function<std::string(const WorkProgress&)>& make);
-  bool AskToStop(bool withFrame);
+  void StopRun(bool withFrame);
   bool AskToSave();
   bool SaveUnderNewName();
   bool SaveTo(const QString& path);
   QString PathToBeginWith() const;
+  QString PathToSaveAs();
   void RememberFile(const QString& path);
   void StoreFilePath(const QString& path);
   bool FileWasChanged() const;

@@ -1,6 +1,7 @@
 #include "app/ground/numberfield.h"
 
 #include "base/numbers.h"
+#include "base/numericfault.h"
 
 namespace spectrane {
 
@@ -19,6 +20,15 @@ void NumberField::SetNumber(double number, const std::string& pattern) {
 std::optional<double> NumberField::Number() const {
   if (text() == shown_) return number_;
   return ParseNumber(text().toStdString());
+}
+
+std::optional<double> NumberField::LeadingNumber() const {
+  if (text() == shown_) return number_;
+  try {
+    return Val(text().toStdString());
+  } catch (const NumericFault&) {
+    return {};
+  }
 }
 
 void NumberField::PointOut() {

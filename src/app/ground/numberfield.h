@@ -16,6 +16,9 @@ class NumberField : public QLineEdit {
   void SetNumber(double number, const std::string& pattern);
   /// Nothing when the text is no number.
   std::optional<double> Number() const;
+  /// The number at the head of the text, whatever follows; 0 where there is none. Nothing for one beyond all
+  /// doubles.
+  std::optional<double> LeadingNumber() const;
   /// Puts the person in front of it, to type anew.
   void PointOut();
 

@@ -5,6 +5,7 @@
 
 #include "base/numbers.h"
 #include "base/numericfault.h"
+#include "base/utf8path.h"
 #include "link/function.h"
 #include "modes/timescan/timescanaxes.h"
 
@@ -78,8 +79,14 @@ std::vector<double> TimeScanDocument::AllAbs() const {
   return abs;
 }
 
+void TimeScanDocument::NoteMeasurement() {
+  measuredWavelength_ = option_.WorkWL;
+  measuredInterval_ = option_.IntervalSecond;
+}
+
 void TimeScanDocument::BeginTest() {
   points_.clear();
+  NoteMeasurement();
 }
 
 bool TimeScanDocument::Append(std::int32_t energy) {
@@ -98,18 +105,26 @@ bool TimeScanDocument::OpenFile(const std::string& path) {
   TSOption option;
   std::vector<TSRecord> points;
   fault_ = LoadDataFile(TSModule(), path, option, points);
-  if (fault_) return false;
+  if (fault_ && points.empty()) return false;
   option_ = option;
+  NoteMeasurement();
   startSecond_ = option.StartSecond;
   endSecond_ = option.EndSecond;
   points_ = std::move(points);
   fileName_ = path;
   modified_ = false;
-  return true;
+  halfLoaded_ = static_cast<bool>(fault_);
+  return !halfLoaded_;
 }
 
 bool TimeScanDocument::SaveFile(const std::string& path) {
+  if (halfLoaded_ && SameFile(path, fileName_)) {
+    fault_ = {FileError::HalfRead, 0, 0, 0, {}};
+    return false;
+  }
   TSOption option = option_;
+  option.WorkWL = PointWavelength();
+  option.IntervalSecond = PointInterval();
   option.StartSecond = WholeSeconds(startSecond_);
   option.EndSecond = WholeSeconds(endSecond_);
   fault_ = SaveDataFile(TSModule(), path, option, DataCount(), [this](std::int32_t i) -> const TSRecord& {
@@ -118,6 +133,7 @@ bool TimeScanDocument::SaveFile(const std::string& path) {
   if (fault_) return false;
   fileName_ = path;
   modified_ = false;
+  halfLoaded_ = false;
   return true;
 }
 

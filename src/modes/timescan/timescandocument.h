@@ -22,6 +22,12 @@ class TimeScanDocument {
   double EndSecond() const { return endSecond_; }
   /// Takes everything but blank and count from `option`; the points stay, and what has to be saved as well.
   void Configure(const TSOption& option, double startSecond, double endSecond);
+  /// The values of the mode that is shown are %T; absorbance otherwise, also in a mode that there is not.
+  bool ShowsTrans() const { return option_.DisplayMode == 2; }
+  /// What the points were measured with, whatever was configured since; without points, what a test would
+  /// use. A file has these. Wavelength [nm], and index of the interval.
+  double PointWavelength() const { return points_.empty() ? option_.WorkWL : measuredWavelength_; }
+  std::int32_t PointInterval() const { return points_.empty() ? option_.IntervalSecond : measuredInterval_; }
   /// Energies [counts] of the blank and without light, and the gain, that all points are shown with.
   void SetBlank(std::int32_t fullEnergy, std::int32_t darkEnergy, std::int32_t gain);
 
@@ -50,20 +56,28 @@ class TimeScanDocument {
   /// Why the last OpenFile() or SaveFile() gave false.
   const FileFault& LastFault() const { return fault_; }
 
-  /// Takes the contents of a file in the place of its own. False: the document is as it was.
+  /// Takes the contents of a file in the place of its own. False: the document is as it was, or, when some of
+  /// the points could be read, it has these and IsHalfLoaded().
   bool OpenFile(const std::string& path);
+  /// The file states more points than are here; they would be lost if it were replaced.
+  bool IsHalfLoaded() const { return halfLoaded_; }
   /// Writes everything to `path`, whose old file is replaced when the new one is whole. False: the old file
   /// is as it was and the document stays modified.
   bool SaveFile(const std::string& path);
 
  private:
+  void NoteMeasurement();
+
   TSOption option_;
   double startSecond_ = 0;
   double endSecond_ = 1000;
   std::vector<TSRecord> points_;
   std::string fileName_;
   FileFault fault_;
+  double measuredWavelength_ = 0;
+  std::int32_t measuredInterval_ = 0;
   bool modified_ = false;
+  bool halfLoaded_ = false;
 };
 
 }  // namespace spectrane

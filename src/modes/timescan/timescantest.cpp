@@ -63,7 +63,8 @@ bool TimeScanTest::TakeBlank() {
   std::int32_t samples = kBlankSamples;
   const std::int32_t fullEnergy = bench_.Instrument.GetEnergy(samples);
   if (!bench_.Instrument.LastReply().Complete()) return done(false);
-  document_.SetBlank(fullEnergy, state.DarkEnergy, gain);
+  // A test takes the blank with it when it begins; points of an earlier one belong to an earlier blank.
+  if (document_.DataCount() == 0) document_.SetBlank(fullEnergy, state.DarkEnergy, gain);
   bench_.Live.ToolsBarFullEnergyData(fullEnergy, state.DarkEnergy, gain);
   bench_.Live.ShowReference();
   BlankDone = true;
@@ -101,18 +102,20 @@ TimeScanEnd TimeScanTest::mmuStartTest() {
   if (!run.Owns()) return TimeScanEnd::NotBegun;
   bench_.Live.SampleTimerStop();
   document_.BeginTest();
-  if (OnBegin) OnBegin();
   TestRunning = true;
+  if (OnBegin) OnBegin();
   return Run();
 }
 
 TimeScanEnd TimeScanTest::Run() {
-  if (!MoveToStart()) {
+  const auto over = [this](TimeScanEnd end) {
     TestRunning = false;
     bench_.State.InstrumentBusy = false;
     bench_.Live.SampleTimerStart();
-    return TimeScanEnd::NotBegun;
-  }
+    return end;
+  };
+  if (!MoveToStart()) return over(TimeScanEnd::NotBegun);
+  if (!TestRunning) return over(TimeScanEnd::StoppedBefore);
   if (!BlankHolds()) {
     // Until the next command the live reading stays off, and the test counts as running.
     bench_.Boxes.Show(kTimeScanBlankWanted);
@@ -125,18 +128,16 @@ TimeScanEnd TimeScanTest::Run() {
   TimeScanEnd end = Delay();
   if (end == TimeScanEnd::Finished) end = Measure();
   if (end == TimeScanEnd::Finished && OnFinished) OnFinished();
-  TestRunning = false;
-  bench_.State.InstrumentBusy = false;
-  bench_.Live.SampleTimerStart();
-  return end;
+  return over(end);
 }
 
 bool TimeScanTest::MoveToStart() {
   if (bench_.State.CurrentWavelength == document_.Option().WorkWL) return true;
   if (!Move()) return false;
+  if (!TestRunning) return true;
   bench_.Boxes.Show(kPutBlank);
   TakeBlank();
-  bench_.Boxes.Show(kPutSample);
+  if (TestRunning) bench_.Boxes.Show(kPutSample);
   return true;
 }
 
@@ -184,6 +185,7 @@ bool TimeScanTest::WaitUntil(std::int64_t deadlineMs) {
     if (!TestRunning) return false;
     const std::int64_t now = clock_.NowMs();
     if (now >= deadlineMs) return true;
+    if (OnWait) OnWait(deadlineMs - now);
     loop_.RunUntil(clock_, std::min(deadlineMs, now + kLookEveryMs));
   }
 }

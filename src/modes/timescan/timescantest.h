@@ -27,7 +27,8 @@ class TimeScanTest : public RezeroTarget {
   /// All must outlive this object. `clock` and `loop` are what the waits look at and run.
   TimeScanTest(const TestBench& bench, TimeScanDocument& document, const Clock& clock, MessageLoop& loop);
 
-  /// Takes the blank at the wavelength of the test. Yields.
+  /// Takes the blank at the wavelength of the test. Points that there are keep the blank that they were
+  /// measured with. Yields.
   void mmuOperationRezero() override;
   /// Runs the whole test. The interval goes from the end of one point, shown and drawn, to the reading of the
   /// next; the times of the points are those of the schedule. Yields, all the time.
@@ -47,6 +48,8 @@ class TimeScanTest : public RezeroTarget {
   std::function<void()> OnBegin;
   /// The wait for the first point begins.
   std::function<void()> OnDelay;
+  /// A wait goes on for so long [ms]; told every 10 ms.
+  std::function<void(std::int64_t restMs)> OnWait;
   /// The point with that index from 0 was read.
   std::function<void(std::int32_t point)> OnPoint;
   /// The test came to its end, the live reading is still off.

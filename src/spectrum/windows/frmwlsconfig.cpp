@@ -1,7 +1,6 @@
 #include "spectrum/windows/frmwlsconfig.h"
 
 #include <QButtonGroup>
-#include <QCheckBox>
 #include <QComboBox>
 #include <QFormLayout>
 #include <QGridLayout>
@@ -14,13 +13,11 @@
 #include <cmath>
 #include <optional>
 
-#include "app/ground/colourbutton.h"
 #include "app/ground/dialogparts.h"
 #include "app/ground/mainwindow.h"
 #include "app/ground/numberfield.h"
 #include "app/ground/words.h"
 #include "base/numbers.h"
-#include "output/colours.h"
 
 namespace spectrane {
 namespace {
@@ -72,7 +69,8 @@ FrmWLSConfig::FrmWLSConfig(MainWindow& frame, const ScanSettings& settings)
       settings_(settings),
       mode_(ScanModeOf(settings.Option.DisplayMode)),
       modes_(new QButtonGroup(this)),
-      speeds_(new QButtonGroup(this)) {
+      speeds_(new QButtonGroup(this)),
+      rows_(frame, settings_) {
   DialogParts parts(*this, "FrmWLSConfig", Caption(kScanConfigTitle));
   // From left to right and downward, as they are read and as Tab goes.
   using Build = QGroupBox* (FrmWLSConfig::*)(DialogParts&);
@@ -187,60 +185,46 @@ QGroupBox* FrmWLSConfig::BuildSpeed(DialogParts& parts) {
 }
 
 QGroupBox* FrmWLSConfig::BuildDisplay(DialogParts& parts) {
-  struct Row {
-    const char* Name;
-    const char* LabelName;
-    int TextId;
-    std::int32_t ScanSettings::*Field;
-  };
-  constexpr Row kRows[] = {{"PictureScale", "LabelScaleColor", 960, &ScanSettings::ScaleColor},
-                           {"PictureCurve", "LabelCurveColor", 961, &ScanSettings::CurveColor},
-                           {"PictureMark", "LabelMarkColor", 1197, &ScanSettings::MarkColor},
-                           {"PicturePeak", "LabelPeakColor", 1198, &ScanSettings::PeakColor},
-                           {"PictureValley", "LabelValleyColor", 1199, &ScanSettings::ValleyColor}};
+  static constexpr OptionRows<ScanSettings>::ColourRow kColours[] = {
+      {"PictureScale", "LabelScaleColor", 960, &ScanSettings::ScaleColor},
+      {"PictureCurve", "LabelCurveColor", 961, &ScanSettings::CurveColor},
+      {"PictureMark", "LabelMarkColor", 1197, &ScanSettings::MarkColor},
+      {"PicturePeak", "LabelPeakColor", 1198, &ScanSettings::PeakColor},
+      {"PictureValley", "LabelValleyColor", 1199, &ScanSettings::ValleyColor}};
   QGroupBox* const group = MakeGroup("FrameDisplay", 958);
   auto* const column = new QVBoxLayout(group);
-  AddCheck(parts, *column, "CheckGrid", 959, &ScanSettings::GridEnable);
-  auto* const form = new QFormLayout;
-  for (const Row& row : kRows) {
-    auto* const button = new ColourButton(frame_, Caption(row.TextId), group);
-    button->SetColour(ColourOf(settings_.*row.Field));
-    QLabel* const label =
-        parts.Finish(static_cast<QWidget&>(*button), row.Name, row.LabelName, Caption(row.TextId));
-    form->addRow(label, button);
-    colours_.push_back({button, row.Field});
-  }
-  column->addLayout(form);
+  rows_.AddCheck(parts, *column, "CheckGrid", 959, &ScanSettings::GridEnable);
+  rows_.AddColours(parts, *column, kColours, group);
   return group;
 }
 
 QGroupBox* FrmWLSConfig::BuildPeaks(DialogParts& parts) {
   QGroupBox* const group = MakeGroup("FramePeak", 1200);
   auto* const column = new QVBoxLayout(group);
-  AddCheck(parts, *column, "CheckPeak", 1201, &ScanSettings::PeakEnable);
-  AddCheck(parts, *column, "CheckValley", 1202, &ScanSettings::ValleyEnable);
-  AddCheck(parts, *column, "CheckDetailPeak", 1203, &ScanSettings::PeakDetailEnable);
-  AddCheck(parts, *column, "CheckDetailValley", 1204, &ScanSettings::ValleyDetailEnable);
+  rows_.AddCheck(parts, *column, "CheckPeak", 1201, &ScanSettings::PeakEnable);
+  rows_.AddCheck(parts, *column, "CheckValley", 1202, &ScanSettings::ValleyEnable);
+  rows_.AddCheck(parts, *column, "CheckDetailPeak", 1203, &ScanSettings::PeakDetailEnable);
+  rows_.AddCheck(parts, *column, "CheckDetailValley", 1204, &ScanSettings::ValleyDetailEnable);
   return group;
 }
 
 QGroupBox* FrmWLSConfig::BuildData(DialogParts& parts) {
   QGroupBox* const group = MakeGroup("FrameData", 1309);
   auto* const column = new QVBoxLayout(group);
-  AddCheck(parts, *column, "CheckSmooth", 1310, &ScanSettings::SmoothEnable);
-  AddCheck(parts, *column, "CheckDataTable", 1205, &ScanSettings::DataTableEnable);
+  rows_.AddCheck(parts, *column, "CheckSmooth", 1310, &ScanSettings::SmoothEnable);
+  rows_.AddCheck(parts, *column, "CheckDataTable", 1205, &ScanSettings::DataTableEnable);
   return group;
 }
 
 QGroupBox* FrmWLSConfig::BuildPrint(DialogParts& parts) {
   QGroupBox* const group = MakeGroup("FramePrint", 1304);
   auto* const column = new QVBoxLayout(group);
-  AddCheck(parts, *column, "CheckPrintPicture", 1305, &ScanSettings::PrintCurve);
-  AddCheck(parts, *column, "CheckPrintPeakData", 1306, &ScanSettings::PrintPeakValley);
+  rows_.AddCheck(parts, *column, "CheckPrintPicture", 1305, &ScanSettings::PrintCurve);
   // An "and", not an access key.
-  checks_.back().Box->setText(Caption(1306).replace(u'&', QStringLiteral("&&")));
-  AddCheck(parts, *column, "CheckPrintMaxMinAverage", 412, &ScanSettings::PrintMaxMinAverage);
-  AddCheck(parts, *column, "CheckPrintAllData", 1307, &ScanSettings::PrintDataList);
+  rows_.AddCheck(parts, *column, "CheckPrintPeakData", 1306, &ScanSettings::PrintPeakValley)
+      ->setText(Caption(1306).replace(u'&', QStringLiteral("&&")));
+  rows_.AddCheck(parts, *column, "CheckPrintMaxMinAverage", 412, &ScanSettings::PrintMaxMinAverage);
+  rows_.AddCheck(parts, *column, "CheckPrintAllData", 1307, &ScanSettings::PrintDataList);
   printInterval_ = new QComboBox(group);
   for (const int interval : kPrintIntervals) printInterval_->addItem(QString::number(interval), interval);
   printInterval_->setCurrentIndex(std::max(0, printInterval_->findData(settings_.PrintInterval)));
@@ -250,15 +234,6 @@ QGroupBox* FrmWLSConfig::BuildPrint(DialogParts& parts) {
   form->addRow(label, printInterval_);
   column->addLayout(form);
   return group;
-}
-
-void FrmWLSConfig::AddCheck(DialogParts& parts, QVBoxLayout& column, const char* name, int textId,
-                            bool ScanSettings::*field) {
-  auto* const box = new QCheckBox(this);
-  parts.Finish(*box, name, Caption(textId));
-  box->setChecked(settings_.*field);
-  column.addWidget(box);
-  checks_.push_back({box, field});
 }
 
 QComboBox* FrmWLSConfig::AddList(const QStringList& rows, std::int32_t WLSOption::*field) {
@@ -331,8 +306,7 @@ void FrmWLSConfig::accept() {
   }
   settings_.Option.DisplayMode = static_cast<std::int32_t>(mode_);
   settings_.QuickSpeed = speeds_->checkedId();
-  for (const Check& check : checks_) settings_.*check.Field = check.Box->isChecked();
-  for (const Colour& colour : colours_) settings_.*colour.Field = NumberOf(colour.Button->Colour());
+  rows_.Take(settings_);
   for (const List& list : lists_) {
     if (list.Box->currentIndex() >= 0) settings_.Option.*list.Field = list.Box->currentIndex();
   }

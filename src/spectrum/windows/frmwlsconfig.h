@@ -5,21 +5,16 @@
 #include <array>
 #include <vector>
 
+#include "app/ground/optionrows.h"
 #include "spectrum/scanscale.h"
 #include "spectrum/scansettings.h"
 
 class QButtonGroup;
-class QCheckBox;
 class QComboBox;
 class QGroupBox;
-class QLabel;
-class QVBoxLayout;
 
 namespace spectrane {
 
-class ColourButton;
-class DialogParts;
-class MainWindow;
 class NumberField;
 
 /// The options of the spectrum window: what it shows and between which ends, how, and what a report holds.
@@ -35,17 +30,9 @@ class FrmWLSConfig : public QDialog {
   void accept() override;
 
  private:
-  struct Check {
-    QCheckBox* Box;
-    bool ScanSettings::*Field;
-  };
   struct List {
     QComboBox* Box;
     std::int32_t WLSOption::*Field;
-  };
-  struct Colour {
-    ColourButton* Button;
-    std::int32_t ScanSettings::*Field;
   };
 
   QGroupBox* MakeGroup(const char* name, int titleTextId);
@@ -57,8 +44,6 @@ class FrmWLSConfig : public QDialog {
   QGroupBox* BuildPeaks(DialogParts& parts);
   QGroupBox* BuildData(DialogParts& parts);
   QGroupBox* BuildPrint(DialogParts& parts);
-  void AddCheck(DialogParts& parts, QVBoxLayout& column, const char* name, int textId,
-                bool ScanSettings::*field);
   QComboBox* AddList(const QStringList& rows, std::int32_t WLSOption::*field);
   void SwitchMode(int mode);
   void ShowRange(ScanMode mode);
@@ -79,9 +64,8 @@ class FrmWLSConfig : public QDialog {
   NumberField* end_ = nullptr;
   QComboBox* printInterval_ = nullptr;
   QLabel* remark_ = nullptr;
-  std::vector<Check> checks_;
+  OptionRows<ScanSettings> rows_;
   std::vector<List> lists_;
-  std::vector<Colour> colours_;
   // What was typed for the modes that are not in force.
   std::array<std::array<QString, 2>, 4> typed_;
 };

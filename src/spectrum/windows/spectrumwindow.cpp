@@ -11,6 +11,7 @@
 #include "app/ground/frmdatatabel.h"
 #include "app/ground/words.h"
 #include "base/numbers.h"
+#include "output/foundmarks.h"
 #include "output/plottexts.h"
 #include "output/scanview.h"
 #include "output/windows/piccurve.h"
@@ -132,10 +133,7 @@ void SpectrumWindow::ShowPicture() {
 
 void SpectrumWindow::DisplayRecordTable() {
   recordTable_->ShowAll(document_.PointCount());
-  std::vector<std::int32_t> listed = document_.Found().PeakIndex;
-  const std::vector<std::int32_t>& valleys = document_.Found().ValleyIndex;
-  listed.insert(listed.end(), valleys.begin(), valleys.end());
-  peakTable_->ShowSome(std::move(listed));
+  peakTable_->ShowSome(FoundPoints(document_.Found()));
 }
 
 void SpectrumWindow::TakeSettings(const ScanSettings& settings) {

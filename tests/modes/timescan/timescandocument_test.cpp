@@ -96,17 +96,71 @@ TEST_F(TimeScanDocumentTest, TimesBeyondAFileAreHeldInside) {
   EXPECT_EQ(read.EndSecond(), 2147483647);
 }
 
-TEST_F(TimeScanDocumentTest, AFileThatEndsTooSoonLeavesTheDocumentAsItWas) {
+TEST_F(TimeScanDocumentTest, AFileThatEndsTooSoonGivesThePointsThatItHas) {
+  constexpr std::size_t kFirstPoint = 174;
+  constexpr std::size_t kPointSize = 12;
   Measure(5);
   ASSERT_TRUE(document_.SaveFile(ScanFile()));
   const std::string bytes = ReadBytes(ScanFile());
-  Measure(3);
-  for (std::size_t length = 0; length < bytes.size(); length += 7) {
+  ASSERT_EQ(bytes.size(), kFirstPoint + 5 * kPointSize);
+  for (std::size_t length = 0; length < bytes.size(); ++length) {
+    SCOPED_TRACE(length);
     std::ofstream(ScanFile(), std::ios::binary | std::ios::trunc) << bytes.substr(0, length);
-    EXPECT_FALSE(document_.OpenFile(ScanFile())) << length;
-    EXPECT_EQ(document_.DataCount(), 3);
-    EXPECT_TRUE(document_.IsModified());
+    TimeScanDocument read;
+    read.BeginTest();
+    for (const int energy : {7, 8, 9}) read.Append(energy);
+    read.EndTest(3);
+    EXPECT_FALSE(read.OpenFile(ScanFile()));
+    EXPECT_TRUE(read.LastFault());
+    const std::size_t whole = length < kFirstPoint ? 0 : (length - kFirstPoint) / kPointSize;
+    EXPECT_EQ(read.IsHalfLoaded(), whole > 0);
+    if (whole == 0) {
+      EXPECT_EQ(read.DataCount(), 3) << "the document is as it was";
+      EXPECT_EQ(read.Point(0).Energy, 7);
+      EXPECT_TRUE(read.IsModified());
+    } else {
+      ASSERT_EQ(read.DataCount(), static_cast<std::int32_t>(whole));
+      EXPECT_EQ(read.Point(read.DataCount() - 1), document_.Point(read.DataCount() - 1));
+      EXPECT_FALSE(read.SaveFile(ScanFile())) << "the points that are missing would be lost";
+      EXPECT_EQ(ReadBytes(ScanFile()).size(), length);
+    }
   }
+}
+
+TEST_F(TimeScanDocumentTest, AnImpossibleNumberOfPointsIsRefusedBeforeAnyMemoryIsTaken) {
+  Measure(5);
+  ASSERT_TRUE(document_.SaveFile(ScanFile()));
+  const std::string bytes = ReadBytes(ScanFile());
+  const std::pair<std::string, bool> counts[] = {{std::string("\xff\xff\xff\x7f", 4), false},  // 2^31 - 1
+                                                 {std::string("\xff\xff\xff\xff", 4), false},  // -1
+                                                 {std::string("\x12\x27\0\0", 4), false},      // 10002
+                                                 {std::string("\x04\0\0\0", 4), true}};
+  for (const auto& [count, opens] : counts) {
+    std::ofstream(ScanFile(), std::ios::binary | std::ios::trunc)
+        << bytes.substr(0, 158) << count << bytes.substr(162);
+    TimeScanDocument read;
+    EXPECT_EQ(read.OpenFile(ScanFile()), opens);
+    EXPECT_EQ(read.DataCount(), opens ? 4 : 0);
+    EXPECT_FALSE(read.IsHalfLoaded());
+  }
+}
+
+TEST_F(TimeScanDocumentTest, PointsKeepTheWavelengthAndTheIntervalThatTheyWereMeasuredWith) {
+  Measure(3);
+  TSOption other = document_.Option();
+  other.WorkWL = 600;
+  other.IntervalSecond = 9;
+  document_.Configure(other, 0, 1000);
+  EXPECT_EQ(document_.PointWavelength(), 546);
+  ASSERT_TRUE(document_.SaveFile(ScanFile()));
+  TimeScanDocument read;
+  ASSERT_TRUE(read.OpenFile(ScanFile()));
+  EXPECT_EQ(read.Option().WorkWL, 546);
+  EXPECT_EQ(read.Option().IntervalSecond, 1);
+  EXPECT_EQ(read.PointWavelength(), 546);
+  document_.BeginTest();
+  EXPECT_EQ(document_.PointWavelength(), 600) << "the next test goes there";
+  EXPECT_EQ(document_.PointInterval(), 9);
 }
 
 TEST_F(TimeScanDocumentTest, AFailedSaveKeepsItModified) {

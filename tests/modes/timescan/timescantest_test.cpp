@@ -249,5 +249,129 @@ TEST_F(TimeScanRun, EachFailureOfTheBlankLeavesTheLiveReadingRunning) {
   }
 }
 
+TEST_F(TimeScanRun, PointsOfATestKeepTheirBlank) {
+  Blank();
+  Start();
+  const double abs = Document.PointAbs(0);
+  Peer.Lines["rezero"] = {"40000", "4"};
+  Peer.NextText("ge 30", ScriptedPeer::Reply("ge 30", Log(30, "40000")));
+  Test.mmuOperationRezero();
+  EXPECT_EQ(Document.PointAbs(0), abs);
+  EXPECT_EQ(Document.Option().FullEnergy, 25000);
+  EXPECT_EQ(Document.Option().GainNo, 3);
+  Start();
+  EXPECT_EQ(Document.Option().FullEnergy, 40000) << "the next test has the new one";
+  EXPECT_EQ(Document.Option().GainNo, 4);
+}
+
+TEST_F(TimeScanRun, AStopWhileItMovesEndsItWithoutAnotherBox) {
+  Link.State.CurrentWavelength = 500;
+  Test.OnBegin = [this] { Test.TestRunning = false; };
+  EXPECT_EQ(Start(), TimeScanEnd::StoppedBefore);
+  EXPECT_TRUE(Boxes.Ids.empty());
+  EXPECT_EQ(Peer.Commands, (Log{"swl  546"}));
+  EXPECT_FALSE(Test.TestRunning);
+  EXPECT_TRUE(Display.TimerOn);
+}
+
+TEST_F(TimeScanRun, WaitsTellWhatIsLeftOfThem) {
+  Blank();
+  std::vector<std::int64_t> rests;
+  Test.OnWait = [&rests](std::int64_t restMs) { rests.push_back(restMs); };
+  Start();
+  ASSERT_FALSE(rests.empty());
+  EXPECT_EQ(rests.front(), 2000) << "the start delay";
+  EXPECT_EQ(rests[1], 1990);
+  EXPECT_EQ(std::ranges::count(rests, 1000), 1 + 4) << "once in the delay, and at the begin of each interval";
+  EXPECT_GT(*std::ranges::min_element(rests), 0);
+}
+
+/// The whole of a test, with the millisecond, the rows and the counts, line by line.
+class TimeScanStory : public TimeScanRun {
+ protected:
+  void SetUp() override {
+    TimeScanRun::SetUp();
+    Test.OnBegin = [this] { Tell("begin"); };
+    Test.OnDelay = [this] { Tell("delay"); };
+    Test.OnPoint = [this](std::int32_t point) {
+      if (point == StopAt) StopAtMs = Time.NowMs() + 5;
+      Tell("row " + std::to_string(point + 1) + " at " + std::to_string(Document.Point(point).Time) +
+           " s: " + std::to_string(Document.Point(point).Energy));
+    };
+    Test.OnFinished = [this] { Tell("finished"); };
+    Test.OnWait = [this](std::int64_t restMs) { wait_ = std::max(wait_, restMs); };
+  }
+  /// What has happened since the last line: commands on the wire, boxes, the longest wait.
+  void Tell(const std::string& what) {
+    if (wait_ > 0) Story.push_back("wait " + std::to_string(wait_));
+    wait_ = 0;
+    for (; commands_ < Peer.Commands.size(); ++commands_) Story.push_back(Peer.Commands[commands_]);
+    for (; boxes_ < Boxes.Ids.size(); ++boxes_) Story.push_back("box " + std::to_string(Boxes.Ids[boxes_]));
+    Story.push_back(what + ", " + std::to_string(Document.DataCount()) +
+                    (Test.TestRunning ? " running" : ""));
+  }
+  void End(TimeScanEnd end) {
+    constexpr const char* kEnds[] = {"not begun", "stopped before", "stopped", "finished"};
+    Tell(std::string(kEnds[static_cast<int>(end)]) + (Document.IsModified() ? ", modified" : "") +
+         (Display.TimerOn ? ", live" : ""));
+  }
+
+  Log Story;
+
+ private:
+  std::int64_t wait_ = 0;
+  std::size_t commands_ = 0;
+  std::size_t boxes_ = 0;
+};
+
+TEST_F(TimeScanStory, OfATestThatMovesFirst) {
+  Link.State.CurrentWavelength = 500;
+  Peer.Commands.clear();
+  End(Start());
+  EXPECT_EQ(Story, (Log{"begin, 0 running",
+                        "swl  546",
+                        "getwl",
+                        "rezero",
+                        "ge 30",
+                        "box 977",
+                        "box 978",
+                        "delay, 0 running",
+                        "wait 2000",
+                        "ge 20",
+                        "row 1 at 2.000000 s: 25000, 1 running",
+                        "wait 1000",
+                        "ge 20",
+                        "row 2 at 3.000000 s: 25000, 2 running",
+                        "wait 1000",
+                        "ge 20",
+                        "row 3 at 4.000000 s: 25000, 3 running",
+                        "wait 1000",
+                        "ge 20",
+                        "row 4 at 5.000000 s: 25000, 4 running",
+                        "wait 1000",
+                        "finished, 4 running",
+                        "finished, modified, live, 4"}));
+}
+
+TEST_F(TimeScanStory, OfATestThatIsStopped) {
+  Blank();
+  StopAt = 1;
+  End(Start());
+  EXPECT_EQ(Story, (Log{"begin, 0 running", "delay, 0 running", "wait 2000", "ge 20",
+                        "row 1 at 2.000000 s: 25000, 1 running", "wait 1000", "ge 20",
+                        "row 2 at 3.000000 s: 25000, 2 running", "wait 1000", "stopped, modified, live, 1"}));
+}
+
+TEST_F(TimeScanStory, OfATestThatFails) {
+  Blank();
+  Peer.NextText("ge 20", ScriptedPeer::Reply("ge 20", Log(20, "30000")));
+  Peer.Next("ge 20", {});
+  Peer.Next("ge 20", {});
+  End(Start());
+  EXPECT_EQ(Story, (Log{"begin, 0 running", "delay, 0 running", "wait 2000", "ge 20",
+                        "row 1 at 2.000000 s: 30000, 1 running", "wait 1000", "ge 20", "ge 20", "box 1096",
+                        "stopped, modified, live, 1"}));
+}
+
 }  // namespace
 }  // namespace spectrane::testing_link

@@ -1,0 +1,124 @@
+#include <QComboBox>
+#include <QRadioButton>
+#include <QTableView>
+
+#include "app/ground/frmdatatabel.h"
+#include "app/ground/words.h"
+#include "journey/journeysupport.h"
+#include "modes/windows/frmts.h"
+#include "output/windows/piccurve.h"
+
+namespace spectrane::testing_journey {
+namespace {
+
+/// Twelve seconds in steps of a fifth, both ends included.
+constexpr int kPoints = 61;
+
+class TimeScanJourney : public Journey {
+ protected:
+  FrmTS& Window() { return Child<FrmTS>(); }
+  const TimeScanDocument& Document() { return Window().Document(); }
+  PicCurve& Curve() { return *Window().findChild<PicCurve*>(QStringLiteral("PicCurve")); }
+  QAbstractItemModel& Table() { return *Window().DataTable()->Grid(0)->model(); }
+  QStringList Cells() {
+    QStringList cells;
+    for (int row = 0; row < Table().rowCount(); ++row)
+      for (int column = 0; column < Table().columnCount(); ++column)
+        cells += Table().index(row, column).data().toString();
+    return cells;
+  }
+  static void Fill(QWidget& options, const char* field, const char* text) {
+    auto* const line = options.findChild<QLineEdit*>(QLatin1String(field));
+    ASSERT_TRUE(line);
+    line->setFocus();
+    line->selectAll();
+    QTest::keyClicks(line, QLatin1String(text));
+  }
+  /// 340 nm, five readings a second from 1 s on; the scale is that of the reaction.
+  static void FillOptions(QWidget& options) {
+    Fill(options, "WLText", "340");
+    Fill(options, "StartTimeText", "1");
+    Fill(options, "EndTimeText", "13");
+    options.findChild<QComboBox*>(QStringLiteral("InternalTimeCombo"))->setCurrentIndex(1);
+    Fill(options, "ScaleTopText", "1.3");
+    Fill(options, "ScaleBottomText", "1.1");
+    QTest::mouseClick(options.findChild<QPushButton*>(QStringLiteral("OKCmd")), Qt::LeftButton);
+  }
+  bool HasPoints(int count) {
+    return QTest::qWaitFor([&] { return Document().DataCount() >= count; }, kPatienceMs);
+  }
+};
+
+TEST_F(TimeScanJourney, AnEnzymeReactionIsWatchedSavedAndShownAgain) {
+  QDir().mkpath(QString::fromStdString(Path("home")));
+  StartSimulator({"--speed", "20"});
+  hands_.Expect("FrmNew", [](QWidget& guide) {
+    auto* const kinetics = guide.findChild<QRadioButton*>(QStringLiteral("TimeScanOption"));
+    ASSERT_TRUE(kinetics);
+    QTest::mouseClick(kinetics, Qt::LeftButton);
+    QTest::keyClick(&guide, Qt::Key_Return);
+  });
+  hands_.Expect("FrmTSConfig", &FillOptions);
+  StartProgram();
+  ASSERT_TRUE(
+      QTest::qWaitFor([this] { return frame_->ActiveForm() != nullptr && hands_.Done(); }, kPatienceMs));
+  EXPECT_EQ(Window().Caption(), QStringLiteral("Kinetics 1"));
+  EXPECT_EQ(Document().PointTotal(), kPoints);
+  ASSERT_TRUE(QTest::qWaitFor([this] { return Connected() && frame_->isEnabled(); }, kPatienceMs));
+
+  hands_.ExpectBox(Words(978), QMessageBox::Ok);
+  Press(Qt::Key_F8);
+  ASSERT_TRUE(
+      QTest::qWaitFor([this] { return Window().Test().BlankHolds() && !Window().RunsNow(); }, kPatienceMs));
+  ASSERT_TRUE(Tell("beam enzyme"));
+  Press(Qt::Key_F5);
+  ASSERT_TRUE(QTest::qWaitFor([this] { return Window().Test().TestRunning; }, kPatienceMs));
+  Photograph("ts-1-waiting");
+  std::size_t seen = 0;
+  for (const int moment : {5, 30, 55}) {
+    ASSERT_TRUE(HasPoints(moment));
+    EXPECT_GT(Curve().View().Lines[0].Count(), seen) << "the curve grows";
+    seen = Curve().View().Lines[0].Count();
+    EXPECT_EQ(Table().rowCount(), Document().DataCount());
+    EXPECT_FALSE(frame_->ActionOf(304)->isEnabled());
+    EXPECT_TRUE(frame_->ActionOf(305)->isEnabled());
+    Photograph(("ts-2-at-" + std::to_string(moment)).c_str());
+  }
+  const QString path = QString::fromStdString(Path("reaction.tis"));
+  hands_.ExpectBox(Words(926), QMessageBox::Yes);
+  hands_.ExpectFileDialog(path);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return QFile::exists(path) && hands_.Done() && !Window().RunsNow(); },
+                              kPatienceMs));
+  ASSERT_EQ(Document().DataCount(), kPoints);
+  EXPECT_EQ(Document().Point(0).Time, 1);
+  EXPECT_DOUBLE_EQ(Document().Point(kPoints - 1).Time, 13);
+  // 1.244 Abs at first, falling to a tenth with 300 s.
+  EXPECT_NEAR(Document().PointAbs(0), 1.23, 0.03);
+  const double fall = Document().PointAbs(0) - Document().PointAbs(kPoints - 1);
+  EXPECT_GT(fall, 0.03);
+  EXPECT_LT(fall, 0.09);
+  EXPECT_FALSE(Window().isWindowModified());
+  const QStringList cells = Cells();
+  const QImage picture = Curve().Image();
+  Photograph("ts-3-saved");
+  const QSize size = frame_->size();
+  Press(Qt::Key_W, Qt::ControlModifier);
+  ASSERT_TRUE(QTest::qWaitFor([this] { return frame_->ActiveForm() == nullptr; }, kPatienceMs));
+  Press(Qt::Key_Q, Qt::ControlModifier);
+  ASSERT_TRUE(QTest::qWaitFor([this] { return !frame_->isVisible(); }, kPatienceMs));
+
+  const std::size_t requests = Requests().size();
+  StartProgram(path);
+  ASSERT_TRUE(QTest::qWaitFor([this] { return frame_->ActiveForm() != nullptr; }, kPatienceMs));
+  frame_->resize(size);
+  QTest::qWait(300);
+  EXPECT_EQ(Cells(), cells);
+  EXPECT_FALSE(Window().isWindowModified());
+  EXPECT_EQ(Requests().size(), requests) << "a file needs no instrument";
+  ASSERT_EQ(Curve().Image().size(), picture.size());
+  EXPECT_TRUE(Curve().Image() == picture) << "the same picture, dot by dot";
+  Photograph("ts-4-reopened");
+}
+
+}  // namespace
+}  // namespace spectrane::testing_journey

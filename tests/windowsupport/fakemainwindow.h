@@ -4,6 +4,7 @@
 #include <QPointer>
 
 #include <functional>
+#include <memory>
 #include <set>
 #include <vector>
 
@@ -38,6 +39,11 @@ class FakeMainWindow : public MainWindow {
     Created.push_back(newFileType);
     if (OnNewFile) OnNewFile();
   }
+  void ShowChild(DocumentWindow* window) override {
+    Children.emplace_back(window);
+    window->show();
+    Active = window;
+  }
   void NoteFile(const QString& path) override { Files.append(path); }
   void SetMenuStyle(int style) override {
     MenuStyle = style;
@@ -57,6 +63,8 @@ class FakeMainWindow : public MainWindow {
   void RunEnds() override { --RunDepth; }
 
   QPointer<DocumentWindow> Active;
+  /// Shown by other windows, the last one active.
+  std::vector<std::unique_ptr<DocumentWindow>> Children;
   std::set<int> Creatable;
   std::vector<int> Created;
   std::function<void()> OnNewFile;

@@ -26,6 +26,9 @@ struct FileKindWords {
   const char* Section;
   /// `File Path` has the folder of the file instead of the file.
   bool KeepsFolder = false;
+  /// Where the path of a save goes when not to Section. A document without a name is proposed its caption
+  /// then, and Section's `File Path` has that proposal.
+  const char* SavedSection = nullptr;
 };
 
 /// A child of the main window. The main window calls these procedures on the active child; what a window has
@@ -58,8 +61,8 @@ class DocumentWindow : public QWidget, public RezeroTarget {
   virtual void mmuFileOutputBMP() {}
   /// The sheet of MakeSheet() into a file that the person names. A long one shows how far it is, and ends
   /// without a file when Esc is pressed. Yields.
-  void mmuFileOutputXLS();
-  void mmuFileOutputTXT();
+  virtual void mmuFileOutputXLS();
+  virtual void mmuFileOutputTXT();
   virtual void mmuZoomOut() {}
   virtual void mmuZoomIn() {}
   virtual void mmuZoomWindow() {}
@@ -153,6 +156,7 @@ class DocumentWindow : public QWidget, public RezeroTarget {
   bool SaveUnderNewName();
   bool SaveTo(const QString& path);
   QString PathToBeginWith() const;
+  QString ProposedPath();
   void RememberFile(const QString& path);
   void StoreFilePath(const QString& path);
   bool FileWasChanged() const;

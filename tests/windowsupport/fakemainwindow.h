@@ -63,8 +63,6 @@ class FakeMainWindow : public MainWindow {
   void RunEnds() override { --RunDepth; }
 
   QPointer<DocumentWindow> Active;
-  /// Shown by other windows, the last one active.
-  std::vector<std::unique_ptr<DocumentWindow>> Children;
   std::set<int> Creatable;
   std::vector<int> Created;
   std::function<void()> OnNewFile;
@@ -88,6 +86,10 @@ class FakeMainWindow : public MainWindow {
   LayoutStore layout_;
   ReportPrinter printer_{*this};
   QMainWindow frame_;
+
+ public:
+  /// Shown by other windows, the last one active. They go before anything that they talk to.
+  std::vector<std::unique_ptr<DocumentWindow>> Children;
 };
 
 }  // namespace spectrane::testing_windows

@@ -157,7 +157,7 @@ QString DocumentWindow::ProposedPath() {
 
 void DocumentWindow::StoreFilePath(const QString& path) {
   const FileKindWords words = FileWords();
-  const QString stored = words.KeepsFolder ? QFileInfo(path).absolutePath() : path;
+  const QString stored = words.KeepsFolder && !words.SavedSection ? QFileInfo(path).absolutePath() : path;
   frame_.Settings().PutSetting(words.SavedSection ? words.SavedSection : words.Section, kFilePathKey,
                                stored.toStdString());
 }

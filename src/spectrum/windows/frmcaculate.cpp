@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "app/ground/commandicon.h"
 #include "app/ground/commands.h"
 #include "app/ground/words.h"
 #include "output/plottexts.h"
@@ -58,7 +57,7 @@ FrmCaculate::FrmCaculate(MainWindow& frame, SpectrumOperation operation)
                      kCaculateSection, kCaculateSettingRows, "FrmCaculateConfig", kCaculateConfigTitle},
                     FirstCaculateSettings()),
       operation_(operation) {
-  setWindowIcon(CommandIcon(CommandOf(operation)));
+  // With the words of this kind of window.
   ShowPicture();
 }
 

@@ -12,7 +12,7 @@ constexpr int kDerivativeTab = 1312;
 
 FrmDev::FrmDev(MainWindow& frame)
     : ProcessWindow(frame,
-                    {"FrmDev", "FrmDevTabel", kCaption, kDerivativeTab, 1, kDevSection, kDevSettingRows,
+                    {"FrmDev", "FrmDevTabel", kCommand, kDerivativeTab, 1, kDevSection, kDevSettingRows,
                      "FrmDevConfig", kDevConfigTitle},
                     {}) {}
 

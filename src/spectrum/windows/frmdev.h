@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/ground/commands.h"
 #include "spectrum/windows/processwindow.h"
 
 namespace spectrane {
@@ -9,7 +10,7 @@ class FrmDev : public ProcessWindow {
   Q_OBJECT
 
  public:
-  static constexpr int kCaption = 410;
+  static constexpr int kCommand = kSpectrumDerivative;
   explicit FrmDev(MainWindow& frame);
 
   /// Looks at the home view as well.

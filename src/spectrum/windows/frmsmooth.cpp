@@ -3,11 +3,16 @@
 #include "spectrum/smoothing.h"
 
 namespace spectrane {
+namespace {
+
+constexpr int kSmoothTab = 1311;
+
+}  // namespace
 
 FrmSmooth::FrmSmooth(MainWindow& frame)
     : ProcessWindow(frame,
-                    {"FrmSmooth", "FrmSmoothTabel", kCaption, 1311, 1, kSmoothSection, kSmoothSettingRows,
-                     "FrmSmoothConfig", kCaption},
+                    {"FrmSmooth", "FrmSmoothTabel", kCommand, kSmoothTab, 1, kSmoothSection,
+                     kSmoothSettingRows, "FrmSmoothConfig", kCommand},
                     {}) {}
 
 ProcessedSpectrum FrmSmooth::Calculate(const std::vector<const Spectrum*>& sources) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/ground/commands.h"
 #include "spectrum/windows/processwindow.h"
 
 namespace spectrane {
@@ -9,7 +10,7 @@ class FrmSmooth : public ProcessWindow {
   Q_OBJECT
 
  public:
-  static constexpr int kCaption = 405;
+  static constexpr int kCommand = kSpectrumSmooth;
   explicit FrmSmooth(MainWindow& frame);
 
  protected:

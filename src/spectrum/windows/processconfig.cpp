@@ -55,6 +55,7 @@ ProcessConfig::ProcessConfig(MainWindow& frame, const ProcessPlan& plan, const P
   all->addWidget(scale_->Remark());
   all->addLayout(parts.OKAndCancel());
   all->setSizeConstraint(QLayout::SetFixedSize);
+  if (plan.Sources == 1) scale_->SetFocus();
 }
 
 QGroupBox* ProcessConfig::BuildColours(DialogParts& parts) {

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "app/ground/commandicon.h"
 #include "app/ground/commands.h"
 #include "app/ground/dialogparts.h"
 #include "app/ground/words.h"
@@ -28,7 +29,8 @@ ProcessWindow::ProcessWindow(MainWindow& frame, const ProcessPlan& plan, const P
   connect(this, &QWidget::windowTitleChanged, this, [this, title] {
     if (FrmDataTabel* const tables = Tables()) tables->SetTitle(title + u'-' + Caption());
   });
-  SetCaption(Words(plan.CaptionTextId));
+  SetCaption(Words(plan.Command));
+  setWindowIcon(CommandIcon(plan.Command));
   ProcessSettings settings = first;
   LoadSettings<ProcessSettings>(frame.Settings(), plan.Rows, settings);
   TakeAll(settings);

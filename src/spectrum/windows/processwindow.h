@@ -14,7 +14,8 @@ struct ProcessPlan {
   const char* Name;
   /// Under which the widths of its columns are remembered.
   const char* LayoutName;
-  int CaptionTextId;
+  /// Of the main window; the window has its words and its icon.
+  int Command;
   /// Rider of the result.
   int ResultTextId;
   std::size_t Sources;

@@ -85,6 +85,10 @@ QGroupBox* ScaleFields::BuildMode(DialogParts& parts) {
   return group;
 }
 
+void ScaleFields::SetFocus() {
+  modes_->checkedButton()->setFocus();
+}
+
 NumberField* ScaleFields::AddField(QGroupBox* group, DialogParts& parts, int row, const char* name,
                                    const char* labelName, int textId, QLabel* unit) {
   auto* const grid = static_cast<QGridLayout*>(group->layout());

@@ -38,6 +38,8 @@ class ScaleFields : public QObject {
   QGroupBox* BuildMode(DialogParts& parts);
   QGroupBox* BuildScale(DialogParts& parts);
   QGroupBox* BuildRange(DialogParts& parts);
+  /// Puts the person in front of them.
+  void SetFocus();
   /// Says what cannot be taken.
   QLabel* Remark() const { return remark_; }
 

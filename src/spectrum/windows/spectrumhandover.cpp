@@ -12,7 +12,7 @@ void HandOn(const SpectrumWindow& from, MainWindow& frame) {
   auto* const to = new Window(frame);
   const SpectrumDocument& source = from.Document();
   to->SetSourceFileName(from.NameAsSource());
-  to->SetCaption(Words(Window::kCaption) + u'-' + from.Caption());
+  to->SetCaption(Words(Window::kCommand) + u'-' + from.Caption());
   for (std::int32_t i = 0; i < source.PointCount(); ++i) {
     const auto at = static_cast<std::size_t>(i);
     to->SetWLSRecord(i, source.Wavelength()[at], source.Trans()[at], source.Abs()[at]);

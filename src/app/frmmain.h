@@ -62,6 +62,7 @@ class FrmMain : public QMainWindow, public MainWindow, public MainDisplay {
   DocumentWindow* ActiveForm() const override;
   bool CanCreate(int newFileType) const override;
   void NewFile(int newFileType) override;
+  void ShowChild(DocumentWindow* window) override;
   bool ShowsFile(const QString& path, const DocumentWindow* besides) const override;
   void NoteFile(const QString& path) override;
   void SetMenuStyle(int style) override;
@@ -93,6 +94,10 @@ class FrmMain : public QMainWindow, public MainWindow, public MainDisplay {
   void mmuNewFileMulti() { NewFile(kMultiFile); }
   void mmuNewFileDNA() { NewFile(kDNAFile); }
   void mmuFileOpen();
+  /// Windows of processed spectra, followed by their options.
+  void CompareSpectra();
+  void SmoothSpectrum();
+  void CombineSpectra(int command);
   /// Opens a data file in the window that its type calls for; every refusal has its own words. `chosen`: in
   /// the Open dialog, where a system baseline is refused. True when a window shows it.
   bool OpenDataFile(const QString& path, bool chosen = false);

@@ -55,17 +55,21 @@ bool FrmMain::CanCreate(int newFileType) const {
 DocumentWindow* FrmMain::ShowNew(const DocumentKind& kind, const QString& caption) {
   DocumentWindow* document = kind.Make(*this);
   document->SetCaption(caption);
-  connect(document, &DocumentWindow::FrameCloseWanted, this, [this] { close(); });
-  connect(document, &QObject::destroyed, this, [this] {
+  ShowChild(document);
+  return document;
+}
+
+void FrmMain::ShowChild(DocumentWindow* window) {
+  connect(window, &DocumentWindow::FrameCloseWanted, this, [this] { close(); });
+  connect(window, &QObject::destroyed, this, [this] {
     if (closing_) return;
     QTimer::singleShot(0, this, [this] {
       DataTableChanged(ActiveForm());
       UpdateCommands();
     });
   });
-  workspace_->Add(document);
+  workspace_->Add(window);
   UpdateCommands();
-  return document;
 }
 
 void FrmMain::NewFile(int newFileType) {

@@ -26,8 +26,9 @@ using TableCell = std::variant<std::string, double>;
 
 /// A table as exports and reports print it. Rows are asked for one by one and not kept.
 struct DataTable {
-  /// Stands above the table; may be empty.
+  /// Stands above the table; may be empty. In exports so many empty lines come before it.
   std::string Heading;
+  int LinesBefore = 0;
   std::vector<TableColumn> Columns;
   std::int32_t RowCount = 0;
   std::function<TableCell(std::int32_t row, std::size_t column)> CellAt;

@@ -100,6 +100,7 @@ class SheetWriter {
   }
 
   bool Table(const DataTable& table, bool first) {
+    row_ += static_cast<std::uint32_t>(table.LinesBefore);
     if (!table.Heading.empty() && first) {
       Merged(table.Heading);
     } else if (!table.Heading.empty()) {
@@ -146,6 +147,7 @@ std::string ExportText(const ExportSheet& sheet, const WorkProgress& progress) {
   RowProgress rows(sheet, progress);
   for (const std::string& words : sheet.Lines) line(CellText({}, words));
   for (const DataTable& table : sheet.Tables) {
+    for (int i = 0; i < table.LinesBefore; ++i) line({});
     if (!table.Heading.empty()) line(table.Heading);
     std::string titles;
     for (const TableColumn& column : table.Columns) titles += (titles.empty() ? "" : "\t") + column.Title;

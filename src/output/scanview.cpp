@@ -40,23 +40,41 @@ QString ScanValueText(const SpectrumDocument& document, const DisplayFormats& fo
   }
 }
 
+CurveScale SeenOf(const ScanScale& scale, ScanMode mode) {
+  const ScanRange& values = scale.Of(mode);
+  return {{scale.StartWavelength, scale.EndWavelength}, {values.Bottom, values.Top}};
+}
+
 CurveScale ScanViewScale(const SpectrumDocument& document) {
-  const ScanScale& view = document.View();
-  const ScanRange& values = view.Of(document.Mode());
-  return {{view.StartWavelength, view.EndWavelength}, {values.Bottom, values.Top}};
+  return SeenOf(document.View(), document.Mode());
+}
+
+void LookThrough(ScanScale& scale, ScanMode mode, const CurveScale& seen) {
+  scale.StartWavelength = seen.X.Low;
+  scale.EndWavelength = seen.X.High;
+  scale.Of(mode) = {seen.Y.High, seen.Y.Low};
+}
+
+CurveAxis WavelengthAxis() {
+  return {AxisKind::Wavelength, TitleText(kWavelengthTitle), {}, {}};
+}
+
+CurveAxis ValueAxis(ScanMode mode, const DisplayFormats& formats) {
+  const int title = mode == ScanMode::Trans    ? kTransTitle
+                    : mode == ScanMode::Energy ? kEnergyTitle
+                                               : kAbsTitle;
+  CurveAxis axis{ScanAxis(mode), TitleText(title), {}, {}};
+  if (mode == ScanMode::Abs) axis.CursorPattern = formats.AbsFormat;
+  if (mode == ScanMode::Trans) axis.CursorPattern = formats.TransFormat;
+  return axis;
 }
 
 CurveView ScanView(const SpectrumDocument& document, const ScanSettings& settings,
                    const DisplayFormats& formats, const QString& name) {
   const ScanMode mode = document.Mode();
   CurveView view;
-  view.X = {AxisKind::Wavelength, TitleText(kWavelengthTitle), {}, {}};
-  const int title = mode == ScanMode::Trans    ? kTransTitle
-                    : mode == ScanMode::Energy ? kEnergyTitle
-                                               : kAbsTitle;
-  view.Y = {ScanAxis(mode), TitleText(title), {}, {}};
-  if (mode == ScanMode::Abs) view.Y.CursorPattern = formats.AbsFormat;
-  if (mode == ScanMode::Trans) view.Y.CursorPattern = formats.TransFormat;
+  view.X = WavelengthAxis();
+  view.Y = ValueAxis(mode, formats);
   view.Scale = ScanViewScale(document);
   view.Grid = settings.GridEnable;
   view.Colours = ColoursOf(settings);

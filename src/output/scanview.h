@@ -12,8 +12,13 @@ namespace spectrane {
 CurveView ScanView(const SpectrumDocument& document, const ScanSettings& settings,
                    const DisplayFormats& formats, const QString& name);
 
-/// Of the view: the part of wavelengths and values that is seen.
+/// The part of wavelengths and values that is seen in a mode; of the document's view; and the other way.
+CurveScale SeenOf(const ScanScale& scale, ScanMode mode);
 CurveScale ScanViewScale(const SpectrumDocument& document);
+void LookThrough(ScanScale& scale, ScanMode mode, const CurveScale& seen);
+/// What a wavelength axis and the value axis of a mode (absorbance or %T, or energy) say.
+CurveAxis WavelengthAxis();
+CurveAxis ValueAxis(ScanMode mode, const DisplayFormats& formats);
 AxisKind ScanAxis(ScanMode mode);
 /// A point's value in the mode that is shown, with its unit.
 QString ScanValueText(const SpectrumDocument& document, const DisplayFormats& formats, std::int32_t point);

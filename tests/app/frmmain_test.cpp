@@ -258,17 +258,37 @@ TEST_F(FrmMainTest, CommandsAreEnabledByWhatHolds) {
   };
   Start();
   expect("nothing open, not connected",
-         {kNewFileGuide, kNewBasic, kNewQua, kOpen, kExit, kConnect, kProgramOption, kAbout, kTungstenLamp,
-          kDeuteriumLamp, kSystemBaseline, kLampSwitchWavelength, kSetWavelength, kDarkCurrent,
-          kResetWavelength, kSetupSlit, kSetupSampler},
+         {kNewFileGuide,
+          kNewBasic,
+          kNewQua,
+          kOpen,
+          kExit,
+          kConnect,
+          kProgramOption,
+          kAbout,
+          kTungstenLamp,
+          kDeuteriumLamp,
+          kSystemBaseline,
+          kLampSwitchWavelength,
+          kSetWavelength,
+          kDarkCurrent,
+          kResetWavelength,
+          kSetupSlit,
+          kSetupSampler,
+          kSpectrumCompare,
+          kSpectrumAdd,
+          kSpectrumSubtraction,
+          kSpectrumMultiplication,
+          kSpectrumDivision},
          {kRelease, kStartTest, kStopTest, kSetBlank, kSave, kSaveAs, kClose, kCloseAll, kDeleteRecord,
-          kCascade, kPrint, kTestOption, kSpectrumCompare});
+          kCascade, kPrint, kTestOption, kSpectrumSmooth, kSpectrumDerivative});
   ConnectNow();
   expect("connected", {kRelease, kSetBlank, kTungstenLamp, kDeuteriumLamp},
          {kConnect, kStartTest, kStopTest, kSave});
   NewPhotometry();
   expect("photometry, connected", {kStartTest, kSetBlank, kClose, kCloseAll, kTestOption, kCascade},
-         {kConnect, kStopTest, kDeleteRecord, kCopyPicture, kZoomIn, kSearchPeak});
+         {kConnect, kStopTest, kDeleteRecord, kCopyPicture, kZoomIn, kSearchPeak, kSpectrumSmooth,
+          kSpectrumDerivative});
   Choose(kRelease);
   expect("photometry, released", {kConnect, kClose, kTestOption}, {kRelease, kStartTest, kSetBlank});
 }
@@ -282,8 +302,9 @@ TEST_F(FrmMainTest, CommandsAreDisabledDuringARunAndStayRefused) {
   Loop.OnYield = [&] {
     if (!Main->Link().State.RunUnderWay) return;
     ++looked;
-    for (const int command : {kConnect, kRelease, kStartTest, kSetBlank, kTungstenLamp, kDeuteriumLamp,
-                              kDeleteRecord, kTestOption, kSystemBaseline, kSetWavelength, kSetupSlit}) {
+    for (const int command :
+         {kConnect, kRelease, kStartTest, kSetBlank, kTungstenLamp, kDeuteriumLamp, kDeleteRecord,
+          kTestOption, kSystemBaseline, kSetWavelength, kSetupSlit, kSpectrumCompare, kSpectrumAdd}) {
       EXPECT_FALSE(IsEnabled(command)) << command;
       Main->RunCommand(command);
     }

@@ -58,6 +58,7 @@ INSTANTIATE_TEST_SUITE_P(
         AlignmentRow{"PlaceBehindTheEnd", {500, 491, 490}, 491, kNaN},                       // 2.70 -> 3
         AlignmentRow{"NextBehindTheEnd", {500, 492, 490}, 490.5, kNaN},                      // 2.85 -> 3
         AlignmentRow{"TheLastWhenThePlaceIsBehindIt", {500, 492, 490}, 490, 9},              // 3
+        AlignmentRow{"NoPointBeforeTheFirst", {500, 499, 490}, 499.5, 2.5},                  // 0.18 -> 0
         AlignmentRow{"AloneAtItsWavelength", {500}, 500, 1}),                                // 1
     NameOfRow<AlignmentRow>);
 

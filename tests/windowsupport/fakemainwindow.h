@@ -4,6 +4,7 @@
 #include <QPointer>
 
 #include <functional>
+#include <memory>
 #include <set>
 #include <vector>
 
@@ -39,6 +40,11 @@ class FakeMainWindow : public MainWindow {
     if (OnNewFile) OnNewFile();
   }
   bool ShowsFile(const QString& path, const DocumentWindow*) const override { return path == Shown; }
+  void ShowChild(DocumentWindow* window) override {
+    Children.emplace_back(window);
+    window->show();
+    Active = window;
+  }
   void NoteFile(const QString& path) override { Files.append(path); }
   void SetMenuStyle(int style) override {
     MenuStyle = style;
@@ -83,6 +89,10 @@ class FakeMainWindow : public MainWindow {
   LayoutStore layout_;
   ReportPrinter printer_{*this};
   QMainWindow frame_;
+
+ public:
+  /// Shown by other windows, the last one active. They go before anything that they talk to.
+  std::vector<std::unique_ptr<DocumentWindow>> Children;
 };
 
 }  // namespace spectrane::testing_windows

@@ -146,23 +146,29 @@ QString DocumentWindow::PathToBeginWith() const {
   const QString last =
       QString::fromStdString(frame_.Settings().GetSetting(FileWords().Section, kFilePathKey));
   if (last.isEmpty()) return QDir::homePath();
-  return FileWords().KeepsFolder ? last : QFileInfo(last).absolutePath();
+  // A window that keeps folders may meet a file that another one has left.
+  return FileWords().KeepsFolder && QFileInfo(last).isDir() ? last : QFileInfo(last).absolutePath();
 }
 
-QString DocumentWindow::PathToSaveAs() {
-  const QString path = PathToBeginWith();
+QString DocumentWindow::ProposedPath() {
   const FileKindWords words = FileWords();
-  if (!words.OffersCaption) return path;
-  if (!OpenFileName().isEmpty()) return WithEnding(path, words.Ending);
-  const QString offered = QDir(path).filePath(WithEnding(caption_.simplified(), words.Ending));
-  StoreFilePath(offered);
-  return offered;
+  const QString begin = PathToBeginWith();
+  if (!words.OffersCaption) return begin;
+  if (!OpenFileName().isEmpty()) return WithEnding(begin, words.Ending);
+  QString name = caption_.simplified();
+  for (QChar& c : name) {
+    if (QStringLiteral("/\\:*?\"<>|").contains(c)) c = u'_';
+  }
+  const QString path = QDir(begin).filePath(WithEnding(name, words.Ending));
+  frame_.Settings().PutSetting(words.Section, kFilePathKey, path.toStdString());
+  return path;
 }
 
 void DocumentWindow::StoreFilePath(const QString& path) {
   const FileKindWords words = FileWords();
-  const QString stored = words.KeepsFolder ? QFileInfo(path).absolutePath() : path;
-  frame_.Settings().PutSetting(words.Section, kFilePathKey, stored.toStdString());
+  const QString stored = words.KeepsFolder && !words.SavedSection ? QFileInfo(path).absolutePath() : path;
+  frame_.Settings().PutSetting(words.SavedSection ? words.SavedSection : words.Section, kFilePathKey,
+                               stored.toStdString());
 }
 
 bool DocumentWindow::mmuSaveAsFile() {
@@ -174,7 +180,7 @@ bool DocumentWindow::mmuSaveAsFile() {
 bool DocumentWindow::SaveUnderNewName() {
   CommitEditors();
   const FileKindWords words = FileWords();
-  const QString chosen = frame_.Boxes().SaveFileName(Words(words.FilterTextId), PathToSaveAs());
+  const QString chosen = frame_.Boxes().SaveFileName(Words(words.FilterTextId), ProposedPath());
   if (chosen.isEmpty()) return false;
   const QString path = WithEnding(chosen, words.Ending);
   if (!MayWriteTo(frame_, path, this)) return false;

@@ -29,6 +29,8 @@ struct FileKindWords {
   /// A document without a file is offered its caption as a name, and `File Path` follows what is offered and
   /// what is opened.
   bool OffersCaption = false;
+  /// Where the path of a save goes when not to Section.
+  const char* SavedSection = nullptr;
 };
 
 /// A child of the main window. The main window calls these procedures on the active child; what a window has
@@ -61,8 +63,8 @@ class DocumentWindow : public QWidget, public RezeroTarget {
   virtual void mmuFileOutputBMP() {}
   /// The sheet of MakeSheet() into a file that the person names. A long one shows how far it is, and ends
   /// without a file when Esc is pressed. Yields.
-  void mmuFileOutputXLS();
-  void mmuFileOutputTXT();
+  virtual void mmuFileOutputXLS();
+  virtual void mmuFileOutputTXT();
   virtual void mmuZoomOut() {}
   virtual void mmuZoomIn() {}
   virtual void mmuZoomWindow() {}
@@ -162,7 +164,7 @@ class DocumentWindow : public QWidget, public RezeroTarget {
   bool SaveUnderNewName();
   bool SaveTo(const QString& path);
   QString PathToBeginWith() const;
-  QString PathToSaveAs();
+  QString ProposedPath();
   void RememberFile(const QString& path);
   void StoreFilePath(const QString& path);
   bool FileWasChanged() const;

@@ -28,6 +28,7 @@ FrmDataTabel::FrmDataTabel(const QString& title, const QString& name, const std:
   tabs_->tabBar()->setObjectName(QStringLiteral("DataTabBar"));
   tabs_->tabBar()->setAccessibleName(title);
   tabs_->setDocumentMode(true);
+  tabs_->setElideMode(Qt::ElideMiddle);
   for (const DataTab& tab : tabs) {
     QTableView* const grid = MakeGrid(tab, static_cast<int>(grids_.size()));
     grids_.push_back(grid);
@@ -111,6 +112,14 @@ void FrmDataTabel::SetTitle(const QString& title) {
 
 void FrmDataTabel::SelectTab(int tab) {
   tabs_->setCurrentIndex(tab);
+}
+
+void FrmDataTabel::SetTabCaption(int tab, const QString& caption) {
+  // An "&" in the name of a file is no access key.
+  tabs_->setTabText(tab, QString(caption).replace(u'&', QStringLiteral("&&")));
+  tabs_->setTabToolTip(tab, caption);
+  tabs_->setTabVisible(tab, !caption.isEmpty());
+  Grid(tab)->setAccessibleName(caption);
 }
 
 int FrmDataTabel::SelectedTab() const {

@@ -32,6 +32,8 @@ class FrmDataTabel : public QWidget {
 
   void SetTitle(const QString& title);
   void SelectTab(int tab);
+  /// Another rider for a tab. One without a caption is not there.
+  void SetTabCaption(int tab, const QString& caption);
   int SelectedTab() const;
   int TabCount() const;
   QTableView* Grid(int tab) const;

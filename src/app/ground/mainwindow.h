@@ -40,6 +40,8 @@ class MainWindow {
   virtual bool CanCreate(int newFileType) const = 0;
   /// Creates, shows and sets up a document of that kind. Yields.
   virtual void NewFile(int newFileType) = 0;
+  /// Takes over a window that has its caption, and shows it as the active child.
+  virtual void ShowChild(DocumentWindow* window) = 0;
   /// Another window than `besides` shows the file.
   virtual bool ShowsFile(const QString&, const DocumentWindow* /*besides*/) const { return false; }
   /// The file was opened or saved: head of the recent files.

@@ -313,7 +313,7 @@ std::optional<ExportSheet> FrmTS::MakeSheet() {
 }
 
 QImage FrmTS::MakePicture() {
-  return CurveImage(curve_->View(), curve_->size(), {15.0, curve_->font()});
+  return curve_->Image();
 }
 
 void FrmTS::mmuFileOutputBMP() {

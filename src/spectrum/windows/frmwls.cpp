@@ -13,6 +13,7 @@ namespace spectrane {
 namespace {
 
 constexpr int kScanTableTitle = 923;
+constexpr int kRecordListTab = 924;
 constexpr int kGainColumn = 707;
 constexpr int kEnergyColumn = 708;
 
@@ -34,9 +35,9 @@ std::vector<PointColumn> EnergyColumns(const FrmWLS* window) {
 
 }  // namespace
 
-FrmWLS::FrmWLS(MainWindow& frame)
-    : SpectrumWindow(frame, SpectrumDocument::Kind::Measured, Words(kScanTableTitle), EnergyColumns(this)) {
+FrmWLS::FrmWLS(MainWindow& frame) : SpectrumWindow(frame, SpectrumDocument::Kind::Measured) {
   setObjectName(QStringLiteral("FrmWLS"));
+  BuildTables("FrmDataTabel3", {Words(kScanTableTitle), Words(kRecordListTab), EnergyColumns(this), {}});
   SetCaption(Words(kNewWLS).trimmed());
   ScanSettings settings;
   LoadSettings<ScanSettings>(Frame().Settings(), kScanSettingRows, settings);

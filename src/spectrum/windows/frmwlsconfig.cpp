@@ -18,6 +18,7 @@
 #include "app/ground/numberfield.h"
 #include "app/ground/words.h"
 #include "base/numbers.h"
+#include "spectrum/windows/scalefields.h"
 
 namespace spectrane {
 namespace {
@@ -32,33 +33,8 @@ constexpr int kPrintIntervals[] = {1, 2, 5, 10, 20, 50, 100};
 constexpr int kScaleCharacters = 10;
 constexpr const char* kRangeFormat = "0.0";
 
-/// What the ends of a scale are held inside, and how they are shown.
-struct RangeRow {
-  double Lowest;
-  double Highest;
-  const char* Unit;
-};
-constexpr RangeRow kRanges[] = {{-0.5, 3.0, "Abs"}, {-1.0, 200.0, "%T"}, {0.0, 65535.0, ""}};
-
-const RangeRow& RangeOf(ScanMode mode) {
-  return kRanges[static_cast<std::size_t>(mode) - 1];
-}
-
 std::string PatternOf(ScanMode mode, const DisplayFormats& formats) {
   return mode == ScanMode::Trans ? formats.TransFormat : mode == ScanMode::Energy ? "0" : formats.AbsFormat;
-}
-
-void StoreRange(WLSOption& option, ScanMode mode, const ScanRange& range) {
-  if (mode == ScanMode::Abs) {
-    option.AbsTop = range.Top;
-    option.AbsBottom = range.Bottom;
-  } else if (mode == ScanMode::Trans) {
-    option.TransTop = range.Top;
-    option.TransBottom = range.Bottom;
-  } else {
-    option.EnergyTop = ToLong(range.Top);
-    option.EnergyBottom = ToLong(range.Bottom);
-  }
 }
 
 }  // namespace
@@ -251,7 +227,7 @@ void FrmWLSConfig::ShowRange(ScanMode mode) {
   const std::string pattern = PatternOf(mode, frame_.Link().Formats);
   top_->SetNumber(range.Top, pattern);
   bottom_->SetNumber(range.Bottom, pattern);
-  for (QLabel* unit : {topUnit_, bottomUnit_}) unit->setText(QLatin1String(RangeOf(mode).Unit));
+  for (QLabel* unit : {topUnit_, bottomUnit_}) unit->setText(QLatin1String(LimitsOf(mode).Unit));
 }
 
 void FrmWLSConfig::SwitchMode(int mode) {
@@ -274,7 +250,7 @@ bool FrmWLSConfig::TakeRange() {
   for (NumberField* field : {top_, bottom_}) {
     if (!field->Number()) return Refuse(*field, tr("This is no number."));
   }
-  const RangeRow& limits = RangeOf(mode_);
+  const ScaleLimits& limits = LimitsOf(mode_);
   const std::string pattern = PatternOf(mode_, frame_.Link().Formats);
   const ScanRange range{std::min(*top_->Number(), limits.Highest),
                         std::max(*bottom_->Number(), limits.Lowest)};

@@ -7,14 +7,15 @@ namespace spectrane {
 namespace {
 
 constexpr int kProcessedTableTitle = 1164;
+constexpr int kProcessedListTab = 924;
 /// Processed spectra are searched more coarsely [Abs].
 constexpr double kProcessedPeakHeight = 0.01;
 
 }  // namespace
 
-FrmWLSVer2::FrmWLSVer2(MainWindow& frame)
-    : SpectrumWindow(frame, SpectrumDocument::Kind::Processed, Words(kProcessedTableTitle), {}) {
+FrmWLSVer2::FrmWLSVer2(MainWindow& frame) : SpectrumWindow(frame, SpectrumDocument::Kind::Processed) {
   setObjectName(QStringLiteral("FrmWLSVer2"));
+  BuildTables("FrmDataTabel12", {Words(kProcessedTableTitle), Words(kProcessedListTab), {}, {}});
   SetCaption(Words(kNewWLS).trimmed());
   ScanSettings settings;
   LoadSettings<ScanSettings>(Frame().Settings(), kScanSettingRows, settings);

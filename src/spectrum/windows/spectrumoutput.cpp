@@ -2,9 +2,7 @@
 
 #include <tuple>
 
-#include "output/curvepicture.h"
 #include "output/scanreport.h"
-#include "output/windows/piccurve.h"
 #include "spectrum/windows/spectrumwindow.h"
 
 namespace spectrane {
@@ -14,22 +12,14 @@ const ScanSource& SpectrumWindow::Source() {
 }
 
 std::optional<ExportSheet> SpectrumWindow::MakeSheet() {
-  return ScanSheet(Source(), formats_, OutputHead());
+  return ScanSheet(Source(), Formats(), OutputHead());
 }
 
 std::optional<Report> SpectrumWindow::MakeReport() {
   ScanReportParts parts = ReportPartsOf(settings_);
   std::tie(parts.MaxStartWavelength, parts.MaxEndWavelength) = ReportRange();
-  return ScanReport(Source(), formats_, OutputHead(), parts,
-                    ScanReportPicture(document_, settings_, formats_, Caption()));
-}
-
-QImage SpectrumWindow::MakePicture() {
-  return curve_->Image();
-}
-
-void SpectrumWindow::mmuFileOutputBMP() {
-  OutputPicture(MakePicture());
+  return ScanReport(Source(), Formats(), OutputHead(), parts,
+                    ScanReportPicture(document_, settings_, Formats(), Caption()));
 }
 
 }  // namespace spectrane

@@ -1,134 +1,70 @@
 #include "spectrum/windows/spectrumwindow.h"
 
-#include <QClipboard>
-#include <QFileInfo>
-#include <QGuiApplication>
-#include <QVBoxLayout>
-
-#include <cmath>
-
 #include "app/ground/commands.h"
-#include "app/ground/frmdatatabel.h"
 #include "app/ground/words.h"
 #include "base/numbers.h"
 #include "output/foundmarks.h"
 #include "output/plottexts.h"
 #include "output/scanview.h"
-#include "output/windows/piccurve.h"
 #include "spectrum/windows/frmpeakheight.h"
+#include "spectrum/windows/spectrumcolumns.h"
 
 namespace spectrane {
 namespace {
 
 constexpr int kFileFilter = 928;
-constexpr int kRecordTab = 924;
 constexpr int kPeakTab = 925;
-constexpr int kNumberColumn = 706;
-constexpr int kWavelengthColumn = 702;
-
-constexpr const char* kPointWavelengthFormat = "0.0";
-constexpr const char* kCountsFormat = "0";
-/// A rectangle that is smaller was a click [pixels].
-constexpr int kSmallestRectangle = 4;
-constexpr int kPeakListTab = 1;
-
-QString Figure(double value, const std::string& pattern) {
-  return QString::fromStdString(Format(value, pattern));
-}
 
 }  // namespace
 
-SpectrumWindow::SpectrumWindow(MainWindow& frame, SpectrumDocument::Kind kind, const QString& tableTitle,
-                               const std::vector<PointColumn>& columns)
-    : DocumentWindow(frame), formats_(frame.Link().Formats), document_(kind), curve_(new PicCurve(this)) {
-  curve_->setObjectName(QStringLiteral("PicCurve"));
-  auto* const layout = new QVBoxLayout(this);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->addWidget(curve_);
-  setFocusProxy(curve_);
-  BuildTables(tableTitle, columns);
-  ConnectCurve();
-}
+SpectrumWindow::SpectrumWindow(MainWindow& frame, SpectrumDocument::Kind kind)
+    : CurveWindow(frame), document_(kind) {}
 
 SpectrumWindow::~SpectrumWindow() {
-  // What the pointer was over is gone with the window.
-  Frame().ShowReadout({});
   delete curveDataTabel_;
 }
 
-std::vector<PointColumn> SpectrumWindow::UsualColumns() const {
-  const auto at = [](std::span<const double> values, std::int32_t point) {
-    return values[static_cast<std::size_t>(point)];
-  };
-  return {
-      {Words(kNumberColumn), {}, QStringLiteral("00000")},
-      {Words(kWavelengthColumn),
-       [this, at](std::int32_t point) {
-         return Figure(at(document_.Wavelength(), point), kPointWavelengthFormat);
-       },
-       QStringLiteral("1000.0")},
-      {Words(kAbsTitle),
-       [this, at](std::int32_t point) { return Figure(at(document_.Abs(), point), formats_.AbsFormat); },
-       QStringLiteral("-0.0000")},
-      {Words(kTransTitle),
-       [this, at](std::int32_t point) { return Figure(at(document_.Trans(), point), formats_.TransFormat); },
-       QStringLiteral("200.00")}};
-}
-
-void SpectrumWindow::BuildTables(const QString& title, const std::vector<PointColumn>& more) {
-  std::vector<PointColumn> columns = UsualColumns();
-  columns.insert(columns.end(), more.begin(), more.end());
+void SpectrumWindow::BuildTables(const char* layoutName, const TablePlan& plan) {
+  std::vector<PointColumn> columns = SpectrumColumns(Formats(), [this] {
+    return SpectrumPoints{document_.Wavelength(), document_.Trans(), document_.Abs()};
+  });
+  columns.insert(columns.end(), plan.MoreColumns.begin(), plan.MoreColumns.end());
   recordTable_ = new PointTable(columns, this);
   peakTable_ = new PointTable(columns, this);
   peakTable_->ShowSome({});
-  curveDataTabel_ =
-      new FrmDataTabel(title, QStringLiteral("FrmDataTabel%1").arg(CheckFileType()),
-                       {{Words(kRecordTab), recordTable_}, {Words(kPeakTab), peakTable_}}, Frame().Layout());
+  std::vector<DataTab> tabs = plan.Before;
+  tabs.push_back({plan.PointsCaption, recordTable_});
+  tabs.push_back({Words(kPeakTab), peakTable_});
+  curveDataTabel_ = new FrmDataTabel(plan.Title, QLatin1String(layoutName), tabs, Frame().Layout());
 }
 
-void SpectrumWindow::ConnectCurve() {
-  curve_->SetPopup([this](int command) { return Frame().ActionOf(command); });
-  connect(curve_, &PicCurve::PointedAt, this,
-          [this](std::size_t, std::size_t point) { Frame().ShowReadout(PointText(point)); });
-  connect(curve_, &PicCurve::PointedAway, this, [this] { Frame().ShowReadout({}); });
-  connect(curve_, &PicCurve::ZoomSelectingChanged, this, [this](bool on) {
-    if (!on) Frame().ShowReadout({});
-  });
-  connect(curve_, &PicCurve::ScaleChosen, this, [this](const CurveScale& scale) { LookAt(scale); });
-  connect(curve_, &PicCurve::RectangleSelected, this, [this](const CurveScale& scale, const QSize& pixels) {
-    if (pixels.width() >= kSmallestRectangle && pixels.height() >= kSmallestRectangle) LookAt(scale);
-  });
-  connect(curve_, &PicCurve::HomeWanted, this, [this] { mmuZoomWindow(); });
+CurveView SpectrumWindow::MakeView() const {
+  CurveView view = ScanView(document_, settings_, Formats(), Caption());
+  if (document_.PointCount() == 0) view.Caption = EmptyHint();
+  return view;
 }
 
-void SpectrumWindow::LookAt(const CurveScale& scale) {
-  if (!scale.Drawable()) return;
+QString SpectrumWindow::EmptyHint() const {
+  return tr("No points yet. Stored spectra open by File, Open (Ctrl+O).");
+}
+
+void SpectrumWindow::TakeView(const CurveScale& scale) {
   ScanScale view = document_.View();
-  view.StartWavelength = scale.X.Low;
-  view.EndWavelength = scale.X.High;
-  view.Of(document_.Mode()) = {scale.Y.High, scale.Y.Low};
+  LookThrough(view, document_.Mode(), scale);
   document_.SetView(view);
-  curve_->SetScale(scale);
 }
 
-QString SpectrumWindow::PointText(std::size_t point) const {
-  if (point >= document_.Wavelength().size()) return {};
-  QString text = QStringLiteral("No. %1    %2    %3 Abs    %4 %T")
-                     .arg(point + 1)
-                     .arg(Figure(document_.Wavelength()[point], "0.0 nm"),
-                          Figure(document_.Abs()[point], formats_.AbsFormat),
-                          Figure(document_.Trans()[point], formats_.TransFormat));
-  if (document_.Mode() == ScanMode::Energy)
-    text +=
-        QStringLiteral("    %1 ").arg(Figure(document_.Energy()[point], kCountsFormat)) + Words(kEnergyTitle);
+CurveScale SpectrumWindow::SeenScale() const {
+  return ScanViewScale(document_);
+}
+
+QString SpectrumWindow::PointText(std::size_t /*line*/, std::size_t point) const {
+  QString text = PointLine(Formats(), {document_.Wavelength(), document_.Trans(), document_.Abs()}, point);
+  if (!text.isEmpty() && document_.Mode() == ScanMode::Energy) {
+    text += QStringLiteral("    %1 ").arg(QString::fromStdString(Format(document_.Energy()[point], "0"))) +
+            Words(kEnergyTitle);
+  }
   return text;
-}
-
-void SpectrumWindow::ShowPicture() {
-  CurveView view = ScanView(document_, settings_, formats_, Caption());
-  if (document_.PointCount() == 0)
-    view.Caption = tr("No points yet. Stored spectra open by File, Open (Ctrl+O).");
-  curve_->SetView(std::move(view));
 }
 
 void SpectrumWindow::DisplayRecordTable() {
@@ -152,27 +88,11 @@ void SpectrumWindow::TakeSettings(const ScanSettings& settings) {
   Frame().DataTableChanged(this);
 }
 
-void SpectrumWindow::mmuZoomIn() {
-  const CurveScale seen = ScanViewScale(document_);
-  LookAt({RoundedOutward(AxisKind::Wavelength, seen.X), RoundedOutward(ScanAxis(document_.Mode()), seen.Y)});
-  curve_->SetZoomSelecting(true);
-  Frame().ShowReadout(tr("Draw a rectangle around what you want to see. Esc leaves the view as it is."));
-}
-
-void SpectrumWindow::mmuZoomWindow() {
-  document_.ShowHome();
-  curve_->SetScale(ScanViewScale(document_));
-}
-
-void SpectrumWindow::mmuZoomOut() {
-  curve_->HideCursor();
-}
-
 void SpectrumWindow::FindPeak() {
   // An export that runs holds on to the peaks that stand.
   if (RunsNow()) return;
   document_.FindPeak({settings_.PeakHeight, settings_.PeakEnable, settings_.ValleyEnable});
-  curveDataTabel_->SelectTab(kPeakListTab);
+  curveDataTabel_->SelectTab(curveDataTabel_->TabCount() - 1);
   DisplayRecordTable();
   ShowPicture();
 }
@@ -185,12 +105,12 @@ void SpectrumWindow::mmuSetPeakHeight() {
   PeakHeightChanged();
 }
 
-void SpectrumWindow::CopyPicture() {
-  QGuiApplication::clipboard()->setImage(curve_->Image());
-}
-
 QString SpectrumWindow::OpenFileName() const {
   return QString::fromStdString(document_.FileName());
+}
+
+QString SpectrumWindow::NameAsSource() const {
+  return OpenFileName().isEmpty() ? Caption() : OpenFileName();
 }
 
 bool SpectrumWindow::Offers(int command) const {
@@ -211,6 +131,8 @@ bool SpectrumWindow::Offers(int command) const {
       return !RunsNow();
     case kSave:
     case kSaveAs:
+    case kSpectrumSmooth:
+    case kSpectrumDerivative:
       return document_.PointCount() > 0;
     default:
       return false;

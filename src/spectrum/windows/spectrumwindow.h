@@ -2,20 +2,21 @@
 
 #include <QPointer>
 
-#include "app/ground/documentwindow.h"
+#include <functional>
+#include <vector>
+
+#include "app/ground/frmdatatabel.h"
 #include "app/ground/pointtable.h"
-#include "base/displayformats.h"
-#include "output/curveview.h"
 #include "output/scanoutput.h"
+#include "output/windows/curvewindow.h"
 #include "spectrum/scansettings.h"
 #include "spectrum/spectrumdocument.h"
 
 namespace spectrane {
 
-class PicCurve;
-
-/// What the windows of one spectrum have in common: the curve, the tables, the search, the zoom, the file.
-class SpectrumWindow : public DocumentWindow {
+/// What the windows of one spectrum have in common: the curve, the tables, the search, the zoom, the file,
+/// and handing the spectrum on.
+class SpectrumWindow : public CurveWindow {
   Q_OBJECT
 
  public:
@@ -25,24 +26,15 @@ class SpectrumWindow : public DocumentWindow {
   std::int32_t GetRecordNo() const { return document_.PointCount(); }
   const ScanSettings& Settings() const { return settings_; }
 
-  /// Rounds the view outward to its divisions; the next rectangle that is drawn becomes the view.
-  void mmuZoomIn() override;
-  /// Back to the home view.
-  void mmuZoomWindow() override;
-  /// The cursor goes.
-  void mmuZoomOut() override;
   /// Searches peaks and valleys, marks and lists them.
   void FindPeak() override;
   /// Asks for the peak value. Yields.
   void mmuSetPeakHeight() override;
-  /// The picture into the clipboard.
-  void CopyPicture() override;
-  /// The picture as it stands into a file.
-  void mmuFileOutputBMP() override;
-  /// Draws scale, curve and marks anew.
-  void ShowPicture();
   /// Fills the tables anew.
-  void DisplayRecordTable();
+  virtual void DisplayRecordTable();
+  /// Opens a window that smooths this spectrum, or derives it. It has its own copy of the points.
+  void mmuSpectrumSmooth() override;
+  void mmuSpectrumDev() override;
 
   int CheckFileType() const override { return document_.FileType(); }
   QString OpenFileName() const override;
@@ -50,10 +42,27 @@ class SpectrumWindow : public DocumentWindow {
   void FormatsChanged() override;
   FrmDataTabel* DataTable() const override;
 
+  /// What a window that processes this spectrum names as its source, and the colour of the curve there.
+  virtual QString NameAsSource() const;
+  virtual std::int32_t ColourAsSource() const { return settings_.CurveColor; }
+
  protected:
-  /// `columns` in addition to number, wavelength, absorbance and transmittance.
-  SpectrumWindow(MainWindow& frame, SpectrumDocument::Kind kind, const QString& tableTitle,
-                 const std::vector<PointColumn>& columns);
+  SpectrumWindow(MainWindow& frame, SpectrumDocument::Kind kind);
+
+  /// The tables of the window. To be called once, before anything else.
+  struct TablePlan {
+    QString Title;
+    /// Rider of the spectrum's own points, and what of them stands beside number, wavelength, absorbance and
+    /// transmittance.
+    QString PointsCaption;
+    std::vector<PointColumn> MoreColumns;
+    /// In front of them. The Peak List comes last.
+    std::vector<DataTab> Before;
+  };
+  void BuildTables(const char* layoutName, const TablePlan& plan);
+
+  /// Shown or not.
+  FrmDataTabel* Tables() const { return curveDataTabel_; }
 
   SpectrumDocument& ChangedDocument() { return document_; }
   /// Takes other settings: looks at their home view and values, and forgets what is not searched any more.
@@ -61,6 +70,8 @@ class SpectrumWindow : public DocumentWindow {
   void SetPeakHeight(double height) { settings_.PeakHeight = height; }
   /// The peak value was confirmed.
   virtual void PeakHeightChanged() {}
+  /// In the place of a curve while there are no points.
+  virtual QString EmptyHint() const;
 
   /// The document as reports and exports see it, while this window stands.
   const ScanSource& Source();
@@ -68,7 +79,12 @@ class SpectrumWindow : public DocumentWindow {
   virtual std::pair<double, double> ReportRange() const { return document_.WavelengthRange(); }
   std::optional<Report> MakeReport() override;
   std::optional<ExportSheet> MakeSheet() override;
-  QImage MakePicture() override;
+
+  CurveView MakeView() const override;
+  void TakeView(const CurveScale& scale) override;
+  void TakeHomeView() override { document_.ShowHome(); }
+  CurveScale SeenScale() const override;
+  QString PointText(std::size_t line, std::size_t point) const override;
 
   FileKindWords FileWords() const override;
   bool IsModified() const override { return document_.IsModified(); }
@@ -77,16 +93,8 @@ class SpectrumWindow : public DocumentWindow {
   bool ReadDocument(const QString& path, QString& fault) override;
 
  private:
-  std::vector<PointColumn> UsualColumns() const;
-  void BuildTables(const QString& title, const std::vector<PointColumn>& more);
-  void ConnectCurve();
-  QString PointText(std::size_t point) const;
-  void LookAt(const CurveScale& scale);
-
-  const DisplayFormats& formats_;
   SpectrumDocument document_;
   ScanSettings settings_;
-  PicCurve* curve_;
   std::optional<ScanSource> source_;
   PointTable* recordTable_ = nullptr;
   PointTable* peakTable_ = nullptr;

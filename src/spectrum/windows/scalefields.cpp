@@ -1,0 +1,195 @@
+#include "spectrum/windows/scalefields.h"
+
+#include <QButtonGroup>
+#include <QDialog>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QRadioButton>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+#include "app/ground/dialogparts.h"
+#include "app/ground/mainwindow.h"
+#include "app/ground/numberfield.h"
+#include "app/ground/words.h"
+#include "base/numbers.h"
+
+namespace spectrane {
+namespace {
+
+constexpr ScaleLimits kScaleLimits[] = {{-0.5, 3.0, "Abs"}, {-1.0, 200.0, "%T"}, {0.0, 65535.0, ""}};
+constexpr int kModeTexts[] = {703, 705};
+constexpr const char* kModeNames[] = {"OptionAbs", "OptionTrans"};
+constexpr int kModeTitle = 1166;
+constexpr int kScaleTitle = 1169;
+constexpr int kTopText = 1170;
+constexpr int kBottomText = 1171;
+constexpr int kRangeTitle = 1172;
+constexpr int kStartText = 1173;
+constexpr int kEndText = 1174;
+constexpr int kEndCharacters = 10;
+constexpr const char* kWavelengthEndFormat = "0.0";
+
+const char* EndFormat(ScanMode mode) {
+  return mode == ScanMode::Trans ? "0.0" : "0.000";
+}
+
+}  // namespace
+
+const ScaleLimits& LimitsOf(ScanMode mode) {
+  return kScaleLimits[static_cast<std::size_t>(mode) - 1];
+}
+
+void StoreRange(WLSOption& option, ScanMode mode, const ScanRange& range) {
+  if (mode == ScanMode::Abs) {
+    option.AbsTop = range.Top;
+    option.AbsBottom = range.Bottom;
+  } else if (mode == ScanMode::Trans) {
+    option.TransTop = range.Top;
+    option.TransBottom = range.Bottom;
+  } else {
+    option.EnergyTop = ToLong(range.Top);
+    option.EnergyBottom = ToLong(range.Bottom);
+  }
+}
+
+ScaleFields::ScaleFields(MainWindow& frame, QDialog& dialog, const WLSOption& option)
+    : QObject(&dialog),
+      frame_(frame),
+      dialog_(dialog),
+      option_(option),
+      mode_(option.DisplayMode == 2 ? ScanMode::Trans : ScanMode::Abs),
+      modes_(new QButtonGroup(&dialog)),
+      remark_(new QLabel(&dialog)) {
+  remark_->setObjectName(QStringLiteral("LabelRemark"));
+}
+
+QGroupBox* ScaleFields::BuildMode(DialogParts& parts) {
+  auto* const group = new QGroupBox(Caption(kModeTitle), &dialog_);
+  group->setObjectName(QStringLiteral("FrameMode"));
+  auto* const column = new QVBoxLayout(group);
+  for (int i = 0; i < 2; ++i) {
+    auto* const option = new QRadioButton(group);
+    parts.Finish(*option, kModeNames[i], Caption(kModeTexts[i]));
+    modes_->addButton(option, i + 1);
+    column->addWidget(option);
+  }
+  modes_->button(static_cast<int>(mode_))->setChecked(true);
+  connect(modes_, &QButtonGroup::idToggled, this, [this](int mode, bool on) {
+    if (on) SwitchMode(mode);
+  });
+  return group;
+}
+
+void ScaleFields::SetFocus() {
+  modes_->checkedButton()->setFocus();
+}
+
+NumberField* ScaleFields::AddField(QGroupBox* group, DialogParts& parts, int row, const char* name,
+                                   const char* labelName, int textId, QLabel* unit) {
+  auto* const grid = static_cast<QGridLayout*>(group->layout());
+  auto* const field = new NumberField(kEndCharacters, group);
+  grid->addWidget(parts.Finish(*field, name, labelName, Caption(textId)), row, 0);
+  grid->addWidget(field, row, 1);
+  grid->addWidget(unit, row, 2);
+  // Both groups of a column begin their fields at one place.
+  unit->setMinimumWidth(unit->fontMetrics().horizontalAdvance(QStringLiteral("Abs")));
+  return field;
+}
+
+QGroupBox* ScaleFields::BuildScale(DialogParts& parts) {
+  auto* const group = new QGroupBox(Caption(kScaleTitle), &dialog_);
+  group->setObjectName(QStringLiteral("FrameScale"));
+  new QGridLayout(group);
+  topUnit_ = new QLabel(group);
+  topUnit_->setObjectName(QStringLiteral("ScaleTopUnitLabel"));
+  bottomUnit_ = new QLabel(group);
+  bottomUnit_->setObjectName(QStringLiteral("ScaleBottomUnitLabel"));
+  top_ = AddField(group, parts, 0, "ScaleTopText", "LabelTop", kTopText, topUnit_);
+  bottom_ = AddField(group, parts, 1, "ScaleBottomText", "LabelBottom", kBottomText, bottomUnit_);
+  for (NumberField* field : {top_, bottom_})
+    connect(field, &QLineEdit::editingFinished, this, [this] { HoldEnds(); });
+  ShowEnds();
+  return group;
+}
+
+QGroupBox* ScaleFields::BuildRange(DialogParts& parts) {
+  auto* const group = new QGroupBox(Caption(kRangeTitle), &dialog_);
+  group->setObjectName(QStringLiteral("FrameWavelength"));
+  new QGridLayout(group);
+  const auto nm = [group] { return new QLabel(QStringLiteral("nm"), group); };
+  start_ = AddField(group, parts, 0, "StartWLText", "LabelStartWL", kStartText, nm());
+  end_ = AddField(group, parts, 1, "EndWLText", "LabelEndWL", kEndText, nm());
+  start_->SetNumber(option_.StartWavelength, kWavelengthEndFormat);
+  end_->SetNumber(option_.EndWavelength, kWavelengthEndFormat);
+  for (NumberField* field : {start_, end_})
+    connect(field, &QLineEdit::editingFinished, this, [this, field] { HoldWavelength(*field); });
+  return group;
+}
+
+void ScaleFields::ShowEnds() {
+  const ScanRange range = ScaleOf(option_).Of(mode_);
+  top_->SetNumber(range.Top, EndFormat(mode_));
+  bottom_->SetNumber(range.Bottom, EndFormat(mode_));
+  for (QLabel* unit : {topUnit_, bottomUnit_}) unit->setText(QLatin1String(LimitsOf(mode_).Unit));
+}
+
+void ScaleFields::SwitchMode(int mode) {
+  HoldEnds();
+  // What was typed for the other mode is kept; what is no number was never there.
+  const ScanRange before = ScaleOf(option_).Of(mode_);
+  StoreRange(option_, mode_,
+             {top_->Number().value_or(before.Top), bottom_->Number().value_or(before.Bottom)});
+  mode_ = ScanModeOf(mode);
+  ShowEnds();
+  remark_->clear();
+}
+
+void ScaleFields::HoldEnds() {
+  const ScaleLimits& limits = LimitsOf(mode_);
+  if (top_->Number().value_or(limits.Highest) > limits.Highest)
+    top_->SetNumber(limits.Highest, EndFormat(mode_));
+  if (bottom_->Number().value_or(limits.Lowest) < limits.Lowest)
+    bottom_->SetNumber(limits.Lowest, EndFormat(mode_));
+}
+
+void ScaleFields::HoldWavelength(NumberField& field) {
+  const InstrumentState& state = frame_.Link().State;
+  if (const std::optional<double> typed = field.Number())
+    field.SetNumber(std::clamp(*typed, state.WavelengthMin, state.WavelengthMax), kWavelengthEndFormat);
+}
+
+bool ScaleFields::Refuse(NumberField& field, const QString& remark) {
+  remark_->setText(remark);
+  field.PointOut();
+  return false;
+}
+
+bool ScaleFields::Take(WLSOption& option) {
+  HoldEnds();
+  for (NumberField* field : {top_, bottom_, start_, end_}) {
+    if (!field->Number()) return Refuse(*field, tr("This is no number."));
+    // Return in a field leaves it as well.
+    if (field->isModified() && (field == start_ || field == end_)) HoldWavelength(*field);
+  }
+  if (*top_->Number() == *bottom_->Number()) return Refuse(*top_, tr("Top and bottom are equal."));
+  if (*start_->Number() == *end_->Number()) return Refuse(*end_, tr("Start and end are equal."));
+  const auto [bottom, top] = std::minmax({*bottom_->Number(), *top_->Number()});
+  const ScaleLimits& limits = LimitsOf(mode_);
+  StoreRange(option_, mode_, {std::min(top, limits.Highest), std::max(bottom, limits.Lowest)});
+  option_.StartWavelength = *start_->Number();
+  option_.EndWavelength = *end_->Number();
+  if (option_.AbsTop < option_.AbsBottom) std::swap(option_.AbsTop, option_.AbsBottom);
+  if (option_.TransTop < option_.TransBottom) std::swap(option_.TransTop, option_.TransBottom);
+  if (option_.StartWavelength > option_.EndWavelength)
+    std::swap(option_.StartWavelength, option_.EndWavelength);
+  option_.DisplayMode = static_cast<std::int32_t>(mode_);
+  option = option_;
+  return true;
+}
+
+}  // namespace spectrane

@@ -110,7 +110,7 @@ void ReportTableLayout::ShareRest(double width) {
   }
   // Texts have room for their titles, and share what is left by what they would need.
   const auto least = [this](std::size_t i) {
-    return std::max(TitleWidth(i) + 2 * gap_, gap_ * kFewestLetters);
+    return std::min(widths_[i], std::max(TitleWidth(i) + 2 * gap_, gap_ * kFewestLetters));
   };
   double texts = 0;
   double titles = 0;
@@ -123,8 +123,8 @@ void ReportTableLayout::ShareRest(double width) {
   const double rest = width - (sum - texts) - titles;
   for (std::size_t i = 0; i < widths_.size(); ++i) {
     if (!wraps_[i]) continue;
-    const double wanted = texts > titles ? (widths_[i] - least(i)) / (texts - titles) : 0;
-    widths_[i] = least(i) + std::max(0.0, wanted) * std::max(0.0, rest);
+    const double share = texts > titles ? (widths_[i] - least(i)) / (texts - titles) : 0;
+    widths_[i] = least(i) + share * std::max(0.0, rest);
   }
 }
 

@@ -102,8 +102,9 @@ void SampleWindow::ShowEverything() {
 
 void SampleWindow::ShowSettings(bool hadFile) {
   if (hadFile && OpenFileName().isEmpty()) SetCaption(Words(captionText_).trimmed());
+  const int row = std::max(grid_->SelectedRow(), 0);
   ShowEverything();
-  ShowRow(0);
+  ShowRow(row);
   DocumentChanged();
 }
 

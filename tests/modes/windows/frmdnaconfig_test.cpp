@@ -80,10 +80,12 @@ TEST_F(DNAConfig, WhatWasTypedComesBackWithCustomMode) {
 TEST_F(DNAConfig, OKComputesTheRowsInTheSecondMode) {
   OpenTable();
   const std::string file = ReadBytes(Folder.Path("run.dna"));
+  Grid->selectRow(1);
   InOptions([](QWidget& dialog) {
     Click(dialog, "Item2Option");
     Click(dialog, "OKCmd");
   });
+  EXPECT_EQ(Grid->currentIndex().row(), 1) << "the row that was selected is still";
   // 0.45 * 49.1 - 0.25 * 3.48, 0.25 * 183 - 0.45 * 75.8, 0.45 / 0.25
   EXPECT_EQ(RowText(0), "1|a|0.500|0.300|0.050|21.225|11.640|1.8000|note of a");
   // 0.25 * 49.1, -0.25 * 75.8, and nothing to divide by: the ratio of the file

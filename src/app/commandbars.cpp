@@ -68,13 +68,23 @@ void CommandBars::MakeAction(int command) {
   action->setMenuRole(QAction::NoRole);
   const QList<QKeySequence> keys = KeysOf(row);
   action->setShortcuts(keys);
-  QString tip = PlainCaption(action->text());
-  if (!keys.isEmpty()) tip += QStringLiteral(" (") + keys.first().toString(QKeySequence::NativeText) + u')';
-  action->setToolTip(tip);
   action->setStatusTip({});
   connect(action, &QAction::triggered, this, [this, command] { run_(command); });
   window_.addAction(action);
   actions_[command] = action;
+  Explain(command, {});
+}
+
+void CommandBars::Explain(int command, const QString& reason) {
+  QAction& action = *actions_.at(command);
+  const auto [explained, isNew] = reasons_.try_emplace(command);
+  if (!isNew && explained->second == reason) return;
+  explained->second = reason;
+  QString tip = PlainCaption(action.text());
+  const QKeySequence key = action.shortcut();
+  if (!key.isEmpty()) tip += QStringLiteral(" (") + key.toString(QKeySequence::NativeText) + u')';
+  if (!reason.isEmpty()) tip += u'\n' + reason;
+  action.setToolTip(tip);
 }
 
 QAction* CommandBars::Action(int command) const {

@@ -28,6 +28,8 @@ class CommandBars : public QObject {
   void Adopt(QToolBar* bar);
 
   QAction* Action(int command) const;
+  /// The tip of a command: its words, its key, and `reason` below them.
+  void Explain(int command, const QString& reason);
   /// Null for a view command that is no bar of buttons.
   QToolBar* Bar(int viewCommand) const;
   const std::vector<QToolBar*>& Bars() const { return bars_; }
@@ -46,6 +48,7 @@ class CommandBars : public QObject {
   QMainWindow& window_;
   std::function<void(int)> run_;
   std::map<int, QAction*> actions_;
+  std::map<int, QString> reasons_;
   std::map<int, QToolBar*> barOf_;
   std::vector<QToolBar*> bars_;
   std::vector<QAction*> expandActions_;

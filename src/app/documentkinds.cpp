@@ -2,6 +2,8 @@
 
 #include "app/ground/commands.h"
 #include "modes/windows/frmbasic.h"
+#include "modes/windows/frmdna.h"
+#include "modes/windows/frmmulti.h"
 #include "modes/windows/frmqua.h"
 #include "modes/windows/frmts.h"
 #include "spectrum/windows/frmwls.h"
@@ -19,8 +21,8 @@ const DocumentKind kKinds[] = {
     {kQuantitationFile, 1, kNewQua, 104, "FrmQua", &Make<FrmQua>},
     {kKineticsFile, 2, kNewTS, 105, "FrmTS", &Make<FrmTS>},
     {kScanFile, 3, kNewWLS, 106, "FrmWLS", &Make<FrmWLS>},
-    {kMultiFile, 4, kNewMulti, 107, "FrmMulti", nullptr},
-    {kDNAFile, 5, kNewDNA, 108, "FrmDNA", nullptr},
+    {kMultiFile, 4, kNewMulti, 107, "FrmMulti", &Make<FrmMulti>},
+    {kDNAFile, 5, kNewDNA, 108, "FrmDNA", &Make<FrmDNA>},
     {kPhotometryFile, 11, kNewBasic, 121, "FrmBasic", &Make<FrmBasic>},
     {0, 12, 0, 0, "FrmWLSVer2", &Make<FrmWLSVer2>},
 };

@@ -73,7 +73,11 @@ bool FrmMain::IsEnabled(const CommandRow& row) const {
 
 void FrmMain::UpdateCommands() {
   if (!bars_ || !link_ || !workspace_) return;
-  for (const CommandRow& row : CommandRows()) bars_->Action(row.Number)->setEnabled(IsEnabled(row));
+  const DocumentWindow* const active = ActiveForm();
+  for (const CommandRow& row : CommandRows()) {
+    bars_->Action(row.Number)->setEnabled(IsEnabled(row));
+    bars_->Explain(row.Number, active ? active->WhyNot(row.Number) : QString());
+  }
   const InstrumentState& state = link_->State;
   status_->ShowSimulated(state.InstrumentConnected && link_->Instrument.Company().starts_with(kSimulated));
   if (remark_.empty()) ShowRemarkLine();

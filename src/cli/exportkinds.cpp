@@ -6,6 +6,8 @@
 #include "cli/command.h"
 #include "output/baselineoutput.h"
 #include "output/curvepicture.h"
+#include "output/dnaoutput.h"
+#include "output/multioutput.h"
 #include "output/photometryoutput.h"
 #include "output/quantitationoutput.h"
 #include "output/quantitationpicture.h"
@@ -36,21 +38,27 @@ void OpenWhole(Document& document, const std::string& path) {
   if (!document.OpenFile(path)) throw Refusal(path, document.LastFault());
 }
 
-class PhotometryExport : public ExportDocument {
+/// A kind without a curve; its picture is refused in the words of that number.
+template <typename Document, auto kSheet, auto kReport, int kRefusal>
+class TableExport : public ExportDocument {
  public:
   void Open(const std::string& path, const ExportSurroundings&) override { OpenWhole(document_, path); }
   ExportSheet Sheet(const ExportSurroundings& around) override {
-    return PhotometrySheet(document_, around.Formats, around.Head);
+    return kSheet(document_, around.Formats, around.Head);
   }
   QImage Picture(const ExportSurroundings&) override { return {}; }
-  int PictureRefusal() const override { return 969; }
+  int PictureRefusal() const override { return kRefusal; }
   Report MakeReport(const ExportSurroundings& around) override {
-    return PhotometryReport(document_, around.Formats, around.Head);
+    return kReport(document_, around.Formats, around.Head);
   }
 
  private:
-  PhotometryDocument document_;
+  Document document_;
 };
+
+using PhotometryExport = TableExport<PhotometryDocument, &PhotometrySheet, &PhotometryReport, 969>;
+using MultiExport = TableExport<MultiDocument, &MultiSheet, &MultiReport, 1015>;
+using DNAExport = TableExport<DNADocument, &DNASheet, &DNAReport, 1025>;
 
 class QuantitationExport : public ExportDocument {
  public:
@@ -169,6 +177,10 @@ std::unique_ptr<ExportDocument> ExportDocumentOf(std::int32_t fileType) {
       return std::make_unique<TimeScanExport>();
     case 3:
       return std::make_unique<ScanExport>(SpectrumDocument::Kind::Measured);
+    case 4:
+      return std::make_unique<MultiExport>();
+    case 5:
+      return std::make_unique<DNAExport>();
     case 6:
       return std::make_unique<BaselineExport>();
     case 11:

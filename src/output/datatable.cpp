@@ -26,11 +26,13 @@ std::string BySize(double value) {
 std::string CellText(const TableColumn& column, const TableCell& cell) {
   if (const auto* const text = std::get_if<std::string>(&cell)) return OneLine(*text);
   const double value = std::get<double>(cell);
-  return column.Pattern == kBySize ? BySize(value) : Format(value, column.Pattern);
+  if (column.Pattern == kBySize && !column.PatternOf) return BySize(value);
+  return Format(value, CellPattern(column, value));
 }
 
 std::string CellPattern(const TableColumn& column, double value) {
   if (column.Pattern != kBySize) return column.Pattern;
+  if (column.PatternOf) return column.PatternOf(value);
   const std::string text = BySize(value);
   const std::size_t point = text.find('.');
   return point == std::string::npos ? "0" : "0." + std::string(text.size() - point - 1, '0');

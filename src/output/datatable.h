@@ -8,7 +8,7 @@
 
 namespace spectrane {
 
-/// In the place of a number pattern: fewer decimals the larger the value is.
+/// In the place of a number pattern: one that goes by the size of the value.
 inline constexpr const char* kBySize = "General";
 
 struct TableColumn {
@@ -17,6 +17,9 @@ struct TableColumn {
   std::string Pattern;
   /// On a spreadsheet [characters].
   double Width = 12;
+  /// The pattern of a value where Pattern is kBySize; empty for the rule that results of any size follow:
+  /// fewer decimals the larger the value is.
+  std::function<std::string(double value)> PatternOf = {};
 
   bool HoldsTexts() const { return Pattern.empty(); }
 };

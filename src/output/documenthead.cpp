@@ -46,12 +46,20 @@ std::vector<ReportFact> HeadFacts(const DocumentHead& head) {
 }
 
 Report ReportOf(const DocumentHead& head, int titleText) {
+  return ReportOf(head, Text(titleText));
+}
+
+Report ReportOf(const DocumentHead& head, const std::string& title) {
   Report report;
-  report.Title = FromUtf8(Text(titleText));
+  report.Title = FromUtf8(title);
   report.DocumentName = FromUtf8(head.Caption.empty() ? head.Name() : head.Caption);
   report.Facts = HeadFacts(head);
   report.Font = QFont(FromUtf8(FontFor(GetLanguageIndex()).Name));
   return report;
+}
+
+std::string AbsAt(double wavelength) {
+  return "Abs(" + Format(wavelength, "0.0") + "nm)";
 }
 
 std::string WavelengthList(std::vector<double> wavelengths) {

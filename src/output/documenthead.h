@@ -33,9 +33,13 @@ struct DocumentHead {
 std::vector<ReportFact> HeadFacts(const DocumentHead& head);
 
 /// A report with that title and these facts, in the language's own font.
+Report ReportOf(const DocumentHead& head, const std::string& title);
 Report ReportOf(const DocumentHead& head, int titleText);
 
 /// "546.0nm, 620.0nm" of the wavelengths, each once, in rising order.
 std::string WavelengthList(std::vector<double> wavelengths);
+
+/// "Abs(546.0nm)": the absorbance at that wavelength, in headings and formulas.
+std::string AbsAt(double wavelength);
 
 }  // namespace spectrane

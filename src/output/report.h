@@ -20,7 +20,7 @@ struct ReportFact {
   QString Value;
 };
 
-/// A heading with a text below it.
+/// A heading with a text below it, which may have several lines.
 struct ReportText {
   QString Heading;
   QString Text;

@@ -128,9 +128,11 @@ double ReportPages::PaintText(QPainter* painter, const ReportText& text, double 
   }
   top += type_.Heading.LineHeight() * 1.3;
   const double gap = type_.Body.Width(QStringLiteral("n"));
-  for (const QString& line : type_.Body.Lines(text.Text, page_.width() - gap)) {
-    if (painter) painter->drawText(QPointF(page_.left() + gap, top + type_.Body.Metrics.ascent()), line);
-    top += type_.Body.LineHeight();
+  for (const QString& paragraph : text.Text.split(u'\n')) {
+    for (const QString& line : type_.Body.Lines(paragraph, page_.width() - gap)) {
+      if (painter) painter->drawText(QPointF(page_.left() + gap, top + type_.Body.Metrics.ascent()), line);
+      top += type_.Body.LineHeight();
+    }
   }
   return top + type_.Body.LineHeight() - begin;
 }

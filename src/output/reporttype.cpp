@@ -53,23 +53,44 @@ ReportTableLayout::ReportTableLayout(const DataTable& table, const ReportType& t
   Measure(width);
 }
 
-void ReportTableLayout::Measure(double width) {
-  for (std::size_t i = 0; i < table_.Columns.size(); ++i) {
-    const TableColumn& column = table_.Columns[i];
-    // Figures are equally wide: the longest one is the widest. Texts are measured one by one.
-    QString longest;
-    double widest = 0;
-    for (std::int32_t row = 0; row < table_.RowCount; ++row) {
-      const QString text = QString::fromStdString(CellText(column, table_.CellAt(row, i)));
-      if (column.HoldsTexts()) {
-        widest = std::max(widest, type_.Body.Width(text));
-      } else if (text.size() > longest.size()) {
-        longest = text;
-      }
+double ReportTableLayout::CellsWidth(std::size_t column) const {
+  const TableColumn& own = table_.Columns[column];
+  // Figures are equally wide: the longest one is the widest. Texts are measured one by one.
+  QString longest;
+  double widest = 0;
+  for (std::int32_t row = 0; row < table_.RowCount; ++row) {
+    const QString text = QString::fromStdString(CellText(own, table_.CellAt(row, column)));
+    if (own.HoldsTexts()) {
+      widest = std::max(widest, type_.Body.Width(text));
+    } else if (text.size() > longest.size()) {
+      longest = text;
     }
-    widest =
-        std::max({widest, type_.Body.Width(longest), type_.Body.Width(QString::fromStdString(column.Title))});
-    widths_.push_back(widest + 2 * gap_);
+  }
+  return std::max(widest, type_.Body.Width(longest));
+}
+
+double ReportTableLayout::TitleWidth(std::size_t column) const {
+  double widest = 0;
+  for (const QString& line : titles_[column]) widest = std::max(widest, type_.Body.Width(line));
+  return widest;
+}
+
+void ReportTableLayout::Measure(double width) {
+  const std::size_t count = table_.Columns.size();
+  std::vector<double> cells;
+  for (std::size_t i = 0; i < count; ++i) {
+    cells.push_back(CellsWidth(i));
+    titles_.push_back({QString::fromStdString(table_.Columns[i].Title)});
+    widths_.push_back(std::max(cells[i], TitleWidth(i)) + 2 * gap_);
+  }
+  if (std::accumulate(widths_.begin(), widths_.end(), 0.0) > width) {
+    for (std::size_t i = 0; i < count; ++i) {
+      const QString title = titles_[i].first();
+      const qsizetype bracket = title.indexOf(u'(');
+      if (bracket > 0) titles_[i] = {title.left(bracket).trimmed(), title.mid(bracket)};
+      titleLines_ = std::max(titleLines_, titles_[i].size());
+      widths_[i] = std::max(cells[i], TitleWidth(i)) + 2 * gap_;
+    }
   }
   ShareRest(width);
   double left = 0;
@@ -87,15 +108,23 @@ void ReportTableLayout::ShareRest(double width) {
     for (double& columnWidth : widths_) columnWidth += more;
     return;
   }
+  // Texts have room for their titles, and share what is left by what they would need.
+  const auto least = [this](std::size_t i) {
+    return std::min(widths_[i], std::max(TitleWidth(i) + 2 * gap_, gap_ * kFewestLetters));
+  };
   double texts = 0;
-  for (std::size_t i = 0; i < widths_.size(); ++i) {
-    if (table_.Columns[i].HoldsTexts()) texts += widths_[i];
-  }
-  const double rest = width - (sum - texts);
+  double titles = 0;
   for (std::size_t i = 0; i < widths_.size(); ++i) {
     if (!table_.Columns[i].HoldsTexts()) continue;
     wraps_[i] = true;
-    widths_[i] = std::max(widths_[i] * rest / texts, gap_ * kFewestLetters);
+    texts += widths_[i];
+    titles += least(i);
+  }
+  const double rest = width - (sum - texts) - titles;
+  for (std::size_t i = 0; i < widths_.size(); ++i) {
+    if (!wraps_[i]) continue;
+    const double share = texts > titles ? (widths_[i] - least(i)) / (texts - titles) : 0;
+    widths_[i] = least(i) + share * std::max(0.0, rest);
   }
 }
 
@@ -106,7 +135,7 @@ QStringList ReportTableLayout::CellLines(std::int32_t row, std::size_t column) c
 
 double ReportTableLayout::HeadHeight() const {
   const double heading = table_.Heading.empty() ? 0 : type_.Heading.LineHeight() * 1.3;
-  return heading + LineHeight() * 1.5;
+  return heading + LineHeight() * (static_cast<double>(titleLines_) + 0.5);
 }
 
 double ReportTableLayout::RowHeight(std::int32_t row) const {
@@ -126,12 +155,17 @@ void ReportTableLayout::PaintHead(QPainter& painter, double left, double top) co
   }
   painter.setFont(type_.Body.Font);
   for (std::size_t i = 0; i < widths_.size(); ++i) {
-    const QString title = QString::fromStdString(table_.Columns[i].Title);
-    const double room = widths_[i] - 2 * gap_ - type_.Body.Width(title);
-    const double x = left + lefts_[i] + gap_ + (table_.Columns[i].HoldsTexts() ? 0 : room);
-    painter.drawText(QPointF(x, top + type_.Body.Metrics.ascent()), title);
+    // The last line of each title stands on the line below them.
+    double baseline = top + type_.Body.Metrics.ascent() +
+                      LineHeight() * static_cast<double>(titleLines_ - titles_[i].size());
+    for (const QString& title : titles_[i]) {
+      const double room = widths_[i] - 2 * gap_ - type_.Body.Width(title);
+      const double x = left + lefts_[i] + gap_ + (table_.Columns[i].HoldsTexts() ? 0 : room);
+      painter.drawText(QPointF(x, baseline), title);
+      baseline += LineHeight();
+    }
   }
-  const double line = top + LineHeight() * 1.15;
+  const double line = top + LineHeight() * (static_cast<double>(titleLines_) + 0.15);
   painter.drawLine(QPointF(left, line), QPointF(left + lefts_.back() + widths_.back(), line));
 }
 

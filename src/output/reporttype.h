@@ -59,6 +59,9 @@ class ReportTableLayout {
  private:
   double LineHeight() const { return type_.Body.LineHeight(); }
   void Measure(double width);
+  /// Width of the widest cell of a column, its title apart.
+  double CellsWidth(std::size_t column) const;
+  double TitleWidth(std::size_t column) const;
   void ShareRest(double width);
   QStringList CellLines(std::int32_t row, std::size_t column) const;
 
@@ -66,6 +69,9 @@ class ReportTableLayout {
   const ReportType& type_;
   /// Space beside a text.
   double gap_;
+  /// Lines of the titles; what stands in brackets has one of its own in a table that would be too wide.
+  std::vector<QStringList> titles_;
+  qsizetype titleLines_ = 1;
   std::vector<double> lefts_;
   std::vector<double> widths_;
   /// Columns whose texts may need several lines.

@@ -34,7 +34,6 @@ TEST_F(FrmMainFiles, AFileThatCannotBeOpenedLeavesEverythingElseAlone) {
       {"empty.bas", "", " Open File Error!"},
       {"short.bas", std::string(103, 'x'), " Open File Error!"},
       {"foreign.bas", std::string(4000, 'x'), " Open File Error!"},
-      {"table.mul", HeaderBytes(4), " Open File Error!"},
       {"baseline.bsl", HeaderBytes(6), " Open File Error!"},
   };
   for (const Case& each : cases) {

@@ -4,6 +4,7 @@
 #include "cli/batchsupport.h"
 #include "cli/processes.h"
 #include "files/bslfile.h"
+#include "files/samplefiles.h"
 #include "files/tsfile.h"
 #include "files/wlsfile.h"
 
@@ -63,6 +64,32 @@ TEST_F(ExportCommand, APictureThatTheWindowRefusesIsRefusedInItsWords) {
   ExpectRefused(outcome, "run.bas",
                 "Photometry can't save as BMP format file.Please select TXT or CSV format.");
   EXPECT_EQ(NamesIn(folder_.Path()), 1u);
+}
+
+TEST_F(ExportCommand, SamplesAtSeveralWavelengths) {
+  ASSERT_TRUE(WriteSamples(MultiModule(), Path("run.mul"), MultiTable(2), {MultiSample("one", 0.5, 71.25)}));
+  for (const char* const name : {"run.txt", "run.xls", "run.pdf"})
+    EXPECT_EQ(Program({"export", Path("run.mul"), Path(name)}).Status, 0) << name;
+  EXPECT_NE(ReadBytes(Path("run.txt"))
+                .find("Result = 1.000×Abs(200.0nm)+2.000×Abs(250.0nm)\n"
+                      "No.\tSample Name\tAbs(200.0nm)\tAbs(250.0nm)\tResult\n"
+                      "1\tone\t0.500\t0.600\t71.250\n"),
+            std::string::npos);
+  EXPECT_EQ(ReadBytes(Path("run.xls")).substr(0, 4), "\xD0\xCF\x11\xE0");
+  EXPECT_EQ(ReadBytes(Path("run.pdf")).substr(0, 5), "%PDF-");
+  ExpectRefused(Program({"export", Path("run.mul"), Path("run.bmp")}), "run.mul",
+                "Multi Wavelength can't save as BMP format file.Please select TXT or CSV format.");
+}
+
+TEST_F(ExportCommand, SamplesOfDNAAndProtein) {
+  ASSERT_TRUE(WriteSamples(DNAModule(), Path("run.dna"), DNATable(), {DNASample("one", 0.5, 0.3, 0.05)}));
+  for (const char* const name : {"run.txt", "run.xls", "run.pdf"})
+    EXPECT_EQ(Program({"export", Path("run.dna"), Path(name)}).Status, 0) << name;
+  EXPECT_NE(ReadBytes(Path("run.txt"))
+                .find("\tRadio\tNote\n1\tone\t0.500\t0.300\t0.050\t1.5000\t2.5000\t3.5000\tnote of one\n"),
+            std::string::npos);
+  ExpectRefused(Program({"export", Path("run.dna"), Path("run.bmp")}), "run.dna",
+                "DNA/Protein Test can't save as BMP format file.Please select TXT or CSV format.");
 }
 
 TEST_F(ExportCommand, PictureReportAndSpreadsheetOfASpectrum) {

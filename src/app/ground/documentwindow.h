@@ -80,6 +80,8 @@ class DocumentWindow : public QWidget, public RezeroTarget {
   virtual QString OpenFileName() const = 0;
   /// Whether `command` does something here, as the document stands.
   virtual bool Offers(int command) const = 0;
+  /// Why this kind of window never offers `command`; empty where there is nothing to say.
+  virtual QString WhyNot(int /*command*/) const { return {}; }
   /// Number formats have changed: the window shows its figures anew.
   virtual void FormatsChanged() {}
   /// The tables that belong to the window, shown while it is the active child; null for none.

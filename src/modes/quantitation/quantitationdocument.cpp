@@ -1,10 +1,8 @@
 #include "modes/quantitation/quantitationdocument.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "base/numericfault.h"
-#include "base/utf8path.h"
 
 namespace spectrane {
 namespace {
@@ -44,7 +42,7 @@ bool SameReadings(const QuantitationSettings& one, const QuantitationSettings& o
 
 }  // namespace
 
-QuantitationDocument::QuantitationDocument() {
+QuantitationDocument::QuantitationDocument() : RecordDocumentOf(QuaModule()) {
   TakeSettings(QuantitationSettings(), option_);
   ForgetCurve(option_);
 }
@@ -81,13 +79,12 @@ FitOutcome QuantitationDocument::Configure(const QuantitationSettings& settings)
   if (WouldChange(settings)) {
     if (!records_.empty()) {
       ClearRecords();
-      fileName_.clear();
-      halfLoaded_ = false;
+      LeaveFile();
     }
     if (!SameReadings(Settings(), settings)) ForgetReadings(option_);
     TakeSettings(settings, option_);
     ForgetCurve(option_);
-    modified_ = true;
+    MarkModified();
   }
   return Refit();
 }
@@ -97,12 +94,6 @@ std::size_t QuantitationDocument::StandardIndex(std::int32_t row) const {
     throw NumericFault("row outside the table of standards");
   }
   return static_cast<std::size_t>(row);
-}
-
-void QuantitationDocument::SetText(std::string& text, const std::string& value) {
-  if (text == value) return;
-  text = value;
-  modified_ = true;
 }
 
 void QuantitationDocument::SetStandardName(std::int32_t row, const std::string& name) {
@@ -117,7 +108,7 @@ FitOutcome QuantitationDocument::SetStandardConc(std::int32_t row, double conc) 
   const std::size_t index = StandardIndex(row);
   option_.StandardConc[index] = conc;
   option_.StandardConcSet[index] = true;
-  modified_ = true;
+  MarkModified();
   return Refit();
 }
 
@@ -138,7 +129,7 @@ FitOutcome QuantitationDocument::SetStandardReadings(std::int32_t row, double fi
     option_.StandardAbs[index] = {first, second, working};
   }
   option_.StandardAbsSet[index] = true;
-  modified_ = true;
+  MarkModified();
   return Refit();
 }
 
@@ -146,7 +137,7 @@ FitOutcome QuantitationDocument::Refit() {
   if (!FitsStandards()) return FitOutcome::Typed;
   const QuaOption before = option_;
   const FitOutcome outcome = CreateCurve(option_);
-  if (option_ != before) modified_ = true;
+  if (option_ != before) MarkModified();
   return outcome;
 }
 
@@ -169,16 +160,6 @@ void QuantitationDocument::SetBlank(std::int32_t index, std::int32_t fullEnergy,
   option_.BlankGain[i] = gain;
 }
 
-const QuaRecord& QuantitationDocument::Record(std::int32_t row) const {
-  if (row < 0 || row >= RecordCount()) throw NumericFault("row outside the table");
-  return records_[static_cast<std::size_t>(row)];
-}
-
-QuaRecord& QuantitationDocument::MutableRecord(std::int32_t row) {
-  if (row < 0 || row >= RecordCount()) throw NumericFault("row outside the table");
-  return records_[static_cast<std::size_t>(row)];
-}
-
 QuaRecord QuantitationDocument::MakeRecord(const std::string& name, double first, double second) const {
   const double working = WorkingAbs(first, second);
   QuaRecord record;
@@ -187,16 +168,6 @@ QuaRecord QuantitationDocument::MakeRecord(const std::string& name, double first
   if (FitColumn(option_) != 0) record.Abs = {first, second, working, working};
   record.Conc = CalcConc(working);
   return record;
-}
-
-void QuantitationDocument::RecordsChanged() {
-  option_.TestRecordCount = RecordCount();
-  modified_ = true;
-}
-
-void QuantitationDocument::Append(QuaRecord record) {
-  records_.push_back(std::move(record));
-  RecordsChanged();
 }
 
 bool QuantitationDocument::IsBeyondStandards(std::int32_t row) const {
@@ -221,13 +192,6 @@ void QuantitationDocument::SetRecordNote(std::int32_t row, const std::string& no
   SetText(MutableRecord(row).Note, note);
 }
 
-bool QuantitationDocument::DeleteRecord(std::int32_t number) {
-  if (number < 1 || number > RecordCount()) return false;
-  records_.erase(records_.begin() + (number - 1));
-  RecordsChanged();
-  return true;
-}
-
 void QuantitationDocument::ClearRecords() {
   if (records_.empty()) return;
   records_.clear();
@@ -237,46 +201,10 @@ void QuantitationDocument::ClearRecords() {
 bool QuantitationDocument::HoldsWork() const {
   const auto isSet = [](bool flag) { return flag; };
   const auto isText = [](const std::string& text) { return !text.empty(); };
-  return !fileName_.empty() || !records_.empty() || std::ranges::any_of(option_.StandardAbsSet, isSet) ||
+  return !FileName().empty() || !records_.empty() || std::ranges::any_of(option_.StandardAbsSet, isSet) ||
          std::ranges::any_of(option_.StandardConcSet, isSet) ||
          std::ranges::any_of(option_.StandardName, isText) ||
          std::ranges::any_of(option_.StandardNote, isText);
-}
-
-bool QuantitationDocument::OpenFile(const std::string& path) {
-  QuaOption option;
-  std::vector<QuaRecord> records;
-  fault_ = LoadDataFile(QuaModule(), path, option, records);
-  if (fault_ && records.empty()) return false;
-  option_ = std::move(option);
-  records_ = std::move(records);
-  option_.TestRecordCount = RecordCount();
-  fileName_ = path;
-  modified_ = false;
-  halfLoaded_ = static_cast<bool>(fault_);
-  textLost_ = false;
-  return !halfLoaded_;
-}
-
-bool QuantitationDocument::MaySave(const std::string& path) const {
-  return !halfLoaded_ || (modified_ && !SameFile(path, fileName_));
-}
-
-bool QuantitationDocument::SaveFile(const std::string& path) {
-  if (!MaySave(path)) {
-    fault_ = {halfLoaded_ ? FileError::HalfRead : FileError::NotSavable, 0, 0, 0, {}};
-    return false;
-  }
-  bool lost = false;
-  fault_ = SaveDataFile(
-      QuaModule(), path, option_, RecordCount(),
-      [this](std::int32_t i) -> const QuaRecord& { return records_[static_cast<std::size_t>(i)]; }, &lost);
-  if (fault_) return false;
-  fileName_ = path;
-  modified_ = false;
-  halfLoaded_ = false;
-  textLost_ = lost;
-  return true;
 }
 
 }  // namespace spectrane

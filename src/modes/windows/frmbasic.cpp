@@ -1,6 +1,5 @@
 #include "modes/windows/frmbasic.h"
 
-#include <QAction>
 #include <QHeaderView>
 #include <QPointer>
 #include <QVBoxLayout>
@@ -25,7 +24,7 @@ const QString kGridLayout = QStringLiteral("FrmBasic/DataGrid");
 }  // namespace
 
 FrmBasic::FrmBasic(MainWindow& frame)
-    : DocumentWindow(frame),
+    : RecordWindow(frame, kNoPicture),
       test_(BenchOf(frame), document_),
       grid_(new NoteGrid(QStringLiteral("EditText"), this)),
       table_(new BasicTable(document_, frame.Link().Formats, this)),
@@ -34,7 +33,7 @@ FrmBasic::FrmBasic(MainWindow& frame)
   SetCaption(Words(kNewBasic).trimmed());
   LoadSettings();
   BuildGrid();
-  BuildActions();
+  Keeps(document_, *grid_);
   test_.OnRow = [this](std::int32_t row) { ShowNewRow(row); };
   test_.StopWanted = [this] { return StopWanted(); };
   UpdateOffers();
@@ -46,6 +45,7 @@ FrmBasic::~FrmBasic() {
   grid_->disconnect(this);
   grid_->CommitEditor();
   columns_.Keep();
+  grid_->setModel(nullptr);
 }
 
 void FrmBasic::LoadSettings() {
@@ -59,7 +59,6 @@ void FrmBasic::BuildGrid() {
   grid_->setAccessibleName(PlainWords(kNewBasic));
   grid_->setModel(table_);
   grid_->Hint = [this] { return NextStep(); };
-  connect(grid_, &NoteGrid::RowSelectionChanged, this, &FrmBasic::UpdateOffers);
   connect(table_, &QAbstractItemModel::dataChanged, this, &FrmBasic::DocumentChanged);
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
@@ -80,20 +79,6 @@ void FrmBasic::FitColumns() {
                        grid_->fontMetrics().averageCharWidth() * 3;
     header.resizeSection(column, std::max(header.sectionSizeHint(column), figure));
   }
-}
-
-void FrmBasic::BuildActions() {
-  copyAction_ = new QAction(QStringLiteral("&Copy"), this);
-  copyAction_->setObjectName(QStringLiteral("GridCopy"));
-  copyAction_->setShortcut(QKeySequence::Copy);
-  copyAction_->setShortcutContext(Qt::WidgetShortcut);
-  connect(copyAction_, &QAction::triggered, grid_, [this] { grid_->Copy(); });
-  QSet<QChar> used = {u'C'};
-  deleteAction_ = new QAction(WithAccessKey(Words(kDeleteRecord), used), this);
-  deleteAction_->setObjectName(QStringLiteral("GridDelete"));
-  connect(deleteAction_, &QAction::triggered, this, [this] { mmuDeleteReport(); });
-  grid_->addActions({copyAction_, deleteAction_});
-  grid_->setContextMenuPolicy(Qt::ActionsContextMenu);
 }
 
 void FrmBasic::SetWaveLength(double wavelength) {
@@ -134,23 +119,6 @@ void FrmBasic::ShowNewRow(int row) {
   DocumentChanged();
 }
 
-void FrmBasic::mmuDeleteReport() {
-  if (RunsNow()) return;
-  CommitEditors();
-  const int number = grid_->SelectedRow() + 1;
-  const QPointer<FrmBasic> self(this);
-  if (!AskToRemoveRecord(number, document_.RecordCount()) || !self) return;
-  if (!document_.DeleteRecord(number)) return;
-  table_->RowRemoved(number - 1);
-  grid_->ShowRow(std::min(number, document_.RecordCount()) - 1);
-  DocumentChanged();
-  UpdateOffers();
-}
-
-void FrmBasic::mmuFileOutputBMP() {
-  Frame().Boxes().Show(kNoPicture);
-}
-
 void FrmBasic::ShowConfigWindow() {
   if (RunsNow()) return;
   CommitEditors();
@@ -163,37 +131,9 @@ int FrmBasic::CheckFileType() const {
   return kFileType;
 }
 
-QString FrmBasic::OpenFileName() const {
-  return QString::fromStdString(document_.FileName());
-}
-
 bool FrmBasic::Offers(int command) const {
-  switch (command) {
-    case kClose:
-      return true;
-    case kStartTest:
-    case kSetBlank:
-    case kTestOption:
-    case kOutputPicture:  // with the words that refuse it
-    case kOutputWorkbook:
-    case kOutputText:
-    case kPrint:
-    case kPrintPreview:
-      return !RunsNow();
-    case kSave:
-    case kSaveAs:
-      return !RunsNow() && document_.RecordCount() > 0;
-    case kDeleteRecord:
-      return !RunsNow() && grid_->SelectedRow() >= 0;
-    default:
-      return false;
-  }
-}
-
-void FrmBasic::UpdateOffers() {
-  copyAction_->setEnabled(document_.RecordCount() > 0);
-  deleteAction_->setEnabled(Offers(kDeleteRecord));
-  Frame().Display().UpdateCommands();
+  if (command == kStartTest || command == kSetBlank) return !RunsNow();
+  return RecordWindow::Offers(command);
 }
 
 void FrmBasic::FormatsChanged() {
@@ -208,15 +148,6 @@ FileKindWords FrmBasic::FileWords() const {
   return {kFileFilter, ".bas", kBasicSection};
 }
 
-bool FrmBasic::IsModified() const {
-  // A document without rows has nothing to save; the file of one that was emptied keeps its rows.
-  return document_.IsModified() && document_.RecordCount() > 0;
-}
-
-bool FrmBasic::SavesElsewhere() const {
-  return document_.IsHalfLoaded();
-}
-
 std::optional<Report> FrmBasic::MakeReport() {
   return PhotometryReport(document_, Frame().Link().Formats, OutputHead());
 }
@@ -225,24 +156,14 @@ std::optional<ExportSheet> FrmBasic::MakeSheet() {
   return PhotometrySheet(document_, Frame().Link().Formats, OutputHead());
 }
 
-bool FrmBasic::WriteDocument(const QString& path, QString& fault) {
-  if (!document_.SaveFile(path.toStdString())) {
-    fault = QString::fromStdString(FaultWords(document_.LastFault()));
-    return false;
-  }
-  if (document_.TextWasLost()) {
-    Frame().Display().SetRemark("Saved. Characters that the file has no place for stand there as \"?\".");
-  }
-  return true;
+void FrmBasic::RecordRemoved(int row) {
+  table_->RowRemoved(row);
+  grid_->ShowRow(std::min(row, document_.RecordCount() - 1));
 }
 
-bool FrmBasic::ReadDocument(const QString& path, QString& fault) {
-  const bool whole = document_.OpenFile(path.toStdString());
-  if (!whole) fault = QString::fromStdString(FaultWords(document_.LastFault()));
+void FrmBasic::RecordsReplaced() {
   table_->RowsReplaced();
   grid_->ShowRow(0);
-  UpdateOffers();
-  return whole;
 }
 
 QString FrmBasic::NextStep() const {

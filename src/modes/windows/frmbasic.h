@@ -1,10 +1,8 @@
 #pragma once
 
-#include "app/ground/documentwindow.h"
 #include "app/ground/keptcolumns.h"
 #include "modes/photometry/photometrytest.h"
-
-class QAction;
+#include "modes/windows/recordwindow.h"
 
 namespace spectrane {
 
@@ -12,7 +10,7 @@ class BasicTable;
 class NoteGrid;
 
 /// The photometry window: absorbance and transmittance of one sample after another at one wavelength.
-class FrmBasic : public DocumentWindow {
+class FrmBasic : public RecordWindow {
   Q_OBJECT
 
  public:
@@ -30,33 +28,25 @@ class FrmBasic : public DocumentWindow {
   void mmuStartTest() override;
   /// Takes the blank. Yields.
   void mmuOperationRezero() override;
-  /// Removes the selected row after a question. Yields.
-  void mmuDeleteReport() override;
-  void mmuFileOutputBMP() override;
   void ShowConfigWindow() override;
 
   int CheckFileType() const override;
-  QString OpenFileName() const override;
   bool Offers(int command) const override;
   void FormatsChanged() override;
   void CommitEditors() override;
 
  protected:
   FileKindWords FileWords() const override;
-  bool IsModified() const override;
-  bool SavesElsewhere() const override;
   std::optional<Report> MakeReport() override;
   std::optional<ExportSheet> MakeSheet() override;
-  bool WriteDocument(const QString& path, QString& fault) override;
-  bool ReadDocument(const QString& path, QString& fault) override;
+  void RecordRemoved(int row) override;
+  void RecordsReplaced() override;
 
  private:
   void LoadSettings();
   void BuildGrid();
-  void BuildActions();
   void FitColumns();
   void ShowNewRow(int row);
-  void UpdateOffers();
   QString NextStep() const;
 
   PhotometryDocument document_;
@@ -64,8 +54,6 @@ class FrmBasic : public DocumentWindow {
   NoteGrid* grid_;
   BasicTable* table_;
   KeptColumns columns_;
-  QAction* copyAction_ = nullptr;
-  QAction* deleteAction_ = nullptr;
 };
 
 }  // namespace spectrane

@@ -56,7 +56,7 @@ QWidget* Titled(QWidget* grid, const QString& title, QWidget* parent) {
 }  // namespace
 
 FrmQua::FrmQua(MainWindow& frame)
-    : DocumentWindow(frame),
+    : RecordWindow(frame, kNoQuaPicture),
       test_(BenchOf(frame), document_),
       standards_(new SheetGrid(QStringLiteral("QuaConfigText"), this)),
       standardTable_(new StandardTable(document_, frame.Link().Formats, this)),
@@ -91,6 +91,8 @@ FrmQua::~FrmQua() {
   recordColumns_.Keep();
   columns_->Keep();
   rows_->Keep();
+  // A window that is still on show lays its grids out once more while it goes.
+  for (SheetGrid* const grid : {standards_, records_}) grid->setModel(nullptr);
 }
 
 void FrmQua::TellFitLater(FitOutcome outcome) {
@@ -134,7 +136,6 @@ void FrmQua::BuildRecords() {
   records_->setAccessibleName(PlainWords(kRecordsTitle));
   records_->setModel(recordTable_);
   records_->Hint = [this] { return NextStep(); };
-  connect(records_, &SheetGrid::RowSelectionChanged, this, &FrmQua::UpdateOffers);
   for (QuaTable* const table :
        {static_cast<QuaTable*>(standardTable_), static_cast<QuaTable*>(recordTable_)}) {
     connect(table, &QAbstractItemModel::dataChanged, this, &FrmQua::DocumentChanged);
@@ -164,18 +165,8 @@ void FrmQua::BuildLayout() {
 }
 
 void FrmQua::BuildActions() {
-  const auto copy = [this](SheetGrid* grid) {
-    auto* const action = new QAction(QStringLiteral("&Copy"), this);
-    action->setObjectName(QStringLiteral("GridCopy"));
-    action->setShortcut(QKeySequence::Copy);
-    action->setShortcutContext(Qt::WidgetShortcut);
-    connect(action, &QAction::triggered, grid, [grid] { grid->Copy(); });
-    grid->addAction(action);
-    grid->setContextMenuPolicy(Qt::ActionsContextMenu);
-    return action;
-  };
-  copy(standards_);
-  copyAction_ = copy(records_);
+  AddCopyAction(*standards_);
+  Keeps(document_, *records_);
   auto* const measure = new QAction(QStringLiteral("&Measure"), this);
   measure->setObjectName(QStringLiteral("MeasureStandard"));
   measure->setShortcut(Qt::CTRL | Qt::Key_M);
@@ -187,11 +178,6 @@ void FrmQua::BuildActions() {
   paste->setShortcutContext(Qt::WidgetShortcut);
   connect(paste, &QAction::triggered, standards_, [this] { standards_->Paste(); });
   standards_->addActions({paste, measure});
-  QSet<QChar> used = {u'C'};
-  deleteAction_ = new QAction(WithAccessKey(Words(kDeleteRecord), used), this);
-  deleteAction_->setObjectName(QStringLiteral("GridDelete"));
-  connect(deleteAction_, &QAction::triggered, this, [this] { mmuDeleteReport(); });
-  records_->addAction(deleteAction_);
 }
 
 void FrmQua::ConnectTest() {
@@ -307,23 +293,6 @@ void FrmQua::TellFit(FitOutcome outcome) {
   if (outcome == FitOutcome::Rejected) Frame().Boxes().ShowError(kCurveError);
 }
 
-void FrmQua::mmuDeleteReport() {
-  if (RunsNow()) return;
-  CommitEditors();
-  const int number = records_->SelectedRow() + 1;
-  const QPointer<FrmQua> self(this);
-  if (!AskToRemoveRecord(number, document_.RecordCount()) || !self) return;
-  if (!document_.DeleteRecord(number)) return;
-  recordTable_->Replaced();
-  records_->ShowCell(std::min(number, document_.RecordCount()) - 1, recordTable_->NameColumn());
-  DocumentChanged();
-  UpdateOffers();
-}
-
-void FrmQua::mmuFileOutputBMP() {
-  Frame().Boxes().Show(kNoQuaPicture);
-}
-
 void FrmQua::ShowConfigWindow() {
   if (RunsNow()) return;
   CommitEditors();
@@ -344,38 +313,15 @@ int FrmQua::CheckFileType() const {
   return kQuaType;
 }
 
-QString FrmQua::OpenFileName() const {
-  return QString::fromStdString(document_.FileName());
-}
-
 bool FrmQua::Offers(int command) const {
   switch (command) {
-    case kClose:
-      return true;
     case kStartTest:
     case kSetBlank:
-    case kTestOption:
-    case kOutputPicture:  // with the words that refuse it
-    case kOutputWorkbook:
-    case kOutputText:
-    case kPrint:
-    case kPrintPreview:
     case kCopyPicture:
       return !RunsNow();
-    case kSave:
-    case kSaveAs:
-      return !RunsNow() && (document_.IsModified() || !document_.FileName().empty());
-    case kDeleteRecord:
-      return !RunsNow() && records_->SelectedRow() >= 0;
     default:
-      return false;
+      return RecordWindow::Offers(command);
   }
-}
-
-void FrmQua::UpdateOffers() {
-  copyAction_->setEnabled(document_.RecordCount() > 0);
-  deleteAction_->setEnabled(Offers(kDeleteRecord));
-  Frame().Display().UpdateCommands();
 }
 
 void FrmQua::FormatsChanged() {
@@ -398,10 +344,6 @@ bool FrmQua::IsModified() const {
   return document_.IsModified() && document_.HoldsWork();
 }
 
-bool FrmQua::SavesElsewhere() const {
-  return document_.IsHalfLoaded();
-}
-
 std::optional<Report> FrmQua::MakeReport() {
   return QuantitationReport(document_, Frame().Link().Formats, OutputHead());
 }
@@ -414,28 +356,23 @@ QImage FrmQua::MakePicture() {
   return picture_->grab().toImage();
 }
 
-void FrmQua::CopyPicture() {
-  QGuiApplication::clipboard()->setImage(MakePicture());
+bool FrmQua::HasWork() const {
+  return document_.IsModified() || !document_.FileName().empty();
 }
 
-bool FrmQua::WriteDocument(const QString& path, QString& fault) {
-  if (!document_.SaveFile(path.toStdString())) {
-    fault = QString::fromStdString(FaultWords(document_.LastFault()));
-    return false;
-  }
-  if (document_.TextWasLost()) {
-    Frame().Display().SetRemark("Saved. Characters that the file has no place for stand there as \"?\".");
-  }
-  return true;
+void FrmQua::RecordRemoved(int row) {
+  recordTable_->Replaced();
+  records_->ShowCell(std::min(row, document_.RecordCount() - 1), recordTable_->NameColumn());
 }
 
-bool FrmQua::ReadDocument(const QString& path, QString& fault) {
-  const bool whole = document_.OpenFile(path.toStdString());
+void FrmQua::RecordsReplaced() {
   test_.ForgetBlank();
-  if (!whole) fault = QString::fromStdString(FaultWords(document_.LastFault()));
   ShowEverything();
   records_->ShowCell(0, recordTable_->NameColumn());
-  return whole;
+}
+
+void FrmQua::CopyPicture() {
+  QGuiApplication::clipboard()->setImage(MakePicture());
 }
 
 QString FrmQua::StandardsHint() const {

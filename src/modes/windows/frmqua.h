@@ -2,11 +2,9 @@
 
 #include <optional>
 
-#include "app/ground/documentwindow.h"
 #include "app/ground/keptcolumns.h"
 #include "modes/quantitation/quantitationtest.h"
-
-class QAction;
+#include "modes/windows/recordwindow.h"
 
 namespace spectrane {
 
@@ -18,7 +16,7 @@ class StandardTable;
 
 /// The quantitation window: standards, their curve, and samples with the concentration that the curve gives
 /// them.
-class FrmQua : public DocumentWindow {
+class FrmQua : public RecordWindow {
   Q_OBJECT
 
  public:
@@ -36,15 +34,11 @@ class FrmQua : public DocumentWindow {
   void mmuOperationRezero() override;
   /// Measures the standard of that row, from 0. Yields.
   void MeasureStandard(int row);
-  /// Removes the selected record after a question. Yields.
-  void mmuDeleteReport() override;
-  void mmuFileOutputBMP() override;
   /// The curve into the clipboard, as it stands.
   void CopyPicture() override;
   void ShowConfigWindow() override;
 
   int CheckFileType() const override;
-  QString OpenFileName() const override;
   bool Offers(int command) const override;
   void FormatsChanged() override;
   void CommitEditors() override;
@@ -52,12 +46,12 @@ class FrmQua : public DocumentWindow {
  protected:
   FileKindWords FileWords() const override;
   bool IsModified() const override;
-  bool SavesElsewhere() const override;
   std::optional<Report> MakeReport() override;
   std::optional<ExportSheet> MakeSheet() override;
   QImage MakePicture() override;
-  bool WriteDocument(const QString& path, QString& fault) override;
-  bool ReadDocument(const QString& path, QString& fault) override;
+  bool HasWork() const override;
+  void RecordRemoved(int row) override;
+  void RecordsReplaced() override;
 
  private:
   void BuildStandards();
@@ -74,7 +68,6 @@ class FrmQua : public DocumentWindow {
   void TellFit(FitOutcome outcome);
   void TellFitLater(FitOutcome outcome);
   bool SelectSampler();
-  void UpdateOffers();
   QString NextStep() const;
   QString StandardsHint() const;
 
@@ -91,8 +84,6 @@ class FrmQua : public DocumentWindow {
   KeptColumns recordColumns_;
   KeptSplitter* columns_ = nullptr;
   KeptSplitter* rows_ = nullptr;
-  QAction* copyAction_ = nullptr;
-  QAction* deleteAction_ = nullptr;
 };
 
 }  // namespace spectrane

@@ -1,0 +1,42 @@
+#include "modes/recorddocument.h"
+
+#include "base/utf8path.h"
+
+namespace spectrane {
+
+void RecordDocument::LeaveFile() {
+  fileName_.clear();
+  halfLoaded_ = false;
+}
+
+bool RecordDocument::OpenFile(const std::string& path) {
+  bool taken = false;
+  fault_ = Load(path, taken);
+  if (!taken) return false;
+  fileName_ = path;
+  modified_ = false;
+  halfLoaded_ = static_cast<bool>(fault_);
+  textLost_ = false;
+  return !halfLoaded_;
+}
+
+bool RecordDocument::MaySave(const std::string& path) const {
+  return HasContents() && (!halfLoaded_ || (modified_ && !SameFile(path, fileName_)));
+}
+
+bool RecordDocument::SaveFile(const std::string& path) {
+  if (!MaySave(path)) {
+    fault_ = {halfLoaded_ ? FileError::HalfRead : FileError::NotSavable, 0, 0, 0, {}};
+    return false;
+  }
+  bool lost = false;
+  fault_ = Store(path, lost);
+  if (fault_) return false;
+  fileName_ = path;
+  modified_ = false;
+  halfLoaded_ = false;
+  textLost_ = lost;
+  return true;
+}
+
+}  // namespace spectrane

@@ -129,7 +129,7 @@ class BaselineExport : public ExportDocument {
     if (!baseline_.Load(path, fault) || fault) throw Refusal(path, FaultWords(fault));
   }
   ExportSheet Sheet(const ExportSurroundings&) override {
-    return {{}, {BaselineDataTable(baseline_, baseline_.Count())}};
+    return {.Lines = {}, .Tables = {BaselineDataTable(baseline_, baseline_.Count())}};
   }
   QImage Picture(const ExportSurroundings&) override { return {}; }
   Report MakeReport(const ExportSurroundings&) override {

@@ -116,7 +116,7 @@ FitOutcome QuantitationDocument::ClearStandardConc(std::int32_t row) {
   const std::size_t index = StandardIndex(row);
   option_.StandardConc[index] = 0;
   option_.StandardConcSet[index] = false;
-  modified_ = true;
+  MarkModified();
   return Refit();
 }
 

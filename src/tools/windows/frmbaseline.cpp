@@ -247,7 +247,7 @@ void FrmBaseLine::Output() {
   const QString path = WithEnding(chosen, form.Ending);
   if (!MayWriteTo(Frame(), path, nullptr)) return;
   std::string reason;
-  const ExportSheet sheet{{}, {BaselineDataTable(baseline_, Rows())}};
+  const ExportSheet sheet{.Lines = {}, .Tables = {BaselineDataTable(baseline_, Rows())}};
   if (!ReplaceFileContent(path.toStdString(), form.Bytes(sheet), &reason)) {
     Frame().Boxes().ShowWords(Words(kBaselineSaveError), path + u'\n' + QString::fromStdString(reason));
     return;

@@ -60,8 +60,8 @@ struct Times {
     Waited.push_back(MsSince(from));
   }
   void Tell(const char* what) const {
-    Report(what, Waited);
-    Report("  of it processor time", Worked);
+    ReportTimes(what, Waited);
+    ReportTimes("  of it processor time", Worked);
   }
 };
 

@@ -62,8 +62,8 @@ void MeasureTicks(FrmMain& frame) {
     QCoreApplication::processEvents();
     (frame.Link().State.SampleIndex % 5 == 0 ? showing : quiet).push_back(MsSince(from));
   }
-  Report("live reading tick, fields unchanged", quiet);
-  Report("live reading tick, fields written and painted", showing);
+  ReportTimes("live reading tick, fields unchanged", quiet);
+  ReportTimes("live reading tick, fields written and painted", showing);
 }
 
 void MeasureClicks(FrmMain& frame, SleepingPeer& peer) {
@@ -83,7 +83,7 @@ void MeasureClicks(FrmMain& frame, SleepingPeer& peer) {
       waits.push_back(std::chrono::duration<double, std::milli>(clickedAt - peer.AnsweredAt).count());
   }
   peer.SleepMs = 0;
-  if (!waits.empty()) Report("command chosen during an exchange, after its end", waits);
+  if (!waits.empty()) ReportTimes("command chosen during an exchange, after its end", waits);
 }
 
 void MeasureWaiting() {
@@ -122,8 +122,8 @@ void MeasureCurve() {
       times->push_back(MsSince(from));
     }
   }
-  Report("curve of 20 standards, 1200 by 700, painted anew", anew);
-  Report("the same from the finished picture", kept);
+  ReportTimes("curve of 20 standards, 1200 by 700, painted anew", anew);
+  ReportTimes("the same from the finished picture", kept);
 }
 
 }  // namespace

@@ -19,7 +19,7 @@ inline double CpuMs() {
   return static_cast<double>(std::clock()) * 1e3 / CLOCKS_PER_SEC;
 }
 
-inline void Report(const char* what, std::vector<double> ms) {
+inline void ReportTimes(const char* what, std::vector<double> ms) {
   std::sort(ms.begin(), ms.end());
   std::printf("%-48s median %7.3f ms   p99 %7.3f ms   worst %7.3f ms\n", what, ms[ms.size() / 2],
               ms[ms.size() * 99 / 100], ms.back());

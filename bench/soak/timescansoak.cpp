@@ -3,6 +3,7 @@
 // at the begin and at the end of the test; how soon a stop is seen. xvfb-run -a
 // build/release/bin/time_scan_soak 600 (points; 10000 take 20 minutes)
 #include <QApplication>
+#include <QDialog>
 #include <QLocalSocket>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -164,13 +165,13 @@ void ReportWaits(const std::vector<Wait>& waits) {
     late.push_back(wait.LateMs);
     cpu.push_back(wait.CpuMs);
   }
-  Report("end of the wait of a point after its deadline", late);
-  Report("processor time of a point and its wait", cpu);
+  ReportTimes("end of the wait of a point after its deadline", late);
+  ReportTimes("processor time of a point and its wait", cpu);
   const std::size_t part = std::min<std::size_t>(100, cpu.size() / 2);
   if (part == 0) return;
   const auto piece = static_cast<std::ptrdiff_t>(part);
-  Report("  of the first points", {cpu.begin(), cpu.begin() + piece});
-  Report("  of the last points", {cpu.end() - piece, cpu.end()});
+  ReportTimes("  of the first points", {cpu.begin(), cpu.begin() + piece});
+  ReportTimes("  of the last points", {cpu.end() - piece, cpu.end()});
 }
 
 void MeasureStops(FrmTS& window, const Bystander& person) {
@@ -180,7 +181,7 @@ void MeasureStops(FrmTS& window, const Bystander& person) {
     window.mmuStartTest();
     seen.push_back(MsSince(person.AnsweredAt));
   }
-  Report("from the word to stop to the end of the test", seen);
+  ReportTimes("from the word to stop to the end of the test", seen);
 }
 
 }  // namespace
@@ -222,7 +223,7 @@ int main(int argc, char** argv) {
 
   std::printf("%-48s %d in %.1f s\n", "points", window->Document().DataCount(), tookMs / 1e3);
   ReportWaits(loop.Waits);
-  Report("a sleep of the same length in a thread of its own", slept);
+  ReportTimes("a sleep of the same length in a thread of its own", slept);
   double beyond = 0;
   for (const Wait& wait : loop.Waits) beyond += wait.CpuMs;
   std::printf("%-48s %.2f %% of a core, beyond the exchanges %.2f %%\n", "processor time of the program",

@@ -14,9 +14,9 @@ namespace spectrane {
 struct ExportSheet {
   /// In front of the tables.
   std::vector<std::string> Lines;
-  /// So many of them, the first ones, stand in the text alone.
-  std::size_t TextOnlyLines = 0;
   std::vector<DataTable> Tables;
+  /// So many of the lines, the first ones, stand in the text alone.
+  std::size_t TextOnlyLines = 0;
 };
 
 /// How far a long piece of work is [%]; false ends it.

@@ -60,9 +60,9 @@ FrmTSConfig::FrmTSConfig(MainWindow& frame, const TimeScanSettings& settings)
   // From left to right and downward, as they are read and as Tab goes.
   using Build = QGroupBox* (FrmTSConfig::*)(DialogParts&);
   static constexpr std::array<Build, 3> kColumns[] = {
-      {&FrmTSConfig::BuildWavelength, &FrmTSConfig::BuildTimes, nullptr},
-      {&FrmTSConfig::BuildMode, &FrmTSConfig::BuildScale, &FrmTSConfig::BuildPrint},
-      {&FrmTSConfig::BuildDisplay, &FrmTSConfig::BuildPeaks, &FrmTSConfig::BuildTable}};
+      {&FrmTSConfig::BuildWavelength, &FrmTSConfig::BuildTimes, &FrmTSConfig::BuildPrint},
+      {&FrmTSConfig::BuildMode, &FrmTSConfig::BuildScale, &FrmTSConfig::BuildTable},
+      {&FrmTSConfig::BuildDisplay, &FrmTSConfig::BuildPeaks, nullptr}};
   auto* const columns = new QHBoxLayout;
   for (const auto& builders : kColumns) {
     auto* const column = new QVBoxLayout;

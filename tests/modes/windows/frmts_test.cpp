@@ -286,12 +286,21 @@ TEST_F(TimeScan, ZoomOutDrawsARectangleAndASecondTimeTakesThatBack) {
 TEST_F(TimeScan, ARectangleOfFewPixelsOrWithinASecondIsNone) {
   Open(0, 100);
   const CurveScale home = Seen();
-  Window->mmuZoomOut();
-  const QPoint at(400, 300);
-  QTest::mousePress(Curve, Qt::LeftButton, {}, at);
-  QTest::mouseMove(Curve, at + QPoint(4, 200));
-  QTest::mouseRelease(Curve, Qt::LeftButton, {}, at + QPoint(4, 200));
+  const auto drag = [this](const QSize& pixels) {
+    const QPoint from(300, 300);
+    const QPoint to = from + QPoint(pixels.width(), pixels.height());
+    Window->mmuZoomOut();
+    QTest::mousePress(Curve, Qt::LeftButton, {}, from);
+    QTest::mouseMove(Curve, to);
+    QTest::mouseRelease(Curve, Qt::LeftButton, {}, to);
+  };
+  drag({200, 4});
   EXPECT_EQ(Seen(), home);
+  drag({4, 200});
+  EXPECT_EQ(Seen(), home);
+  drag({200, 6});
+  EXPECT_NE(Seen(), home);
+  Window->mmuZoomWindow();
   Window->mmuZoomOut();
   Draw(10, 13, 0.5, 1.5);
   const CurveScale narrow = Seen();

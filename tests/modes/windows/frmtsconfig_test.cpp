@@ -189,7 +189,11 @@ TEST_F(TimeScanConfig, TheEndIsNeverRemarkedOnByABox) {
 TEST_F(TimeScanConfig, WhoCancelsIsNotToldWhatIsWrong) {
   EXPECT_FALSE(Open([](QWidget& dialog) {
     Enter(dialog, "WLText", "5");
-    Push(dialog, "CancelCmd");
+    auto* const cancel = Find<QAbstractButton>(dialog, "CancelCmd");
+    // A finger stays on the button for a while.
+    QTest::mousePress(cancel, Qt::LeftButton, {}, QPoint(8, cancel->height() / 2));
+    QCoreApplication::processEvents();
+    QTest::mouseRelease(cancel, Qt::LeftButton, {}, QPoint(8, cancel->height() / 2));
   }));
   EXPECT_FALSE(Open([](QWidget& dialog) {
     Enter(dialog, "StartTimeText", "99999");

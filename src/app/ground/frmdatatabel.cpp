@@ -16,6 +16,12 @@
 #include "app/ground/pointtable.h"
 
 namespace spectrane {
+namespace {
+
+/// Of a rider [characters].
+constexpr int kMostCaption = 30;
+
+}  // namespace
 
 FrmDataTabel::FrmDataTabel(const QString& title, const QString& name, const std::vector<DataTab>& tabs,
                            LayoutStore& layout)
@@ -28,7 +34,6 @@ FrmDataTabel::FrmDataTabel(const QString& title, const QString& name, const std:
   tabs_->tabBar()->setObjectName(QStringLiteral("DataTabBar"));
   tabs_->tabBar()->setAccessibleName(title);
   tabs_->setDocumentMode(true);
-  tabs_->setElideMode(Qt::ElideMiddle);
   for (const DataTab& tab : tabs) {
     QTableView* const grid = MakeGrid(tab, static_cast<int>(grids_.size()));
     grids_.push_back(grid);
@@ -115,8 +120,11 @@ void FrmDataTabel::SelectTab(int tab) {
 }
 
 void FrmDataTabel::SetTabCaption(int tab, const QString& caption) {
-  // An "&" in the name of a file is no access key.
-  tabs_->setTabText(tab, QString(caption).replace(u'&', QStringLiteral("&&")));
+  // A name that is long would leave no room for the others. An "&" in it is no access key.
+  const QFontMetrics metrics = tabs_->tabBar()->fontMetrics();
+  const int room = metrics.averageCharWidth() * kMostCaption;
+  tabs_->setTabText(tab,
+                    metrics.elidedText(caption, Qt::ElideMiddle, room).replace(u'&', QStringLiteral("&&")));
   tabs_->setTabToolTip(tab, caption);
   tabs_->setTabVisible(tab, !caption.isEmpty());
   Grid(tab)->setAccessibleName(caption);

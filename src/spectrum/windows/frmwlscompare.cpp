@@ -252,7 +252,8 @@ void FrmWLSCompare::FormatsChanged() {
 }
 
 FrmDataTabel* FrmWLSCompare::DataTable() const {
-  return settings_.DataTableEnable ? curveDataTabel_.data() : nullptr;
+  // Without files there is nothing but empty room to show.
+  return settings_.DataTableEnable && LoadedFiles() > 0 ? curveDataTabel_.data() : nullptr;
 }
 
 FileKindWords FrmWLSCompare::FileWords() const {

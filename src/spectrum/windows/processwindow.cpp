@@ -85,6 +85,7 @@ void ProcessWindow::GetResultData() {
   document.SetPointCount(static_cast<std::int32_t>(result.Size()));
   for (std::size_t i = 0; i < result.Size(); ++i)
     document.SetPoint(static_cast<std::int32_t>(i), {result.WL[i], result.Trans[i], result.Abs[i]});
+  Tables()->SelectTab(static_cast<int>(plan_.Sources));
   if (reason_ != NoResult::None) {
     Frame().Display().SetRemark("No result: " + std::string(WordsOf(reason_)) + '.');
   } else if (processed.Skipped > 0) {

@@ -58,6 +58,7 @@ TEST_F(Processing, ShowsSourceAndResultInTheirColoursAndTables) {
   EXPECT_NEAR(view.Lines[1].Y[2], 100 * std::pow(10, -24.0 / 35), 1e-9);
 
   ASSERT_EQ(smoothed.DataTable()->TabCount(), 3);
+  EXPECT_EQ(smoothed.DataTable()->SelectedTab(), 1) << "the result";
   EXPECT_EQ(smoothed.DataTable()->windowTitle(),
             QStringLiteral("Result List-Spectrum Smooth-Wavelength Scan"));
   EXPECT_EQ(TabText(smoothed, 0), QStringLiteral("Record List"));

@@ -14,12 +14,16 @@ class NumberField : public QLineEdit {
   NumberField(int characters, QWidget* parent);
 
   void SetNumber(double number, const std::string& pattern);
+  /// As the shortest text that reads back the same.
+  void SetNumber(double number);
   /// Nothing when the text is no number.
   std::optional<double> Number() const;
   /// Puts the person in front of it, to type anew.
   void PointOut();
 
  private:
+  void Show(double number, const std::string& text);
+
   double number_ = 0;
   QString shown_;
 };

@@ -12,8 +12,16 @@ NumberField::NumberField(int characters, QWidget* parent) : QLineEdit(parent) {
 }
 
 void NumberField::SetNumber(double number, const std::string& pattern) {
+  Show(number, Format(number, pattern));
+}
+
+void NumberField::SetNumber(double number) {
+  Show(number, ShortestText(number));
+}
+
+void NumberField::Show(double number, const std::string& text) {
   number_ = number;
-  shown_ = QString::fromStdString(Format(number, pattern));
+  shown_ = QString::fromStdString(text);
   setText(shown_);
 }
 

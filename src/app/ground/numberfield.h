@@ -14,6 +14,8 @@ class NumberField : public QLineEdit {
   NumberField(int characters, QWidget* parent);
 
   void SetNumber(double number, const std::string& pattern);
+  /// As the shortest text that reads back the same.
+  void SetNumber(double number);
   /// Nothing when the text is no number.
   std::optional<double> Number() const;
   /// The number at the head of the text, whatever follows; 0 where there is none. Nothing for one beyond all
@@ -23,6 +25,8 @@ class NumberField : public QLineEdit {
   void PointOut();
 
  private:
+  void Show(double number, const std::string& text);
+
   double number_ = 0;
   QString shown_;
 };

@@ -4,9 +4,9 @@
 
 #include "app/ground/mainwindow.h"
 
-class QLineEdit;
-
 namespace spectrane {
+
+class NumberField;
 
 /// Options of the photometry test: its wavelength.
 class FrmBasicConfig : public QDialog {
@@ -25,13 +25,9 @@ class FrmBasicConfig : public QDialog {
   void accept() override;
 
  private:
-  bool TakeField();
-  QString RangeText() const;
-
   MainWindow& frame_;
   double wavelength_;
-  QLineEdit* field_;
-  QString textAtStart_;
+  NumberField* field_ = nullptr;
 };
 
 }  // namespace spectrane

@@ -10,14 +10,13 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
-#include <cmath>
 #include <iterator>
-#include <optional>
 #include <utility>
 
 #include "app/ground/dialogparts.h"
+#include "app/ground/numberfield.h"
 #include "app/ground/words.h"
-#include "base/numbers.h"
+#include "modes/windows/numberentry.h"
 #include "modes/windows/wavelengthentry.h"
 
 namespace spectrane {
@@ -197,10 +196,9 @@ QGroupBox* FrmQuaConfig::MakeCalibration(DialogParts& parts) {
   grid->addWidget(sampleNumbers_, 1, 2);
   grid->addWidget(coefficients_, 2, 0, 1, 3, Qt::AlignLeft);
   for (int i = 0; i < static_cast<int>(k_.size()); ++i) {
-    NumberField& field = k_[static_cast<std::size_t>(i)];
-    field =
-        MakeField(parts, FieldName("K%1Text", i), WithKey(QStringLiteral("K%1").arg(i), kCoefficientKeys[i]));
-    field.Edit->setMinimumWidth(field.Edit->fontMetrics().averageCharWidth() * kCoefficientCharacters);
+    Entry& field = k_[static_cast<std::size_t>(i)];
+    field = MakeField(parts, FieldName("K%1Text", i),
+                      WithKey(QStringLiteral("K%1").arg(i), kCoefficientKeys[i]), kCoefficientCharacters);
     grid->addWidget(field.Label, 3 + i, 1);
     grid->addWidget(field.Edit, 3 + i, 2);
   }
@@ -224,13 +222,13 @@ QGroupBox* FrmQuaConfig::MakeWavelengths(DialogParts& parts) {
                   0, 0);
   grid->addWidget(wavelengthNumbers_, 0, 1, 1, 4);
   for (int i = 0; i < kWavelengthCount; ++i) {
-    NumberField& wavelength = wavelengths_[static_cast<std::size_t>(i)];
+    Entry& wavelength = wavelengths_[static_cast<std::size_t>(i)];
     wavelength = MakeField(parts, FieldName("WaveLength%1Text", i + 1),
-                           WithKey(WavelengthCaption(i), kWavelengthKeys[i]));
-    wavelength.Edit->setAccessibleDescription(RangeText());
-    NumberField& para = paras_[static_cast<std::size_t>(i)];
+                           WithKey(WavelengthCaption(i), kWavelengthKeys[i]), kFieldCharacters);
+    wavelength.Edit->setAccessibleDescription(InstrumentRangeText(frame_));
+    Entry& para = paras_[static_cast<std::size_t>(i)];
     para = MakeField(parts, FieldName("WaveLengthPara%1Text", i + 1),
-                     WithKey(ParameterCaption(i), kParameterKeys[i]));
+                     WithKey(ParameterCaption(i), kParameterKeys[i]), kFieldCharacters);
     grid->addWidget(wavelength.Label, 1 + i, 0);
     grid->addWidget(wavelength.Edit, 1 + i, 1);
     wavelength.Unit = new QLabel(QStringLiteral("nm"), group);
@@ -238,7 +236,7 @@ QGroupBox* FrmQuaConfig::MakeWavelengths(DialogParts& parts) {
     grid->addWidget(para.Label, 1 + i, 3);
     grid->addWidget(para.Edit, 1 + i, 4);
   }
-  auto* const range = new QLabel(RangeText(), group);
+  auto* const range = new QLabel(InstrumentRangeText(frame_), group);
   range->setForegroundRole(QPalette::PlaceholderText);
   range->setAlignment(Qt::AlignRight);
   grid->addWidget(range, 1 + kWavelengthCount, 0, 1, 2);
@@ -249,21 +247,18 @@ QGroupBox* FrmQuaConfig::MakeWavelengths(DialogParts& parts) {
   return group;
 }
 
-FrmQuaConfig::NumberField FrmQuaConfig::MakeField(DialogParts& parts, const QString& name,
-                                                  const QString& caption) {
-  NumberField field;
-  field.Edit = new QLineEdit(this);
+FrmQuaConfig::Entry FrmQuaConfig::MakeField(DialogParts& parts, const QString& name, const QString& caption,
+                                            int characters) {
+  Entry field;
+  field.Edit = new NumberField(characters, this);
   field.Label = parts.Finish(*field.Edit, name.toLatin1().constData(),
                              ("Label" + name.toLatin1()).constData(), caption);
-  field.Edit->ensurePolished();
-  field.Edit->setAlignment(Qt::AlignRight);
-  field.Edit->setMinimumWidth(field.Edit->fontMetrics().averageCharWidth() * kFieldCharacters);
   return field;
 }
 
 void FrmQuaConfig::OrderTabs() {
   QList<QWidget*> order = {methods_, units_, standards_, sampleNumbers_, coefficients_};
-  for (const NumberField& field : k_) order.append(field.Edit);
+  for (const Entry& field : k_) order.append(field.Edit);
   order.append(wavelengthNumbers_);
   for (std::size_t i = 0; i < wavelengths_.size(); ++i) {
     order.append(wavelengths_[i].Edit);
@@ -271,12 +266,6 @@ void FrmQuaConfig::OrderTabs() {
   }
   for (const char* button : {"OKCmd", "CancelCmd"}) order.append(findChild<QWidget*>(QLatin1String(button)));
   for (qsizetype i = 1; i < order.size(); ++i) setTabOrder(order[i - 1], order[i]);
-}
-
-QString FrmQuaConfig::RangeText() const {
-  const InstrumentState& state = frame_.Link().State;
-  return QString::fromStdString(Format(state.WavelengthMin, kWavelengthFormat)) + QStringLiteral(" – ") +
-         QString::fromStdString(Format(state.WavelengthMax, kWavelengthFormat)) + QStringLiteral(" nm");
 }
 
 // ---- Values into the controls ----
@@ -303,19 +292,15 @@ void FrmQuaConfig::LoadValues() {
   wavelengthNumbers_->setCurrentIndex(
       Within(settings_.WaveLengthNumber, 1, kWavelengthCount, usual.WaveLengthNumber) - 1);
 
-  const auto show = [](NumberField& field, const std::string& text) {
-    field.TextAtStart = QString::fromStdString(text);
-    field.Edit->setText(field.TextAtStart);
-  };
-  for (std::size_t i = 0; i < k_.size(); ++i) show(k_[i], ShortestText(settings_.InputK[i]));
+  for (std::size_t i = 0; i < k_.size(); ++i) k_[i].Edit->SetNumber(settings_.InputK[i]);
   for (std::size_t i = 0; i < wavelengths_.size(); ++i) {
-    show(wavelengths_[i], Format(settings_.WaveLengthList[i], kWavelengthFormat));
-    show(paras_[i], ShortestText(settings_.WaveLengthPara[i]));
+    wavelengths_[i].Edit->SetNumber(settings_.WaveLengthList[i], kWavelengthFormat);
+    paras_[i].Edit->SetNumber(settings_.WaveLengthPara[i]);
   }
 }
 
 void FrmQuaConfig::ShowUse() {
-  const auto use = [](const NumberField& field, bool used) {
+  const auto use = [](const Entry& field, bool used) {
     field.Edit->setEnabled(used);
     field.Label->setEnabled(used);
     if (field.Unit != nullptr) field.Unit->setEnabled(used);
@@ -352,17 +337,13 @@ QString FrmQuaConfig::UnitShown() const {
   return PlainUnit(units_->currentText());
 }
 
-void FrmQuaConfig::PointTo(QLineEdit& field) {
-  field.setFocus();
-  field.selectAll();
-}
-
 bool FrmQuaConfig::TakeUnit(QuantitationSettings& settings) {
   const QString unit = UnitShown();
   if (unit.isEmpty()) {
     frame_.Boxes().ShowWords(
         QStringLiteral("%1: choose a unit from the list or type your own.").arg(Caption(kUnitLabel)));
-    PointTo(*units_->lineEdit());
+    units_->lineEdit()->setFocus();
+    units_->lineEdit()->selectAll();
     return false;
   }
   settings.ConcUnit = unit.toStdString();
@@ -372,50 +353,18 @@ bool FrmQuaConfig::TakeUnit(QuantitationSettings& settings) {
   return true;
 }
 
-bool FrmQuaConfig::TakeNumber(const NumberField& field, double& value) {
-  if (!field.Edit->isEnabled()) return true;
-  // What the field does not show is not lost by a mere OK.
-  const QString text = field.Edit->text();
-  const std::optional<double> number = text == field.TextAtStart ? value : ParseNumber(text.toStdString());
-  if (number && std::isfinite(*number)) {
-    value = *number;
-    return true;
-  }
-  frame_.Boxes().ShowWords(QStringLiteral("%1: a number is needed here, such as 0.25 or 1.5e-3.")
-                               .arg(field.Edit->accessibleName()));
-  PointTo(*field.Edit);
-  return false;
-}
-
-bool FrmQuaConfig::TakeWavelength(const NumberField& field, double& value) {
-  if (!field.Edit->isEnabled()) return true;
-  const QString text = field.Edit->text();
-  const bool unchanged = text == field.TextAtStart;
-  const std::optional<double> wavelength = unchanged ? value : ParseNumber(text.toStdString());
-  const InstrumentState& state = frame_.Link().State;
-  if (wavelength && *wavelength >= state.WavelengthMin && *wavelength <= state.WavelengthMax) {
-    // The instrument moves in steps of 0.1 nm.
-    value = unchanged ? value : RoundToTenth(*wavelength);
-    return true;
-  }
-  frame_.Boxes().Show(
-      kWavelengthRefused,
-      (field.Edit->accessibleName() + u' ' + text + QStringLiteral(" (") + RangeText() + u')').toStdString());
-  PointTo(*field.Edit);
-  return false;
-}
-
 bool FrmQuaConfig::TakeCoefficients(QuantitationSettings& settings) {
   for (std::size_t i = 0; i < k_.size(); ++i) {
-    if (!TakeNumber(k_[i], settings.InputK[i])) return false;
+    if (k_[i].Edit->isEnabled() && !TakeNumber(frame_, *k_[i].Edit, settings.InputK[i])) return false;
   }
   return true;
 }
 
 bool FrmQuaConfig::TakeWavelengths(QuantitationSettings& settings) {
-  for (std::size_t i = 0; i < wavelengths_.size(); ++i) {
-    if (!TakeWavelength(wavelengths_[i], settings.WaveLengthList[i])) return false;
-    if (!TakeNumber(paras_[i], settings.WaveLengthPara[i])) return false;
+  for (std::size_t i = 0; i < static_cast<std::size_t>(WaveLengthsShown()); ++i) {
+    if (!TakeWavelength(frame_, *wavelengths_[i].Edit, kWavelengthRefused, settings.WaveLengthList[i]))
+      return false;
+    if (!TakeNumber(frame_, *paras_[i].Edit, settings.WaveLengthPara[i])) return false;
   }
   return true;
 }

@@ -12,12 +12,12 @@ class QComboBox;
 class QGroupBox;
 class QLabel;
 class QLayout;
-class QLineEdit;
 class QRadioButton;
 
 namespace spectrane {
 
 class DialogParts;
+class NumberField;
 
 /// Options of the quantitation: the curve, where its coefficients come from, and the wavelengths.
 class FrmQuaConfig : public QDialog {
@@ -41,18 +41,17 @@ class FrmQuaConfig : public QDialog {
   void accept() override;
 
  private:
-  /// A line with a number, its label, its unit (may be null), and what it began with.
-  struct NumberField {
-    QLineEdit* Edit = nullptr;
+  /// A line with a number, its label, and its unit (may be null).
+  struct Entry {
+    NumberField* Edit = nullptr;
     QLabel* Label = nullptr;
     QLabel* Unit = nullptr;
-    QString TextAtStart;
   };
 
   QLayout* MakeCurveForm(DialogParts& parts);
   QGroupBox* MakeCalibration(DialogParts& parts);
   QGroupBox* MakeWavelengths(DialogParts& parts);
-  NumberField MakeField(DialogParts& parts, const QString& name, const QString& caption);
+  Entry MakeField(DialogParts& parts, const QString& name, const QString& caption, int characters);
   void OrderTabs();
   void LoadUnit();
   void LoadValues();
@@ -62,15 +61,11 @@ class FrmQuaConfig : public QDialog {
   int FittingMethodShown() const;
   int WaveLengthsShown() const;
   QString UnitShown() const;
-  QString RangeText() const;
   /// False: a field was refused and the person was told.
   bool TakeFields(QuantitationSettings& settings);
   bool TakeUnit(QuantitationSettings& settings);
   bool TakeCoefficients(QuantitationSettings& settings);
   bool TakeWavelengths(QuantitationSettings& settings);
-  bool TakeNumber(const NumberField& field, double& value);
-  bool TakeWavelength(const NumberField& field, double& value);
-  static void PointTo(QLineEdit& field);
 
   MainWindow& frame_;
   QuantitationSettings settings_;
@@ -82,11 +77,11 @@ class FrmQuaConfig : public QDialog {
   QRadioButton* coefficients_;
   QComboBox* sampleNumbers_;
   QLabel* sampleNumberLabel_ = nullptr;
-  std::array<NumberField, 4> k_;
+  std::array<Entry, 4> k_;
   QComboBox* wavelengthNumbers_;
   QLabel* formula_;
-  std::array<NumberField, 3> wavelengths_;
-  std::array<NumberField, 3> paras_;
+  std::array<Entry, 3> wavelengths_;
+  std::array<Entry, 3> paras_;
 };
 
 }  // namespace spectrane

@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <memory>
 
+#include "base/clock.h"
 #include "base/filereplacement.h"
 #include "base/language.h"
 #include "base/utf8path.h"
@@ -17,11 +18,15 @@
 #include "cli/filecommands.h"
 #include "cli/filekinds.h"
 #include "cli/jsontext.h"
+#include "cli/progressbar.h"
 #include "cli/storedsettings.h"
 #include "output/reportpages.h"
 
 namespace spectrane {
 namespace {
+
+/// So long an export may take without a sign of life [ms].
+constexpr std::int64_t kPatienceMs = 300;
 
 struct ExportArguments {
   std::string File;
@@ -52,18 +57,20 @@ std::string ImageBytes(const QImage& image, const char* format) {
   return image.save(&buffer, format) ? buffer.data().toStdString() : std::string();
 }
 
-std::string WorkbookBytes(ExportDocument& document, const ExportSurroundings& around) {
+std::string WorkbookBytes(ExportDocument& document, const ExportSurroundings& around,
+                          const WorkProgress& progress) {
   std::optional<SheetPicture> picture;
   const QImage image = document.Picture(around);
   if (!image.isNull()) picture = SheetPicture{ImageBytes(image, "PNG"), image.width(), image.height()};
-  return ExportWorkbook(document.Sheet(around), picture)->Bytes();
+  return ExportWorkbook(document.Sheet(around), picture, progress)->Bytes();
 }
 
 /// What goes into the file, by its ending.
 std::string OutputBytes(const ExportArguments& arguments, ExportDocument& document,
-                        const ExportSurroundings& around, const std::string& ending) {
-  if (ending == ".txt") return ExportText(document.Sheet(around));
-  if (ending == ".xls") return WorkbookBytes(document, around);
+                        const ExportSurroundings& around, const std::string& ending,
+                        const WorkProgress& progress) {
+  if (ending == ".txt") return ExportText(document.Sheet(around), progress);
+  if (ending == ".xls") return WorkbookBytes(document, around, progress);
   if (ending == ".bmp") {
     if (document.PictureRefusal() != 0) throw Refusal(arguments.File, Text(document.PictureRefusal()));
     return ImageBytes(document.Picture(around).convertToFormat(QImage::Format_RGB32), "BMP");
@@ -73,17 +80,17 @@ std::string OutputBytes(const ExportArguments& arguments, ExportDocument& docume
     throw Refusal(arguments.Out, curve ? "not one of .txt, .xls, .bmp, .pdf, .csv and .jdx"
                                        : "not one of .txt, .xls, .bmp and .pdf");
   }
-  return ReportPdf(document.MakeReport(around)).toStdString();
+  return ReportPdf(document.MakeReport(around), progress).toStdString();
 }
 
 /// What the window of that kind gives.
 std::string DocumentBytes(const ExportArguments& arguments, const ExportSurroundings& around,
-                          const std::string& ending) {
+                          const std::string& ending, const WorkProgress& progress) {
   const std::unique_ptr<ExportDocument> document =
       ExportDocumentOf(KindOfFile(arguments.File).Kind->FileType);
   if (!document) throw Refusal(arguments.File, "files of this kind cannot be exported");
   document->Open(arguments.File, around);
-  return OutputBytes(arguments, *document, around, ending);
+  return OutputBytes(arguments, *document, around, ending, progress);
 }
 
 void RunExport(const ExportArguments& arguments, BatchContext& run) {
@@ -103,7 +110,15 @@ void RunExport(const ExportArguments& arguments, BatchContext& run) {
       arguments.Smooth};
   const std::string ending = LowerEnding(arguments.Out);
   std::optional<std::string> bytes = CurveExport(arguments.File, ending, around);
-  if (!bytes) bytes = DocumentBytes(arguments, around, ending);
+  const SteadyClock clock;
+  ProgressBar bar(run.Err, clock, Utf8FromPath(PathFromUtf8(arguments.Out).filename()), 100, 0);
+  const std::int64_t startMs = clock.NowMs();
+  const auto progress = [&](int percent) {
+    // What is done at once needs no bar.
+    if (clock.NowMs() - startMs > kPatienceMs) bar.Show(percent);
+    return true;
+  };
+  if (!bytes) bytes = DocumentBytes(arguments, around, ending, progress);
   std::string reason = "cannot be drawn";
   if (bytes->empty() || !ReplaceFileContent(arguments.Out, *bytes, &reason))
     throw Refusal(arguments.Out, reason);

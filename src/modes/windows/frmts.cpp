@@ -1,9 +1,5 @@
 #include "modes/windows/frmts.h"
 
-#include <QClipboard>
-#include <QGuiApplication>
-#include <QVBoxLayout>
-
 #include "app/ground/commands.h"
 #include "app/ground/dialogparts.h"
 #include "app/ground/frmdatatabel.h"
@@ -42,22 +38,14 @@ double AsShown(double value, const std::string& pattern) {
 }  // namespace
 
 FrmTS::FrmTS(MainWindow& frame)
-    : DocumentWindow(frame),
-      formats_(frame.Link().Formats),
-      source_{document_, points_, found_, settings_, formats_},
-      test_(BenchOf(frame), document_, frame.Link().Time, frame.Link().Loop),
-      curve_(new PicCurve(this)) {
+    : CurveWindow(frame),
+      source_{document_, points_, found_, settings_, Formats()},
+      test_(BenchOf(frame), document_, frame.Link().Time, frame.Link().Loop) {
   setObjectName(QStringLiteral("FrmTS"));
   SetCaption(Words(kNewTS).trimmed());
-  curve_->setObjectName(QStringLiteral("PicCurve"));
-  auto* const layout = new QVBoxLayout(this);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->addWidget(curve_);
-  setFocusProxy(curve_);
   const InstrumentState& state = frame.Link().State;
   if (state.InstrumentConnected) document_.SetBlank(state.FullEnergy, state.DarkEnergy, state.GainIndex);
   BuildTables();
-  ConnectCurve();
   ConnectTest();
   TimeScanSettings settings;
   LoadSettings<TimeScanSettings>(frame.Settings(), kTimeScanSettingRows, settings);
@@ -65,8 +53,6 @@ FrmTS::FrmTS(MainWindow& frame)
 }
 
 FrmTS::~FrmTS() {
-  // What the pointer was over is gone with the window.
-  Frame().ShowReadout({});
   if (test_.TestRunning) StopTest();
   delete curveDataTabel_;
 }
@@ -88,10 +74,10 @@ std::vector<PointColumn> FrmTS::Columns() const {
            [=, this](std::int32_t point) { return figure(at(points_.Time, point), kPointTimeFormat); },
            QStringLiteral("10000.0 s")},
           {Words(kAbsTitle),
-           [=, this](std::int32_t point) { return figure(at(points_.Abs, point), formats_.AbsFormat); },
+           [=, this](std::int32_t point) { return figure(at(points_.Abs, point), Formats().AbsFormat); },
            QStringLiteral("-0.0000")},
           {Words(kTransTitle),
-           [=, this](std::int32_t point) { return figure(at(points_.Trans, point), formats_.TransFormat); },
+           [=, this](std::int32_t point) { return figure(at(points_.Trans, point), Formats().TransFormat); },
            QStringLiteral("200.00")},
           {Words(kEnergyTitle),
            [=, this](std::int32_t point) { return QString::number(at(points_.Energy, point)); },
@@ -110,34 +96,20 @@ void FrmTS::BuildTables() {
       {{Words(kTimeRecordTab), recordTable_}, {Words(kTimePeakTab), peakTable_}}, Frame().Layout());
 }
 
-void FrmTS::ConnectCurve() {
-  curve_->SetPopup([this](int command) { return Frame().ActionOf(command); });
-  connect(curve_, &PicCurve::PointedAt, this,
-          [this](std::size_t, std::size_t point) { Frame().ShowReadout(PointText(point)); });
-  connect(curve_, &PicCurve::PointedAway, this, [this] { Frame().ShowReadout({}); });
-  connect(curve_, &PicCurve::ScaleChosen, this, [this](const CurveScale& scale) { LookAt(scale); });
-  connect(curve_, &PicCurve::RectangleSelected, this, &FrmTS::LookAtRectangle);
-  connect(curve_, &PicCurve::HomeWanted, this, &FrmTS::mmuZoomWindow);
-  connect(curve_, &PicCurve::ZoomSelectingChanged, this, [this](bool on) {
-    Frame().ShowReadout(on ? tr("Draw a rectangle around what you want to see. Esc leaves the view as it is.")
-                           : QString());
-  });
-}
-
-QString FrmTS::PointText(std::size_t point) const {
+QString FrmTS::PointText(std::size_t /*line*/, std::size_t point) const {
   if (point >= points_.Time.size()) return {};
   return QStringLiteral("No. %1    %2    %3 Abs    %4 %T")
       .arg(point + 1)
       .arg(QString::fromStdString(Format(points_.Time[point], kPointTimeFormat)),
-           QString::fromStdString(Format(points_.Abs[point], formats_.AbsFormat)),
-           QString::fromStdString(Format(points_.Trans[point], formats_.TransFormat)));
+           QString::fromStdString(Format(points_.Abs[point], Formats().AbsFormat)),
+           QString::fromStdString(Format(points_.Trans[point], Formats().TransFormat)));
 }
 
-void FrmTS::ShowPicture() {
+CurveView FrmTS::MakeView() const {
   CurveView view = TimeScanCurve(source_, view_, Caption());
   if (points_.Count() == 0 && !RunsNow())
     view.Caption += tr("     No points yet: first Set Blank (F8), then Start Test (F5).");
-  curve_->SetView(std::move(view));
+  return view;
 }
 
 void FrmTS::ShowTables() {
@@ -173,7 +145,7 @@ void FrmTS::ShowConfigWindow() {
   const double next = document_.Option().WorkWL;
   if (document_.PointWavelength() == next) return;
   const auto words = [this](double wavelength) {
-    return Format(wavelength, formats_.WavelengthFormat) + " nm";
+    return Format(wavelength, Formats().WavelengthFormat) + " nm";
   };
   Frame().Display().SetRemark("These points were measured at " + words(document_.PointWavelength()) +
                               "; the next test goes to " + words(next) + ".");
@@ -202,22 +174,22 @@ void FrmTS::mmuSetPeakHeight() {
 
 // ---- What is seen ----
 
-void FrmTS::LookAt(const TimeScanView& view) {
-  view_ = view;
-  curve_->SetScale(TimeScanScale(document_, view_));
+void FrmTS::TakeView(const CurveScale& scale) {
+  view_.Time = {scale.X.Low, scale.X.High};
+  view_.Of(document_.ShowsTrans()) = {scale.Y.Low, scale.Y.High};
 }
 
-void FrmTS::LookAt(const CurveScale& scale) {
-  if (!scale.Drawable()) return;
-  TimeScanView view = view_;
-  view.Time = {scale.X.Low, scale.X.High};
-  view.Of(document_.ShowsTrans()) = {scale.Y.Low, scale.Y.High};
-  LookAt(view);
+void FrmTS::TakeHomeView() {
+  view_ = HomeView(document_);
+}
+
+CurveScale FrmTS::SeenScale() const {
+  return TimeScanScale(document_, view_);
 }
 
 void FrmTS::LookAtRectangle(const CurveScale& scale, const QSize& pixels) {
   if (pixels.width() < kLeastRectangle || pixels.height() < kLeastRectangle) return;
-  const std::string& pattern = document_.ShowsTrans() ? formats_.TransFormat : formats_.AbsFormat;
+  const std::string& pattern = document_.ShowsTrans() ? Formats().TransFormat : Formats().AbsFormat;
   const CurveScale chosen{{AsShown(scale.X.Low, "0"), AsShown(scale.X.High, "0")},
                           {AsShown(scale.Y.Low, pattern), AsShown(scale.Y.High, pattern)}};
   if (!chosen.Drawable())
@@ -226,23 +198,16 @@ void FrmTS::LookAtRectangle(const CurveScale& scale, const QSize& pixels) {
 }
 
 void FrmTS::mmuZoomOut() {
-  curve_->SetZoomSelecting(!curve_->ZoomSelecting());
+  Curve().SetZoomSelecting(!Curve().ZoomSelecting());
 }
 
 void FrmTS::mmuZoomIn() {
   try {
-    LookAt(Widened(view_, document_));
+    view_ = Widened(view_, document_);
+    Curve().SetScale(SeenScale());
   } catch (const NumericFault& fault) {
     Frame().Display().SetRemark(std::string("Overflow: ") + fault.what() + ". The view stays as it is.");
   }
-}
-
-void FrmTS::mmuZoomWindow() {
-  LookAt(HomeView(document_));
-}
-
-void FrmTS::CopyPicture() {
-  QGuiApplication::clipboard()->setImage(curve_->Image());
 }
 
 void FrmTS::FormatsChanged() {
@@ -310,14 +275,6 @@ std::optional<Report> FrmTS::MakeReport() {
 
 std::optional<ExportSheet> FrmTS::MakeSheet() {
   return TimeScanSheet(source_, OutputHead());
-}
-
-QImage FrmTS::MakePicture() {
-  return curve_->Image();
-}
-
-void FrmTS::mmuFileOutputBMP() {
-  OutputPicture(MakePicture());
 }
 
 }  // namespace spectrane

@@ -2,18 +2,16 @@
 
 #include <QPointer>
 
-#include "app/ground/documentwindow.h"
 #include "app/ground/pointtable.h"
 #include "modes/timescan/timescantest.h"
 #include "output/timescancurve.h"
+#include "output/windows/curvewindow.h"
 
 namespace spectrane {
 
-class PicCurve;
-
 /// The time scan window: readings at one wavelength on a fixed schedule, as a curve that grows while one
 /// watches, and as a table.
-class FrmTS : public DocumentWindow {
+class FrmTS : public CurveWindow {
   Q_OBJECT
 
  public:
@@ -44,10 +42,6 @@ class FrmTS : public DocumentWindow {
   void mmuZoomOut() override;
   /// The view grows to round steps. A time axis whose step overflows leaves it as it is.
   void mmuZoomIn() override;
-  /// Back to the home view.
-  void mmuZoomWindow() override;
-  void CopyPicture() override;
-  void mmuFileOutputBMP() override;
 
   int CheckFileType() const override;
   QString OpenFileName() const override;
@@ -63,14 +57,18 @@ class FrmTS : public DocumentWindow {
   void StopTest() override;
   std::optional<Report> MakeReport() override;
   std::optional<ExportSheet> MakeSheet() override;
-  QImage MakePicture() override;
   bool WriteDocument(const QString& path, QString& fault) override;
   bool ReadDocument(const QString& path, QString& fault) override;
+  CurveView MakeView() const override;
+  void TakeView(const CurveScale& scale) override;
+  void TakeHomeView() override;
+  CurveScale SeenScale() const override;
+  QString PointText(std::size_t line, std::size_t point) const override;
+  void LookAtRectangle(const CurveScale& scale, const QSize& pixels) override;
 
  private:
   std::vector<PointColumn> Columns() const;
   void BuildTables();
-  void ConnectCurve();
   void ConnectTest();
   void TakeSettings(const TimeScanSettings& settings);
   void BeginTest();
@@ -78,14 +76,7 @@ class FrmTS : public DocumentWindow {
   void ShowWait(std::int64_t restMs);
   void AskToSaveTest();
   void TellEnd(TimeScanEnd end);
-  void ShowPicture();
   void ShowTables();
-  void LookAt(const TimeScanView& view);
-  void LookAt(const CurveScale& scale);
-  void LookAtRectangle(const CurveScale& scale, const QSize& pixels);
-  QString PointText(std::size_t point) const;
-
-  const DisplayFormats& formats_;
   TimeScanDocument document_;
   TimeScanSettings settings_;
   TimeScanView view_;
@@ -93,7 +84,6 @@ class FrmTS : public DocumentWindow {
   FoundPeaks found_;
   TimeScanSource source_;
   TimeScanTest test_;
-  PicCurve* curve_;
   PointTable* recordTable_ = nullptr;
   PointTable* peakTable_ = nullptr;
   // The pane of the main window holds it; it goes with this window.

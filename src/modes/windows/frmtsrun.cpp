@@ -95,7 +95,7 @@ void FrmTS::ShowPoint(std::int32_t point) {
   points_.TakeNext(document_);
   recordTable_->Grow(points_.Count());
   curveDataTabel_->Grid(kRecordTab)->scrollToBottom();
-  curve_->Extend(0, points_.Time, points_.Values(document_.ShowsTrans()));
+  Curve().Extend(0, points_.Time, points_.Values(document_.ShowsTrans()));
   shownWait_ = -1;
   if (document_.Interval() < kLongWaitMs) {
     Frame().Display().SetRemark("Point " + std::to_string(point + 1) + " of " +

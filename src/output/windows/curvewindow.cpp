@@ -43,12 +43,12 @@ void CurveWindow::ConnectCurve() {
           [this](std::size_t line, std::size_t point) { Frame().ShowReadout(PointText(line, point)); });
   connect(curve_, &PicCurve::PointedAway, this, [this] { Frame().ShowReadout({}); });
   connect(curve_, &PicCurve::ZoomSelectingChanged, this, [this](bool on) {
-    if (!on) Frame().ShowReadout({});
+    Frame().ShowReadout(on ? tr("Draw a rectangle around what you want to see. Esc leaves the view as it is.")
+                           : QString());
   });
   connect(curve_, &PicCurve::ScaleChosen, this, [this](const CurveScale& scale) { LookAt(scale); });
-  connect(curve_, &PicCurve::RectangleSelected, this, [this](const CurveScale& scale, const QSize& pixels) {
-    if (pixels.width() >= kSmallestRectangle && pixels.height() >= kSmallestRectangle) LookAt(scale);
-  });
+  connect(curve_, &PicCurve::RectangleSelected, this,
+          [this](const CurveScale& scale, const QSize& pixels) { LookAtRectangle(scale, pixels); });
   connect(curve_, &PicCurve::HomeWanted, this, [this] { mmuZoomWindow(); });
 }
 
@@ -56,6 +56,10 @@ void CurveWindow::LookAt(const CurveScale& scale) {
   if (!scale.Drawable()) return;
   TakeView(scale);
   curve_->SetScale(scale);
+}
+
+void CurveWindow::LookAtRectangle(const CurveScale& scale, const QSize& pixels) {
+  if (pixels.width() >= kSmallestRectangle && pixels.height() >= kSmallestRectangle) LookAt(scale);
 }
 
 void CurveWindow::ShowPicture() {
@@ -66,7 +70,6 @@ void CurveWindow::mmuZoomIn() {
   const CurveScale seen = SeenScale();
   LookAt({RoundedOutward(curve_->View().X.Kind, seen.X), RoundedOutward(curve_->View().Y.Kind, seen.Y)});
   curve_->SetZoomSelecting(true);
-  Frame().ShowReadout(tr("Draw a rectangle around what you want to see. Esc leaves the view as it is."));
 }
 
 void CurveWindow::mmuZoomWindow() {

@@ -47,10 +47,13 @@ class CurveWindow : public DocumentWindow {
   virtual QString PointText(std::size_t line, std::size_t point) const = 0;
 
   QImage MakePicture() override;
+  /// A rectangle that was drawn, with its size on the surface.
+  virtual void LookAtRectangle(const CurveScale& scale, const QSize& pixels);
+  /// Takes a view when it is drawable, and shows it.
+  void LookAt(const CurveScale& scale);
 
  private:
   void ConnectCurve();
-  void LookAt(const CurveScale& scale);
 
   const DisplayFormats& formats_;
   PicCurve* curve_;

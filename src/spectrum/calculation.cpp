@@ -18,12 +18,21 @@ struct PointValues {
 /// The record that is looked up, with comparisons that are false outside of it.
 class LookUp {
  public:
-  explicit LookUp(const Spectrum& record) : record_(record), n_(static_cast<std::int64_t>(record.Size())) {}
+  explicit LookUp(const Spectrum& record) : record_(record), n_(static_cast<std::int64_t>(record.Size())) {
+    try {
+      last_ = Steps(record.WL.back());
+      length_ = Steps(record.WL.front()) - last_ + 1;
+      countable_ = true;
+    } catch (const NumericFault&) {
+      // Ends that no instrument has: nothing is found.
+    }
+  }
 
   bool Covers(double x) const { return x <= record_.WL.front() && x >= record_.WL.back(); }
 
   /// Nothing: the partner lies outside the record.
   std::optional<PointValues> At(double x) const try {
+    if (!countable_) return {};
     const std::int64_t i = Estimate(x);
     for (const std::int64_t same : {i, i - 1, i + 1}) {
       if (Inside(same) && WL(same) == x) return Point(same);
@@ -37,14 +46,12 @@ class LookUp {
   }
 
  private:
-  /// The place of `x` on a uniform grid, reckoned in steps of 0.1 nm. Throws NumericFault for a wavelength
-  /// that is too large to be counted so.
+  /// Counted in steps of 0.1 nm. Throws NumericFault for a wavelength that is too large for it.
+  static double Steps(double wavelength) { return static_cast<double>(ToLong(wavelength * 10)); }
+  /// The place of `x` on a uniform grid. Throws as Steps().
   std::int64_t Estimate(double x) const {
-    const auto a = static_cast<double>(ToLong(x * 10));
-    const auto b = static_cast<double>(ToLong(record_.WL.back() * 10));
-    const auto c = static_cast<double>(ToLong(record_.WL.front() * 10));
     const auto n = static_cast<double>(n_);
-    return ToLong(n - n * (a - b) / (c - b + 1));
+    return ToLong(n - n * (Steps(x) - last_) / length_);
   }
   bool Inside(std::int64_t i) const { return i >= 0 && i < n_; }
   double WL(std::int64_t i) const { return record_.WL[static_cast<std::size_t>(i)]; }
@@ -63,6 +70,10 @@ class LookUp {
 
   const Spectrum& record_;
   std::int64_t n_;
+  // Of the record, in steps: where it ends, and how long it is.
+  double last_ = 0;
+  double length_ = 1;
+  bool countable_ = false;
 };
 
 double Combined(double left, double right, SpectrumOperation operation) {
@@ -95,6 +106,7 @@ ProcessedSpectrum CombineSpectra(const Spectrum& base, const Spectrum& other, Sp
   if (base.Empty() || other.Empty()) return {{}, NoResult::NoSource};
   const LookUp partners(other);
   ProcessedSpectrum combined;
+  combined.Result.Reserve(base.Size());
   bool overlap = false;
   for (std::size_t i = 0; i < base.Size(); ++i) {
     const double x = base.WL[i];

@@ -22,6 +22,12 @@ struct Spectrum {
     Trans.resize(points);
     Abs.resize(points);
   }
+  /// Up to so many points the columns stay where they are.
+  void Reserve(std::size_t points) {
+    WL.reserve(points);
+    Trans.reserve(points);
+    Abs.reserve(points);
+  }
   void Add(double wavelength, double trans, double abs) {
     WL.push_back(wavelength);
     Trans.push_back(trans);

@@ -62,8 +62,7 @@ bool ProcessWindow::SetWLSRecord(std::int32_t index, double wavelength, double t
 bool ProcessWindow::SetWLSRecordNo(std::int32_t count) {
   if (count < 0 || count > kMostSpectrumPoints) return false;
   // What is drawn meanwhile keeps its place.
-  for (std::vector<double>* column : {&sources_[0].WL, &sources_[0].Trans, &sources_[0].Abs})
-    column->reserve(static_cast<std::size_t>(kMostSpectrumPoints));
+  sources_[0].Reserve(static_cast<std::size_t>(kMostSpectrumPoints));
   sources_[0].Resize(static_cast<std::size_t>(count));
   return true;
 }

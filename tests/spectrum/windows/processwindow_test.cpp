@@ -149,6 +149,8 @@ TEST_F(Processing, ColoursAndChoicesComeFromBothSides) {
   EXPECT_EQ(settings.Shown.PeakColor, 12) << "of the source";
   EXPECT_EQ(settings.Shown.CurveColor, 13) << "its own";
   EXPECT_FALSE(settings.Shown.PeakEnable) << "its own";
+  Last<FrmSmooth>().mmuSpectrumDev();
+  EXPECT_EQ(Last<FrmDev>().AllSettings().Shown.CurveColor, 13) << "results keep their colour along a chain";
 }
 
 TEST_F(Processing, TheSearchIsThatOfTheResult) {

@@ -91,6 +91,7 @@ std::string ModeRange(const TimeScanSource& scan) {
 
 std::string IntervalWords(std::int32_t index) {
   const bool known = index >= 0 && index < static_cast<std::int32_t>(kIntervalNames.size());
+  // Their names begin with a blank.
   return known ? kIntervalNames[static_cast<std::size_t>(index)] + 1
                : ShortestText(IntervalMs(index) / 1000.0) + " Second";
 }

@@ -18,7 +18,7 @@ using testing_windows::FrameFixture;
 using testing_windows::InDialog;
 
 using FrmMainTest = FrameFixture;
-using Field = DataDisplay::Field;
+using DisplayField = DataDisplay::Field;
 
 QStringList TextsOf(const QMenu& menu) {
   QStringList texts;
@@ -325,15 +325,15 @@ TEST_F(FrmMainTest, ConnectingShowsWhatTheInstrumentIs) {
   EXPECT_EQ(Pane(StatusPane::Connection), "connectted.");
   EXPECT_EQ(Pane(StatusPane::Sampler), "Manually sample shelf.");
   EXPECT_TRUE(Main->findChild<MainStatus*>()->IsSimulatedShown());
-  EXPECT_EQ(FieldText(Field::Wavelength), " 546.0nm");
-  EXPECT_EQ(FieldText(Field::Abs), " 0.000Abs");
-  EXPECT_EQ(FieldText(Field::Trans), "100.0%T");
+  EXPECT_EQ(FieldText(DisplayField::Wavelength), " 546.0nm");
+  EXPECT_EQ(FieldText(DisplayField::Abs), " 0.000Abs");
+  EXPECT_EQ(FieldText(DisplayField::Trans), "100.0%T");
   EXPECT_TRUE(Main->SampleTimer().isActive());
   EXPECT_TRUE(Main->isEnabled());
   Choose(kRelease);
   EXPECT_EQ(Pane(StatusPane::Connection), "No instrument connected.");
-  EXPECT_EQ(FieldText(Field::Wavelength), "");
-  EXPECT_EQ(FieldText(Field::Trans), "");
+  EXPECT_EQ(FieldText(DisplayField::Wavelength), "");
+  EXPECT_EQ(FieldText(DisplayField::Trans), "");
   EXPECT_FALSE(Main->SampleTimer().isActive());
   EXPECT_FALSE(Main->findChild<MainStatus*>()->IsSimulatedShown());
 }

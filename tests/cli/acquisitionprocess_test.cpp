@@ -164,7 +164,8 @@ TEST_F(Acquisition, ASampleThatStandsInTheBeamFromTheBeginningSpoilsNoPoint) {
         {"scan", "--from", "500", "--to", "520", "--step", "1", "--baseline", Path("b.bsl")}, name);
     ASSERT_EQ(outcome.Status, 0);
     EXPECT_EQ(outcome.Err.find("new reference"), std::string::npos) << outcome.Err;
-    for (const Json& point : Dump(name)["data"]) EXPECT_NEAR(point["Abs"].get<double>(), 0.3, 0.002) << point;
+    const Json points = Dump(name)["data"];
+    for (const Json& point : points) EXPECT_NEAR(point["Abs"].get<double>(), 0.3, 0.002) << point;
   }
   // Where another program left it on a point of the baseline, the command says so.
   ASSERT_EQ(Batch({"instrument", "send", "swl 510"}).Status, 0);
@@ -192,7 +193,8 @@ TEST_F(Acquisition, APersonIsAskedForTheBlankAndThenForTheSample) {
   ASSERT_TRUE(Tell("beam filter-1.0"));
   process.write("\n");
   ASSERT_EQ(Finish(process).Status, 0);
-  for (const Json& point : Dump("s.wls")["data"]) EXPECT_NEAR(point["Abs"].get<double>(), 1.0, 0.005);
+  const Json points = Dump("s.wls")["data"];
+  for (const Json& point : points) EXPECT_NEAR(point["Abs"].get<double>(), 1.0, 0.005);
 }
 
 TEST_F(Acquisition, AScriptThatCannotAnswerIsNotAskedForASingleThing) {

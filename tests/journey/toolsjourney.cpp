@@ -145,7 +145,7 @@ TEST_F(ToolsJourney, ABaselineFromItsFileAndBack) {
   const std::string after = Content("copy.bsl");
   ASSERT_EQ(after.size(), before.size());
   EXPECT_EQ(after.substr(132), before.substr(132));
-  EXPECT_EQ(Content("table.txt").substr(0, 41), "No\tWL.(nm)\tAmp\tEnergy\r\n1\t190.0\t1\t40000\r\n2");
+  EXPECT_EQ(Content("table.txt").substr(0, 39), "No\tWL.(nm)\tAmp\tEnergy\n1\t190.0\t1\t40000\n2");
 }
 
 TEST_F(ToolsJourney, ACableThatGoesInTheMiddleOfAReset) {

@@ -40,7 +40,7 @@ void Measure(const char* what, const std::function<std::size_t()>& make) {
     bytes = make();
     waited.push_back(MsSince(from));
   }
-  Report(what, waited);
+  ReportTimes(what, waited);
   std::printf("  %zu bytes\n", bytes);
 }
 

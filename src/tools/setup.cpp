@@ -38,7 +38,12 @@ std::optional<double> ReadLampWavelength(InstrumentLink& link) {
 std::optional<double> MoveWavelength(InstrumentLink& link, double wavelength) {
   link.Instrument.SetWavelength(wavelength);
   const std::optional<double> position = ReadWavelength(link);
-  if (position) TakeWavelength(link, *position);
+  if (position) {
+    TakeWavelength(link, *position);
+  } else {
+    // It may stand elsewhere now, and a blank belongs to a place.
+    ++link.State.RezeroCount;
+  }
   return position;
 }
 

@@ -176,6 +176,8 @@ bool TimeScanTest::Read(std::int32_t& energy) {
     std::int32_t samples = kPointSamples;
     energy = bench_.Instrument.GetEnergy(samples);
     if (bench_.Instrument.LastReply().Complete()) return true;
+    // An instrument that restarted stands at another gain and wavelength: what it reads now fits no blank.
+    if (bench_.State.GainIndex != document_.Option().GainNo) return false;
   }
   return false;
 }

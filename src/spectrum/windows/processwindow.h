@@ -25,6 +25,8 @@ struct ProcessPlan {
   /// Of the option dialog.
   const char* ConfigName;
   int ConfigTitleTextId;
+  /// The curve is drawn as long as both of its sides have room, or one of them.
+  bool RoomInEither = true;
 };
 
 /// The windows that show what was calculated from one or two spectra, with these and their tables. The result

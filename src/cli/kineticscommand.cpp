@@ -6,6 +6,7 @@
 #include "base/language.h"
 #include "link/messageloop.h"
 #include "modes/timescan/timescanaxes.h"
+#include "modes/timescan/timescansettings.h"
 #include "modes/timescan/timescantest.h"
 
 namespace spectrane {

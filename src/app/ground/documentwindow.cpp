@@ -152,14 +152,14 @@ QString DocumentWindow::PathToBeginWith() const {
 
 QString DocumentWindow::ProposedPath() {
   const FileKindWords words = FileWords();
-  const QString begin = PathToBeginWith();
+  QString begin = PathToBeginWith();
   if (!words.OffersCaption) return begin;
   if (!OpenFileName().isEmpty()) return WithEnding(begin, words.Ending);
   QString name = caption_.simplified();
   for (QChar& c : name) {
     if (QStringLiteral("/\\:*?\"<>|").contains(c)) c = u'_';
   }
-  const QString path = QDir(begin).filePath(WithEnding(name, words.Ending));
+  QString path = QDir(begin).filePath(WithEnding(name, words.Ending));
   frame_.Settings().PutSetting(words.Section, kFilePathKey, path.toStdString());
   return path;
 }

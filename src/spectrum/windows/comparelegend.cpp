@@ -92,7 +92,7 @@ QImage WithLegend(const QImage& picture, const std::vector<LegendEntry>& entries
   QPainter painter(&whole);
   painter.drawImage(0, 0, picture);
   painter.setFont(font);
-  const double column = (width - 2 * kMargin) / columns;
+  const int column = (width - 2 * kMargin) / columns;
   for (std::size_t i = 0; i < shown.size(); ++i) {
     const double x = kMargin + static_cast<double>(i / static_cast<std::size_t>(lines)) * column;
     const double y = height + static_cast<double>(i % static_cast<std::size_t>(lines)) * lineHeight;

@@ -19,7 +19,7 @@ QString Figure(double value, const std::string& pattern) {
 }  // namespace
 
 std::vector<PointColumn> SpectrumColumns(const DisplayFormats& formats,
-                                         std::function<SpectrumPoints()> points) {
+                                         const std::function<SpectrumPoints()>& points) {
   const auto at = [](std::span<const double> values, std::int32_t point) {
     return values[static_cast<std::size_t>(point)];
   };

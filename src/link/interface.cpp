@@ -239,8 +239,7 @@ bool Interface::SetWavelength(double& wavelength) {
 }
 
 bool Interface::Moved(bool arrived) {
-  // Nobody knows where the instrument stands now, and a blank belongs to a place.
-  if (!arrived) ++state_.RezeroCount;
+  if (!arrived) ++state_.LostMoves;
   return arrived;
 }
 

@@ -41,8 +41,7 @@ std::optional<double> MoveWavelength(InstrumentLink& link, double wavelength) {
   if (position) {
     TakeWavelength(link, *position);
   } else {
-    // It may stand elsewhere now, and a blank belongs to a place.
-    ++link.State.RezeroCount;
+    ++link.State.LostMoves;
   }
   return position;
 }

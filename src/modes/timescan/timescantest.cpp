@@ -29,8 +29,8 @@ TimeScanTest::TimeScanTest(const TestBench& bench, TimeScanDocument& document, c
 
 bool TimeScanTest::BlankHolds() const {
   const InstrumentState& state = bench_.State;
-  return BlankDone && blankRezero_ == state.RezeroCount && blankGain_ == state.GainIndex &&
-         blankWavelength_ == document_.Option().WorkWL;
+  return BlankDone && blankRezero_ == state.RezeroCount && blankMoves_ == state.LostMoves &&
+         blankGain_ == state.GainIndex && blankWavelength_ == document_.Option().WorkWL;
 }
 
 void TimeScanTest::mmuOperationRezero() {
@@ -69,6 +69,7 @@ bool TimeScanTest::TakeBlank() {
   bench_.Live.ShowReference();
   BlankDone = true;
   blankRezero_ = state.RezeroCount;
+  blankMoves_ = state.LostMoves;
   blankGain_ = gain;
   blankWavelength_ = document_.Option().WorkWL;
   return done(true);

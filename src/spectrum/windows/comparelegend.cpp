@@ -92,10 +92,12 @@ QImage WithLegend(const QImage& picture, const std::vector<LegendEntry>& entries
   QPainter painter(&whole);
   painter.drawImage(0, 0, picture);
   painter.setFont(font);
-  const int column = (width - 2 * kMargin) / columns;
+  const double column = (width - 2 * kMargin) / columns;
   for (std::size_t i = 0; i < shown.size(); ++i) {
-    const double x = kMargin + static_cast<double>(i / static_cast<std::size_t>(lines)) * column;
-    const double y = height + static_cast<double>(i % static_cast<std::size_t>(lines)) * lineHeight;
+    const int across = static_cast<int>(i) / lines;
+    const int down = static_cast<int>(i) % lines;
+    const double x = kMargin + across * column;
+    const double y = height + down * lineHeight;
     DrawSample(painter, QRectF(x, y, kSampleWidth, lineHeight), *shown[i]);
     painter.setPen(Qt::black);
     const double text = x + kSampleWidth + kMargin;

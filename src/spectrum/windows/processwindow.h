@@ -92,7 +92,7 @@ class ProcessWindow : public SpectrumWindow {
   std::array<std::int32_t, kMostSources> sourceColor_ = {};
   std::array<Spectrum, kMostSources> sources_;
   std::array<PointTable*, kMostSources> sourceTables_ = {};
-  NoResult reason_ = NoResult::NoSource;
+  NoResult reason_ = plan_.Sources > 1 ? NoResult::MissingFile : NoResult::NoSource;
 };
 
 }  // namespace spectrane

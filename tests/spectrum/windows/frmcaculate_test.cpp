@@ -159,6 +159,13 @@ TEST_F(Caculation, WhatIsLeftOutIsTold) {
   for (std::size_t i = 0; i < 3; ++i) uneven[i].Wavelength = std::array{500.0, 491.0, 490.0}[i];
   SaveSpectrum(WLSModule(), Folder.Path("uneven.wls"), OtherOption(), uneven);
   Combine(window, PathOf("one.wls"), PathOf("uneven.wls"));
+  EXPECT_EQ(Display.Remark, "No result: no point of the second spectrum stands beside one of the first.");
+  std::vector<WLSRecord> two = MeasuredPoints({10, 10});
+  two[0].Wavelength = 500;
+  two[1].Wavelength = 491;
+  SaveSpectrum(WLSModule(), Folder.Path("two.wls"), OtherOption(), two);
+  Combine(window, PathOf("two.wls"), PathOf("uneven.wls"));
+  EXPECT_EQ(window.GetRecordNo(), 1);
   EXPECT_THAT(Display.Remark, HasSubstr("1 point of the first spectrum has no partner"));
 }
 

@@ -153,10 +153,15 @@ AcquisitionDesk::Problem AcquisitionDesk::FailedAt(double wavelength) {
 AcquisitionDesk::Problem AcquisitionDesk::Save(
     std::int32_t place, std::int32_t records, const std::function<FileFault(const std::string& path)>& save) {
   if (records == 0) return std::nullopt;
-  const MeasuredOutput output = SaveMeasured(OutputOf(place), order_.Force, save);
-  saved_.push_back({output.Path, place, records});
-  if (output.Problem.empty()) return std::nullopt;
-  return output.Problem;
+  try {
+    const MeasuredOutput output = SaveMeasured(OutputOf(place), order_.Force, save);
+    saved_.push_back({output.Path, place, records});
+    if (output.Problem.empty()) return std::nullopt;
+    return output.Problem;
+  } catch (const Refusal& nowhere) {
+    // What else went wrong, and what was saved before, is told beside it.
+    return nowhere.what();
+  }
 }
 
 std::string AcquisitionDesk::SavedText(const char* unit) const {

@@ -4,6 +4,7 @@
 
 #include "base/language.h"
 #include "cli/command.h"
+#include "cli/storedsettings.h"
 #include "output/baselineoutput.h"
 #include "output/curvepicture.h"
 #include "output/dnaoutput.h"
@@ -16,15 +17,6 @@
 
 namespace spectrane {
 namespace {
-
-/// Read only: a batch command leaves the defaults of the windows to the windows.
-template <typename Settings>
-void ReadStored(Setting& file, std::span<const SettingRow<Settings>> rows, Settings& settings) {
-  for (const SettingRow<Settings>& row : rows) {
-    const std::string text = file.GetSetting(row.Section, row.Key);
-    if (!text.empty()) TakeSetting(row, text, settings);
-  }
-}
 
 /// Size of a picture where there is no window that has one [pixels].
 constexpr QSize kPictureSize(800, 500);

@@ -47,6 +47,9 @@ class KineticsRun {
     desk_.Announce(plan);
     if (auto problem = desk_.ReadDark()) return problem;
     if (auto problem = desk_.AskForBlank(false)) return problem;
+    TakeScales();
+    Configure(LastSecond());
+    if (auto problem = TakeBlank()) return problem;
     for (const std::int32_t place : desk_.Places()) {
       if (auto problem = MeasurePlace(place)) return problem;
     }
@@ -60,6 +63,23 @@ class KineticsRun {
     return plan;
   }
 
+  double LastSecond() const { return seconds_ * (order_.Points - 1); }
+
+  AcquisitionDesk::Problem TakeBlank() {
+    if (!test_.BlankHolds()) test_.mmuOperationRezero();
+    if (!test_.BlankHolds()) return desk_.FailedAt(order_.Wavelength);
+    return std::nullopt;
+  }
+
+  /// Scales and mode of the home view as the window would have them.
+  void TakeScales() {
+    TimeScanSettings settings;
+    ReadStored<TimeScanSettings>(desk_.Session().Stored().File(), kTimeScanSettingRows, settings);
+    TSOption option = settings.Option;
+    option.DisplayMode = static_cast<std::int16_t>(settings.DisplayMode);
+    document_.Configure(option, 0.0, settings.EndSecond);
+  }
+
   void Configure(double endSecond) {
     TSOption option = document_.Option();
     option.WorkWL = order_.Wavelength;
@@ -68,12 +88,9 @@ class KineticsRun {
   }
 
   AcquisitionDesk::Problem MeasurePlace(std::int32_t place) {
-    const double lastSecond = seconds_ * (order_.Points - 1);
-    Configure(lastSecond);
-    if (!test_.BlankHolds()) {
-      test_.mmuOperationRezero();
-      if (!test_.BlankHolds()) return desk_.FailedAt(order_.Wavelength);
-    }
+    Configure(LastSecond());
+    // The cells stand in the beam by now: without its blank the run is over.
+    if (!test_.BlankHolds()) return desk_.FailedAt(order_.Wavelength);
     if (auto problem = desk_.AskForSample(place, false)) return problem;
     ProgressBar bar = desk_.MakeBar(PlanOf(place));
     bar.Show(0);
@@ -86,7 +103,7 @@ class KineticsRun {
           desk_.AsksToStop() ? desk_.ProblemOf(AcquisitionEnd::Stopped) : desk_.FailedAt(order_.Wavelength);
     }
     // The file has whole seconds; all points are to be seen in its home view.
-    Configure(std::max(std::ceil(lastSecond), 1.0));
+    Configure(std::max(std::ceil(LastSecond()), 1.0));
     const auto unsaved = desk_.Save(place, document_.DataCount(), [this](const std::string& path) {
       return document_.SaveFile(path) ? FileFault{} : document_.LastFault();
     });

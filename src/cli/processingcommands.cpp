@@ -115,7 +115,9 @@ void RunCalc(const CalcArguments& arguments, BatchContext& run) {
     run.Err << "The result has no points: " << WordsOf(combined.Reason) << '\n';
   }
   if (combined.Skipped > 0) {
-    run.Err << combined.Skipped << " points left out: no point of the second spectrum stands beside them\n";
+    const bool one = combined.Skipped == 1;
+    run.Err << combined.Skipped << (one ? " point" : " points")
+            << " left out: no point of the second spectrum stands beside " << (one ? "it\n" : "them\n");
   }
   run.Result = JsonText(Written(combined.Result));
 }

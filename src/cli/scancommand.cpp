@@ -55,10 +55,7 @@ std::vector<BSLRecord> ReferencesOf(const ScanOrder& order, InstrumentSession& s
 
 WLSOption OptionOf(const ScanOrder& order, InstrumentSession& session) {
   ScanSettings settings;
-  for (const ScanRow& row : kScanSettingRows) {
-    const std::string text = session.Stored().File().GetSetting(row.Section, row.Key);
-    if (!text.empty()) TakeSetting(row, text, settings);
-  }
+  ReadStored<ScanSettings>(session.Stored().File(), kScanSettingRows, settings);
   WLSOption option = settings.Option;
   option.StartWavelength = order.Grid.First();
   option.EndWavelength = order.Grid.Last();

@@ -68,9 +68,18 @@ Columns ColumnsOf(const Cells& titles, std::size_t count) {
   }
   for (std::size_t i = 1; i < std::min(titles.size(), count); ++i) {
     const std::string title = Lower(titles[i]);
-    const bool trans = Says(title, {"%t", "trans", "t%"});
-    if (trans && !columns.Trans) columns.Trans = i;
-    if (!trans && !columns.Abs && (Says(title, {"abs"}) || title == "a")) columns.Abs = i;
+    const bool trans = Says(title, {"%t", "trans", "t%", "t (%)", "t(%)", "t [%]", "t[%]"});
+    const bool abs = !trans && (Says(title, {"abs"}) || title == "a");
+    if (!trans && !abs && Says(title, {"%", "refl", "energy", "counts", "intensity"})) {
+      columns.Reason = "a column of it is neither absorbance nor transmittance: " + titles[i];
+      return columns;
+    }
+    if ((trans && columns.Trans) || (abs && columns.Abs)) {
+      columns.Reason = "it has several curves: " + titles[i];
+      return columns;
+    }
+    if (trans) columns.Trans = i;
+    if (abs) columns.Abs = i;
   }
   if (!columns.Abs && !columns.Trans) columns.Abs = 1;
   return columns;

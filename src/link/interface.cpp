@@ -235,14 +235,19 @@ bool Interface::SetWavelength(double& wavelength) {
   const double correction = state_.WavelengthCorrection;
   if (correction < kCorrectionLimit && correction > -kCorrectionLimit) wavelength += correction;
   wavelength = ClampWavelength(wavelength);
-  return Order(Command::SetWavelength, GeneralText(wavelength));
+  return Moved(Order(Command::SetWavelength, GeneralText(wavelength)));
+}
+
+bool Interface::Moved(bool arrived) {
+  if (!arrived) ++state_.LostMoves;
+  return arrived;
 }
 
 bool Interface::GetWavelength(double& wavelength) {
   return AskWavelength(Command::GetWavelength, wavelength);
 }
 bool Interface::AdjustWavelength() {
-  return Order(Command::AdjustWavelength);
+  return Moved(Order(Command::AdjustWavelength));
 }
 bool Interface::GetStartWavelength(double& wavelength) {
   return AskWavelength(Command::GetStartWavelength, wavelength);

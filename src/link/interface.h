@@ -101,6 +101,8 @@ class Interface {
 
   bool Send(Command command, const std::string& argument, std::string& text, std::string& reply);
   bool Order(Command command, const std::string& argument = {});
+  /// Counts a move that did not arrive.
+  bool Moved(bool arrived);
   bool OrderInteger(Command command, std::int32_t& value);
   bool AskFirstLine(Command command, std::string& line);
   bool AskLong(Command command, std::int32_t& value);

@@ -5,6 +5,7 @@
 namespace spectrane {
 
 void RecordDocument::LeaveFile() {
+  if (halfLoaded_) halfRead_ = fileName_;
   fileName_.clear();
   halfLoaded_ = false;
 }
@@ -14,6 +15,7 @@ bool RecordDocument::OpenFile(const std::string& path) {
   fault_ = Load(path, taken);
   if (!taken) return false;
   fileName_ = path;
+  halfRead_.clear();
   modified_ = false;
   halfLoaded_ = static_cast<bool>(fault_);
   textLost_ = false;
@@ -21,18 +23,23 @@ bool RecordDocument::OpenFile(const std::string& path) {
 }
 
 bool RecordDocument::MaySave(const std::string& path) const {
-  return HasContents() && (!halfLoaded_ || (modified_ && !SameFile(path, fileName_)));
+  return HasContents() && !HoldsMore(path) && (!halfLoaded_ || modified_);
+}
+
+bool RecordDocument::HoldsMore(const std::string& path) const {
+  return (halfLoaded_ && SameFile(path, fileName_)) || (!halfRead_.empty() && SameFile(path, halfRead_));
 }
 
 bool RecordDocument::SaveFile(const std::string& path) {
   if (!MaySave(path)) {
-    fault_ = {halfLoaded_ ? FileError::HalfRead : FileError::NotSavable, 0, 0, 0, {}};
+    fault_ = {halfLoaded_ || HoldsMore(path) ? FileError::HalfRead : FileError::NotSavable, 0, 0, 0, {}};
     return false;
   }
   bool lost = false;
   fault_ = Store(path, lost);
   if (fault_) return false;
   fileName_ = path;
+  halfRead_.clear();
   modified_ = false;
   halfLoaded_ = false;
   textLost_ = lost;

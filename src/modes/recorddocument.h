@@ -59,8 +59,12 @@ class RecordDocument {
 
  private:
   bool MaySave(const std::string& path) const;
+  /// The file there has records that could not be read.
+  bool HoldsMore(const std::string& path) const;
 
   std::string fileName_;
+  // The file that was left with records in it that could not be read.
+  std::string halfRead_;
   FileFault fault_;
   bool modified_ = false;
   bool halfLoaded_ = false;

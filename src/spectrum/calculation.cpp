@@ -123,7 +123,11 @@ ProcessedSpectrum CombineSpectra(const Spectrum& base, const Spectrum& other, Sp
     const double abs = onTrans ? AbsFromTrans(value) : value;
     combined.Result.Add(x, trans, abs);
   }
-  if (!overlap) combined.Reason = NoResult::NoOverlap;
+  if (!overlap) {
+    combined.Reason = NoResult::NoOverlap;
+  } else if (combined.Result.Empty()) {
+    combined.Reason = NoResult::NoPartner;
+  }
   return combined;
 }
 

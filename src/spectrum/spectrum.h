@@ -40,14 +40,18 @@ struct Spectrum {
 enum class NoResult : std::int32_t {
   /// It has one.
   None,
-  /// A source is missing or without points.
+  /// A source is without points.
   NoSource,
+  /// Of two files one is not named.
+  MissingFile,
   /// Fewer points than the calculation takes.
   TooFewPoints,
   /// Two neighbouring points have the same wavelength.
   EqualWavelengths,
   /// No point of the base lies inside the range of the other spectrum.
   NoOverlap,
+  /// Some do, and none of them has a point of the other spectrum beside it.
+  NoPartner,
 };
 
 /// The reason in words that follow the name of what has no result ("too few points"); empty for None.

@@ -38,7 +38,11 @@ std::optional<double> ReadLampWavelength(InstrumentLink& link) {
 std::optional<double> MoveWavelength(InstrumentLink& link, double wavelength) {
   link.Instrument.SetWavelength(wavelength);
   const std::optional<double> position = ReadWavelength(link);
-  if (position) TakeWavelength(link, *position);
+  if (position) {
+    TakeWavelength(link, *position);
+  } else {
+    ++link.State.LostMoves;
+  }
   return position;
 }
 

@@ -68,6 +68,7 @@ INSTANTIATE_TEST_SUITE_P(
                     CsvCase{"Falling", "401,0.5\r\n400.5,0.25\r\n", 0.25, TransFromAbs(0.25)},
                     CsvCase{"Semicolons", "nm;A\n400,5;0,25\n401;0,5\n", 0.25, TransFromAbs(0.25)},
                     CsvCase{"Tabs", "nm\t%T\n400.5\t50\n401\t60\n", AbsFromTrans(50), 50},
+                    CsvCase{"InBrackets", "nm,T (%)\n400.5,50\n401,60\n", AbsFromTrans(50), 50},
                     CsvCase{"Percent", "Wavelength nm.,%T\n400.5,50\n401,60\n", AbsFromTrans(50), 50},
                     CsvCase{"BothSwapped", "nm,Trans,Abs\n400.5,7,8\n401,9,1\n", 8, 7},
                     CsvCase{"ByteOrderMark",
@@ -98,6 +99,11 @@ TEST(ImportCsv, RefusesWhatIsNoSpectrum) {
   EXPECT_EQ(ImportCsv("").Reason, "has no points");
   EXPECT_EQ(ImportCsv("nothing\nhere\n").Reason, "has no points");
   EXPECT_NE(ImportCsv("Time (s),Abs\n0,1\n").Reason.find("no wavelength"), std::string::npos);
+  EXPECT_EQ(ImportCsv("nm,Abs 1,Abs 2\n400,1,2\n401,1,2\n").Reason, "it has several curves: Abs 2");
+  for (const char* const title : {"Reflectance %", "Energy", "R%"}) {
+    EXPECT_EQ(ImportCsv("nm," + std::string(title) + "\n400,1\n401,1\n").Reason,
+              "a column of it is neither absorbance nor transmittance: " + std::string(title));
+  }
   EXPECT_NE(ImportCsv("cm-1,Abs\n4000,1\n").Reason.find("no wavelength"), std::string::npos);
   std::string many;
   for (int i = 0; i < 10002; ++i) many += std::to_string(200 + i) + ",1\n";

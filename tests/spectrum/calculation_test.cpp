@@ -171,6 +171,7 @@ TEST(Combination, SurvivesWavelengthsThatNoInstrumentHas) {
   Spectrum other = Uniform(500, 490, 1, 1, 10);
   other.WL.front() = kInfinity;
   EXPECT_EQ(CombineSpectra(base, other, SpectrumOperation::Add, false).Skipped, 11);
+  EXPECT_EQ(CombineSpectra(base, other, SpectrumOperation::Add, false).Reason, NoResult::NoPartner);
   other.WL.front() = 1e300;
   EXPECT_EQ(CombineSpectra(base, other, SpectrumOperation::Add, false).Skipped, 11);
   other.WL.front() = kNaN;

@@ -85,7 +85,8 @@ AxisSpan WidenedTime(const AxisSpan& view, double endSecond) {
   const std::int32_t step = StepOf(view.High - view.Low, kTimeSteps, kSmallestTimeStep);
   if (step == kTooLong) throw NumericFault("time axis too long for its step");
   const AxisSpan wide = Outward(view, step, kTimeUnits);
-  return {std::max(wide.Low, 0.0), std::min(wide.High, endSecond)};
+  // The view has whole seconds.
+  return {RoundHalfEven(std::max(wide.Low, 0.0)), RoundHalfEven(std::min(wide.High, endSecond))};
 }
 
 }  // namespace spectrane

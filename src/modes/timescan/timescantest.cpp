@@ -29,8 +29,8 @@ TimeScanTest::TimeScanTest(const TestBench& bench, TimeScanDocument& document, c
 
 bool TimeScanTest::BlankHolds() const {
   const InstrumentState& state = bench_.State;
-  return BlankDone && blankRezero_ == state.RezeroCount && blankGain_ == state.GainIndex &&
-         blankWavelength_ == document_.Option().WorkWL;
+  return BlankDone && blankRezero_ == state.RezeroCount && blankMoves_ == state.LostMoves &&
+         blankGain_ == state.GainIndex && blankWavelength_ == document_.Option().WorkWL;
 }
 
 void TimeScanTest::mmuOperationRezero() {
@@ -69,6 +69,7 @@ bool TimeScanTest::TakeBlank() {
   bench_.Live.ShowReference();
   BlankDone = true;
   blankRezero_ = state.RezeroCount;
+  blankMoves_ = state.LostMoves;
   blankGain_ = gain;
   blankWavelength_ = document_.Option().WorkWL;
   return done(true);
@@ -176,6 +177,8 @@ bool TimeScanTest::Read(std::int32_t& energy) {
     std::int32_t samples = kPointSamples;
     energy = bench_.Instrument.GetEnergy(samples);
     if (bench_.Instrument.LastReply().Complete()) return true;
+    // An instrument that restarted stands at another gain and wavelength: what it reads now fits no blank.
+    if (bench_.State.GainIndex != document_.Option().GainNo) return false;
   }
   return false;
 }

@@ -43,7 +43,11 @@ void FrmDNA::ShowConfigWindow() {
   const bool hadFile = !document_.FileName().empty();
   const bool computed = document_.Configure(dialog.Settings());
   ShowSettings(hadFile);
-  if (computed) Frame().Display().SetRemark(kComputedAnew);
+  if (computed) {
+    Frame().Display().SetRemark(kComputedAnew);
+  } else if (hadFile && document_.FileName().empty()) {
+    Frame().Display().SetRemark("The options are no longer those of the file; Save asks for another name.");
+  }
 }
 
 int FrmDNA::CheckFileType() const {

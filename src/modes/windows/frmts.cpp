@@ -192,8 +192,11 @@ void FrmTS::LookAtRectangle(const CurveScale& scale, const QSize& pixels) {
   const std::string& pattern = document_.ShowsTrans() ? Formats().TransFormat : Formats().AbsFormat;
   const CurveScale chosen{{AsShown(scale.X.Low, "0"), AsShown(scale.X.High, "0")},
                           {AsShown(scale.Y.Low, pattern), AsShown(scale.Y.High, pattern)}};
-  if (!chosen.Drawable())
-    Frame().Display().SetRemark("The view ends at whole seconds; this one has none inside.");
+  if (!chosen.Drawable()) {
+    Frame().Display().SetRemark(scale.X.Low < scale.X.High && chosen.X.Low >= chosen.X.High
+                                    ? "The view ends at whole seconds; this one has none inside."
+                                    : "The ends of this view are one figure in the format of its axis.");
+  }
   LookAt(chosen);
 }
 

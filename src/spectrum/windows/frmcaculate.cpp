@@ -94,7 +94,7 @@ ProcessedSpectrum FrmCaculate::Calculate(const std::vector<const Spectrum*>& sou
 }
 
 QString FrmCaculate::EmptyHint() const {
-  if (Reason() != NoResult::NoSource) return ProcessWindow::EmptyHint();
+  if (Reason() != NoResult::MissingFile) return ProcessWindow::EmptyHint();
   return tr("Two files are combined here: Operate, Option (F4) names them.");
 }
 

@@ -13,7 +13,7 @@ constexpr int kDerivativeTab = 1312;
 FrmDev::FrmDev(MainWindow& frame)
     : ProcessWindow(frame,
                     {"FrmDev", "FrmDevTabel", kCommand, kDerivativeTab, 1, kDevSection, kDevSettingRows,
-                     "FrmDevConfig", kDevConfigTitle},
+                     "FrmDevConfig", kDevConfigTitle, false},
                     {}) {}
 
 void FrmDev::SetDisplayMode(std::int32_t mode) {

@@ -89,6 +89,7 @@ void FrmWLSCompare::ShowConfigWindow() {
 bool FrmWLSCompare::LoadCompareFile(const QString& path, std::size_t index) {
   if (index >= kMostCompared || path.isEmpty()) return false;
   StoredSpectrum spectrum;
+  asked_[index] = true;
   faults_[index] = LoadMeasuredSpectrum(path.toStdString(), false, spectrum);
   compared_[index] = std::move(spectrum.Points);
   return !faults_[index] || !compared_[index].Empty();
@@ -98,6 +99,7 @@ void FrmWLSCompare::LoadAll() {
   for (std::size_t i = 0; i < kMostCompared; ++i) {
     compared_[i] = {};
     faults_[i] = {};
+    asked_[i] = false;
     LoadCompareFile(PathAt(settings_, i), i);
   }
   ShowAll();
@@ -121,7 +123,7 @@ void FrmWLSCompare::ShowAll() {
 }
 
 bool FrmWLSCompare::IsLoaded(std::size_t row) const {
-  return !settings_.FileName.at(row).empty() && (!faults_[row] || !compared_[row].Empty());
+  return asked_.at(row) && (!faults_[row] || !compared_[row].Empty());
 }
 
 int FrmWLSCompare::LoadedFiles() const {

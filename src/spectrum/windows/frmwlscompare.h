@@ -77,6 +77,8 @@ class FrmWLSCompare : public CurveWindow {
   ScanScale view_;
   std::array<Spectrum, kMostCompared> compared_;
   std::array<FileFault, kMostCompared> faults_;
+  // The file of the row was asked for since the options were last confirmed.
+  std::array<bool, kMostCompared> asked_ = {};
   std::array<bool, kMostCompared> hidden_ = {};
   std::array<PointTable*, kMostCompared> tables_ = {};
   QPointer<FrmDataTabel> curveDataTabel_;

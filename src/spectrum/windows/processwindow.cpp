@@ -79,6 +79,9 @@ void ProcessWindow::GetResultData() {
     sources.push_back(fileName_[i].isEmpty() ? &kNone : &sources_[i]);
   const ProcessedSpectrum processed = Calculate(sources);
   reason_ = processed.Reason;
+  if (plan_.Sources > 1 &&
+      std::ranges::any_of(sources, [](const Spectrum* source) { return source == &kNone; }))
+    reason_ = NoResult::MissingFile;
   const Spectrum& result = processed.Result;
   SpectrumDocument& document = ChangedDocument();
   document.SetPointCount(static_cast<std::int32_t>(result.Size()));
@@ -88,9 +91,13 @@ void ProcessWindow::GetResultData() {
   if (reason_ != NoResult::None) {
     Frame().Display().SetRemark("No result: " + std::string(WordsOf(reason_)) + '.');
   } else if (processed.Skipped > 0) {
-    Frame().Display().SetRemark(std::to_string(processed.Skipped) +
-                                " points of the first spectrum have no partner in the second; the result "
-                                "leaves them out.");
+    const bool one = processed.Skipped == 1;
+    Frame().Display().SetRemark(
+        std::to_string(processed.Skipped) +
+        (one ? " point of the first spectrum has no partner in the second; the result "
+               "leaves it out."
+             : " points of the first spectrum have no partner in the second; the result "
+               "leaves them out."));
   }
   DocumentChanged();
 }
@@ -154,7 +161,7 @@ void ProcessWindow::DisplayRecordTable() {
 
 CurveView ProcessWindow::MakeView() const {
   CurveView view = SpectrumWindow::MakeView();
-  view.Room.Either = false;
+  view.Room.Either = plan_.RoomInEither;
   AxisRange reach = view.FarthestX.value_or(view.Scale.X);
   std::vector<CurveLine> lines;
   for (std::size_t i = 0; i < plan_.Sources; ++i) {

@@ -25,6 +25,8 @@ struct ProcessPlan {
   /// Of the option dialog.
   const char* ConfigName;
   int ConfigTitleTextId;
+  /// The curve is drawn as long as both of its sides have room, or one of them.
+  bool RoomInEither = true;
 };
 
 /// The windows that show what was calculated from one or two spectra, with these and their tables. The result
@@ -90,7 +92,7 @@ class ProcessWindow : public SpectrumWindow {
   std::array<std::int32_t, kMostSources> sourceColor_ = {};
   std::array<Spectrum, kMostSources> sources_;
   std::array<PointTable*, kMostSources> sourceTables_ = {};
-  NoResult reason_ = NoResult::NoSource;
+  NoResult reason_ = plan_.Sources > 1 ? NoResult::MissingFile : NoResult::NoSource;
 };
 
 }  // namespace spectrane

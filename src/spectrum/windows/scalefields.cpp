@@ -142,8 +142,9 @@ void ScaleFields::SwitchMode(int mode) {
   HoldEnds();
   // What was typed for the other mode is kept; what is no number was never there.
   const ScanRange before = ScaleOf(option_).Of(mode_);
-  StoreRange(option_, mode_,
-             {top_->Number().value_or(before.Top), bottom_->Number().value_or(before.Bottom)});
+  const double top = top_->Number().value_or(before.Top);
+  const double bottom = bottom_->Number().value_or(before.Bottom);
+  if (top != bottom) StoreRange(option_, mode_, {top, bottom});
   mode_ = ScanModeOf(mode);
   ShowEnds();
   remark_->clear();
@@ -176,11 +177,12 @@ bool ScaleFields::Take(WLSOption& option) {
     // Return in a field leaves it as well.
     if (field->isModified() && (field == start_ || field == end_)) HoldWavelength(*field);
   }
-  if (*top_->Number() == *bottom_->Number()) return Refuse(*top_, tr("Top and bottom are equal."));
-  if (*start_->Number() == *end_->Number()) return Refuse(*end_, tr("Start and end are equal."));
   const auto [bottom, top] = std::minmax({*bottom_->Number(), *top_->Number()});
   const ScaleLimits& limits = LimitsOf(mode_);
-  StoreRange(option_, mode_, {std::min(top, limits.Highest), std::max(bottom, limits.Lowest)});
+  const ScanRange range{std::min(top, limits.Highest), std::max(bottom, limits.Lowest)};
+  if (range.Top == range.Bottom) return Refuse(*top_, tr("Top and bottom are equal."));
+  if (*start_->Number() == *end_->Number()) return Refuse(*end_, tr("Start and end are equal."));
+  StoreRange(option_, mode_, range);
   option_.StartWavelength = *start_->Number();
   option_.EndWavelength = *end_->Number();
   if (option_.AbsTop < option_.AbsBottom) std::swap(option_.AbsTop, option_.AbsBottom);

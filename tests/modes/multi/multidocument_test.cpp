@@ -130,6 +130,23 @@ TEST_F(MultiDocumentTest, ACutFileGivesItsRowsAndNeverLosesTheOthers) {
   EXPECT_FALSE(Document.IsHalfLoaded());
 }
 
+TEST_F(MultiDocumentTest, OtherOptionsDoNotMakeAHalfReadFileFree) {
+  OpenTable(2);
+  const std::string whole = ReadBytes(Path);
+  const std::string cut = whole.substr(0, whole.size() - 1);
+  WriteBytes(Path, cut);
+  EXPECT_FALSE(Document.OpenFile(Path));
+  MultiSettings settings = Document.Settings();
+  settings.WorkWaveLength[0] += 1;
+  Document.Configure(settings);
+  EXPECT_EQ(Document.FileName(), "");
+  EXPECT_FALSE(Document.SaveFile(Path));
+  EXPECT_EQ(Document.LastFault().Error, FileError::HalfRead);
+  EXPECT_EQ(ReadBytes(Path), cut);
+  EXPECT_TRUE(Document.SaveFile(Folder.Path("other.mul")));
+  EXPECT_TRUE(Document.SaveFile(Path)) << "saved elsewhere, the document is one of its own";
+}
+
 TEST_F(MultiDocumentTest, ANameIsKeptAndMarksTheDocument) {
   OpenTable(1);
   Document.SetRecordName(0, "one");

@@ -88,8 +88,9 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(WidenRow{"FromZero", {0, 1000}, {0, 1100}},           // d 1000: step 1000; 10000 -> 11000
                     WidenRow{"Inside", {100, 200}, {90, 210}},            // d 100: step 100
                     WidenRow{"BetweenMultiples", {103, 207}, {60, 210}},  // d 104: step 300
-                    WidenRow{"Short", {10, 11}, {9.9, 11.1}},             // d 1: step 1
-                    WidenRow{"Long", {5000, 9999}, {4200, 10200}}         // d 4999: step 6000 -> 10200
+                    WidenRow{"Short", {10, 11}, {10, 11}},         // d 1: 9.9 and 11.1, in whole seconds
+                    WidenRow{"Fraction", {10, 15}, {9, 16}},       // d 5: step 6: 9.0 and 15.6
+                    WidenRow{"Long", {5000, 9999}, {4200, 10200}}  // d 4999: step 6000 -> 10200
                     ),
     NameOf);
 TEST_P(WidenedTimeAxis, GoesOutwardToRoundSteps) {

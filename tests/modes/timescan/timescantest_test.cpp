@@ -137,6 +137,27 @@ TEST_F(TimeScanRun, AReadingThatFailsOnceIsTakenAgainAtOnce) {
   EXPECT_TRUE(Boxes.Ids.empty());
 }
 
+// It stands at another gain and wavelength by then, and would answer with energies of that place.
+TEST_F(TimeScanRun, AnInstrumentThatRestartsEndsTheTestAtOnce) {
+  Blank();
+  Peer.NextText("ge 20", ScriptedPeer::Reply("ge 20", Log(20, "30000")));
+  Peer.NextText("ge 20", "Spectrophotometer V1.0\r\n>");
+  EXPECT_EQ(Start(), TimeScanEnd::Stopped);
+  EXPECT_EQ(Boxes.Ids, (std::vector<int>{1096}));
+  EXPECT_EQ(Document.DataCount(), 1);
+  EXPECT_EQ(Peer.Commands.size(), 2u);
+  EXPECT_FALSE(Test.BlankHolds());
+}
+
+TEST_F(TimeScanRun, AMoveThatFailsLeavesNoBlank) {
+  Blank();
+  EXPECT_TRUE(Test.BlankHolds());
+  Peer.Next("swl  500", {});
+  double wavelength = 500;
+  EXPECT_FALSE(Link.Instrument.SetWavelength(wavelength));
+  EXPECT_FALSE(Test.BlankHolds());
+}
+
 TEST_F(TimeScanRun, AReadingThatFailsTwiceEndsTheTestAndKeepsThePoints) {
   Blank();
   Peer.NextText("ge 20", ScriptedPeer::Reply("ge 20", Log(20, "30000")));

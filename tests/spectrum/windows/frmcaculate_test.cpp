@@ -140,7 +140,7 @@ TEST_F(Caculation, WhatIsLeftOutIsTold) {
   FrmCaculate window(Main, SpectrumOperation::Add);
   Combine(window, first, {});
   EXPECT_EQ(window.GetRecordNo(), 0);
-  EXPECT_EQ(Display.Remark, "No result: no points.");
+  EXPECT_EQ(Display.Remark, "No result: the second file is missing.");
 
   std::vector<WLSRecord> apart = MeasuredPoints({10, 10});
   for (WLSRecord& point : apart) point.Wavelength += 100;
@@ -159,7 +159,14 @@ TEST_F(Caculation, WhatIsLeftOutIsTold) {
   for (std::size_t i = 0; i < 3; ++i) uneven[i].Wavelength = std::array{500.0, 491.0, 490.0}[i];
   SaveSpectrum(WLSModule(), Folder.Path("uneven.wls"), OtherOption(), uneven);
   Combine(window, PathOf("one.wls"), PathOf("uneven.wls"));
-  EXPECT_THAT(Display.Remark, HasSubstr("1 points of the first spectrum have no partner"));
+  EXPECT_EQ(Display.Remark, "No result: no point of the second spectrum stands beside one of the first.");
+  std::vector<WLSRecord> two = MeasuredPoints({10, 10});
+  two[0].Wavelength = 500;
+  two[1].Wavelength = 491;
+  SaveSpectrum(WLSModule(), Folder.Path("two.wls"), OtherOption(), two);
+  Combine(window, PathOf("two.wls"), PathOf("uneven.wls"));
+  EXPECT_EQ(window.GetRecordNo(), 1);
+  EXPECT_THAT(Display.Remark, HasSubstr("1 point of the first spectrum has no partner"));
 }
 
 TEST_F(Caculation, ADivisorOfZeroGivesZeroAndATinyOneAHugeNumber) {

@@ -36,6 +36,19 @@ class Comparison : public ProcessFixture {
   }
 };
 
+TEST_F(Comparison, NamesOfTheLastTimeAreNoFilesUntilTheyAreConfirmed) {
+  CompareSettings stored;
+  stored.FileName[0] = PathOf("gone.wls").toStdString();
+  ASSERT_TRUE(StoreSettings<CompareSettings>(Settings, kCompareSettingRows, stored));
+  FrmWLSCompare window(Main);
+  Present(window);
+  InDialog("FrmWLSCompareConfig", [](QWidget& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
+  window.ShowConfigWindow();
+  EXPECT_EQ(window.LoadedFiles(), 0);
+  EXPECT_EQ(window.DataTable(), nullptr);
+  EXPECT_NE(ViewOf(window).Caption, QString());
+}
+
 TEST_F(Comparison, BeginsEmpty) {
   FrmWLSCompare window(Main);
   Present(window);

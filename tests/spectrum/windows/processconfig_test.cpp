@@ -157,6 +157,13 @@ TEST_F(ProcessOptions, WhatIsNoRangeIsPointedOut) {
     Type(dialog, "ScaleTopText", "10");
     Click(dialog, "OKCmd");
     EXPECT_EQ(Find<QLabel>(dialog, "LabelRemark")->text(), QStringLiteral("Top and bottom are equal."));
+    // The wrong way round and beyond the limits: both become the highest.
+    Type(dialog, "ScaleTopText", "300");
+    Type(dialog, "ScaleBottomText", "400");
+    Click(dialog, "OKCmd");
+    EXPECT_TRUE(dialog.isVisible());
+    EXPECT_EQ(Find<QLabel>(dialog, "LabelRemark")->text(), QStringLiteral("Top and bottom are equal."));
+    Type(dialog, "ScaleBottomText", "10");
     Type(dialog, "ScaleTopText", "100");
     Type(dialog, "EndWLText", "490.5");
     Click(dialog, "OKCmd");

@@ -51,7 +51,7 @@ constexpr std::array<Row, N + M> JoinedRows(const std::array<Row, N>& first, con
 }
 
 /// The keys that all of them have, in `section`. `sourceColour` is that of the first source's curve.
-constexpr std::array<ProcessRow, 19> ProcessRows(const char* section, const char* sourceColour) {
+constexpr std::array<ProcessRow, 20> ProcessRows(const char* section, const char* sourceColour) {
   using S = ProcessSettings;
   return {{
       {section, "Display Mode", [](S& s) -> std::int32_t& { return s.Shown.Option.DisplayMode; }, 1, 2},
@@ -72,6 +72,7 @@ constexpr std::array<ProcessRow, 19> ProcessRows(const char* section, const char
       {section, "Peak Detail Enable", [](S& s) -> bool& { return s.Shown.PeakDetailEnable; }},
       {section, "Valley Detail Enable", [](S& s) -> bool& { return s.Shown.ValleyDetailEnable; }},
       {section, "Grid Enable", [](S& s) -> bool& { return s.Shown.GridEnable; }},
+      {section, "Data Table Enable", [](S& s) -> bool& { return s.Shown.DataTableEnable; }},
       {section, kPeakHeightKey, [](S& s) -> double& { return s.Shown.PeakHeight; }},
   }};
 }

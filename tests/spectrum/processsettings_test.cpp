@@ -43,7 +43,7 @@ TEST_P(ProcessSections, AFirstStartWritesItsValues) {
                 row.SourceColour +
                 "Mark Color=8388736\nPeak Color=8388863\nValley Color=32768\nPeak Enable=True\n"
                 "Valley Enable=True\nPeak Detail Enable=True\nValley Detail Enable=False\n"
-                "Grid Enable=True\nPeak Height=0.01\n" +
+                "Grid Enable=True\nData Table Enable=True\nPeak Height=0.01\n" +
                 row.More);
 }
 
@@ -51,18 +51,19 @@ TEST_P(ProcessSections, EachKeyFillsItsOwnField) {
   const ProcessSectionRow& row = GetParam();
   const bool two = row.Section == kCaculateSection;
   const TemporaryFolder folder;
-  WriteBytes(
-      folder.Path("config.ini"),
-      '[' + row.Section +
-          "]\nDisplay Mode=2\nAbs Top=2\nAbs Bottom=-0.25\nTrans Top=110\nTrans Bottom=5\n"
-          "Start Wavelength=200.5\nEnd Wavelength=900\nResult Color=1\nScale Color=2\n" +
-          (two ? "Curve Color 0=3\nCurve Color 1=4\nFile name 0=a b.wls\nFile name 1=c.wls\n"
-               : "Curve Color=3\nFile name=a b.wls\n") +
-          "Mark Color=5\nPeak Color=6\nValley Color=7\nPeak Enable=False\nValley Enable=False\n"
-          "Peak Detail Enable=False\nValley Detail Enable=True\nGrid Enable=False\nPeak Height=0.25\n");
+  WriteBytes(folder.Path("config.ini"),
+             '[' + row.Section +
+                 "]\nDisplay Mode=2\nAbs Top=2\nAbs Bottom=-0.25\nTrans Top=110\nTrans Bottom=5\n"
+                 "Start Wavelength=200.5\nEnd Wavelength=900\nResult Color=1\nScale Color=2\n" +
+                 (two ? "Curve Color 0=3\nCurve Color 1=4\nFile name 0=a b.wls\nFile name 1=c.wls\n"
+                      : "Curve Color=3\nFile name=a b.wls\n") +
+                 "Mark Color=5\nPeak Color=6\nValley Color=7\nPeak Enable=False\nValley Enable=False\n"
+                 "Peak Detail Enable=False\nValley Detail Enable=True\nGrid Enable=False\n"
+                 "Data Table Enable=False\nPeak Height=0.25\n");
   ProcessSettings expected = row.First;
   expected.Shown.Option = {200.5, 900, 2, -0.25, 110, 5, 0, 0, 0, 0, 0, 0, 0, 2};
   expected.Shown.CurveColor = 1;
+  expected.Shown.DataTableEnable = false;
   expected.Shown.ScaleColor = 2;
   expected.SourceColor[0] = 3;
   if (two) expected.SourceColor[1] = 4;

@@ -145,9 +145,11 @@ void ProcessWindow::StoreAll() {
 void ProcessWindow::ShowConfigWindow() {
   const QPointer<ProcessWindow> self(this);
   ProcessConfig dialog(Frame(), plan_, AllSettings());
-  if (dialog.exec() != QDialog::Accepted || !self) return;
-  TakeAll(dialog.Settings());
-  OptionsChanged();
+  const bool confirmed = dialog.exec() == QDialog::Accepted;
+  if (!self) return;
+  // Without an OK the values are the old ones; the home view comes back all the same.
+  TakeAll(confirmed ? dialog.Settings() : AllSettings());
+  if (confirmed) OptionsChanged();
   if (!self) return;
   StoreAll();
   DocumentChanged();

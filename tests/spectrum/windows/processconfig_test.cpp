@@ -49,7 +49,8 @@ TEST_F(ProcessOptions, ShowsWhatTheWindowHas) {
     EXPECT_FALSE(Find<QCheckBox>(dialog, "CheckDetailValley")->isChecked());
     QTest::keyClick(&dialog, Qt::Key_Escape);
   });
-  EXPECT_EQ(Key(kSmoothSection, "Display Mode"), "1") << "Esc stores nothing";
+  EXPECT_EQ(Key(kSmoothSection, "Display Mode"), "2") << "Esc stores what the window has";
+  EXPECT_EQ(Key(kSmoothSection, "Trans Top"), "120");
   EXPECT_EQ(ViewOf(Smoothed()).Y.Kind, AxisKind::Trans);
 }
 
@@ -145,6 +146,20 @@ TEST_F(ProcessOptions, EndsTheWrongWayRoundChangePlaces) {
   EXPECT_EQ(ViewOf(window).Scale, (CurveScale{{450, 600}, {0.5, 1.5}}));
   EXPECT_EQ(window.AllSettings().Shown.Option.TransBottom, 20);
   EXPECT_EQ(window.AllSettings().Shown.Option.TransTop, 80);
+}
+
+TEST_F(ProcessOptions, CancelKeepsTheValuesAndShowsTheHomeView) {
+  FrmSmooth& smoothed = Smoothed();
+  const CurveScale home = ViewOf(smoothed).Scale;
+  smoothed.mmuZoomIn();
+  ASSERT_NE(ViewOf(smoothed).Scale, home);
+  OptionsOf(smoothed, "FrmSmoothConfig", [](QWidget& dialog) {
+    Type(dialog, "ScaleTopText", "77");
+    QTest::keyClick(&dialog, Qt::Key_Escape);
+  });
+  EXPECT_EQ(ViewOf(smoothed).Scale, home);
+  EXPECT_NE(Key(kSmoothSection, "Trans Top"), "77");
+  EXPECT_EQ(Key(kSmoothSection, "Data Table Enable"), "True");
 }
 
 TEST_F(ProcessOptions, WhatIsNoRangeIsPointedOut) {

@@ -3,8 +3,8 @@
 #include <csignal>
 #include <filesystem>
 
+#include "faultkinds.h"
 #include "processes.h"
-#include "simulator/faultscript.h"
 
 namespace spectrane::testing_processes {
 namespace {
@@ -290,40 +290,36 @@ TEST_F(AcquisitionTrouble, AnUnreadableDarkTableMovesNothing) {
 
 // Each of the eighteen faults in the third point of a scan: it ends there with two true points, or does no
 // harm.
-TEST_F(AcquisitionTrouble, EveryFaultInAPointEndsTheScanOrDoesNoHarm) {
-  Json clean;
-  for (const FaultKindEntry& kind : FaultKinds()) {
-    const std::string name(kind.Name);
-    SCOPED_TRACE(name);
-    std::filesystem::remove(Path("s.wls"));
-    StartSimulator({"--instant", "--noise", "0"});
-    const OrderWords scan = {"scan", "--from", "400", "--to", "404", "--step", "1", "--blank"};
-    if (clean.is_null()) {
-      ASSERT_EQ(Run(scan, "clean.wls").Status, 0);
-      clean = DumpOf("clean.wls")["data"];
-    }
-    // A fault that only a time-out ends goes to the command that waits three seconds, not fifteen.
-    const bool waits =
-        name == "no-reply" || name == "late-reply" || name == "cut" || name == "no-prompt" || name == "flood";
-    ASSERT_TRUE(Tell("fault " + name + (waits ? " sa 3" : " ge 3")));
-    const Outcome outcome = Run(scan, "s.wls");
-    const bool harmless = name == "split" || name == "slow" || name == "more-lines";
-    const bool either = name == "twice";
-    const Json dump = DumpOf("s.wls");
-    ASSERT_TRUE(dump.contains("data")) << outcome.Err;
-    EXPECT_TRUE(!harmless || outcome.Status == 0) << outcome.Err;
-    if (!harmless && !either) {
-      EXPECT_EQ(outcome.Status, 1);
-      EXPECT_NE(outcome.Err.find(kLinkWords), std::string::npos) << outcome.Err;
-      EXPECT_NE(outcome.Err.find("At 402 nm. Saved 2 points"), std::string::npos) << outcome.Err;
-    }
-    const std::size_t points = dump["data"].size();
-    EXPECT_EQ(dump["option"]["PointCount"], points);
-    EXPECT_EQ(points, outcome.Status == 0 ? 5u : either ? points : 2u);
-    for (std::size_t i = 0; i < points; ++i) EXPECT_EQ(dump["data"][i], clean[i]);
-    StopSimulator();
+class FaultInAPoint : public AcquisitionTrouble, public ::testing::WithParamInterface<std::string> {};
+
+TEST_P(FaultInAPoint, EndsTheScanOrDoesNoHarm) {
+  const std::string& name = GetParam();
+  StartSimulator({"--instant", "--noise", "0"});
+  const OrderWords scan = {"scan", "--from", "400", "--to", "404", "--step", "1", "--blank"};
+  ASSERT_EQ(Run(scan, "clean.wls").Status, 0);
+  const Json clean = DumpOf("clean.wls")["data"];
+  // A fault that only a time-out ends goes to the command that waits three seconds, not fifteen.
+  const bool waits =
+      name == "no-reply" || name == "late-reply" || name == "cut" || name == "no-prompt" || name == "flood";
+  ASSERT_TRUE(Tell("fault " + name + (waits ? " sa 3" : " ge 3")));
+  const Outcome outcome = Run(scan, "s.wls");
+  const bool harmless = name == "split" || name == "slow" || name == "more-lines";
+  const bool either = name == "twice";
+  const Json dump = DumpOf("s.wls");
+  ASSERT_TRUE(dump.contains("data")) << outcome.Err;
+  EXPECT_TRUE(!harmless || outcome.Status == 0) << outcome.Err;
+  if (!harmless && !either) {
+    EXPECT_EQ(outcome.Status, 1);
+    EXPECT_NE(outcome.Err.find(kLinkWords), std::string::npos) << outcome.Err;
+    EXPECT_NE(outcome.Err.find("At 402 nm. Saved 2 points"), std::string::npos) << outcome.Err;
   }
+  const std::size_t points = dump["data"].size();
+  EXPECT_EQ(dump["option"]["PointCount"], points);
+  EXPECT_EQ(points, outcome.Status == 0 ? 5u : either ? points : 2u);
+  for (std::size_t i = 0; i < points; ++i) EXPECT_EQ(dump["data"][i], clean[i]);
 }
+
+INSTANTIATE_TEST_SUITE_P(Kinds, FaultInAPoint, ::testing::ValuesIn(FaultKindNames()), FaultKindTestName);
 
 TEST_F(AcquisitionTrouble, ADiskThatIsFullAtTheEndLosesNothing) {
   StartSimulator({"--speed", "20", "--noise", "0"});

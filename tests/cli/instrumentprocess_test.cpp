@@ -3,8 +3,8 @@
 
 #include <csignal>
 
+#include "faultkinds.h"
 #include "processes.h"
-#include "simulator/faultscript.h"
 
 namespace spectrane::testing_processes {
 namespace {
@@ -280,34 +280,34 @@ TEST_F(InstrumentProcess, WrongUsage) {
 }
 
 // The line as a whole: each of the eighteen faults in a reading of the run, over the pseudo-terminal.
-TEST_F(InstrumentProcess, EveryFaultInAReadingEndsTheRunOrDoesNoHarm) {
-  for (const FaultKindEntry& kind : FaultKinds()) {
-    const std::string name(kind.Name);
-    QFile::remove(QString::fromStdString(Path("rows.bas")));
-    StartSimulator({"--instant", "--noise", "0", "--beam", "blank"});
-    // A fault that only a time-out ends goes to the link test before the reading: that waits three seconds.
-    const bool waits =
-        name == "no-reply" || name == "late-reply" || name == "cut" || name == "no-prompt" || name == "flood";
-    ASSERT_TRUE(Tell("fault " + name + (waits ? " getwl 3" : " ge 2"))) << name;
-    const Outcome outcome = Measure(2);
-    const bool harmless = name == "split" || name == "slow" || name == "more-lines";
-    // The second answer may spoil the next command or arrive before it.
-    const bool either = name == "twice";
-    if (harmless || (either && outcome.Status == 0)) {
-      EXPECT_EQ(outcome.Status, 0) << name << ": " << outcome.Err;
-      const Json dump = Batch({"dump", Path("rows.bas")}).AsJson();
-      ASSERT_EQ(dump["records"], 2) << name;
-      for (const Json& row : dump["data"]) {
-        EXPECT_EQ(row["SampleEnergy"], row["ReferenceEnergy"]) << name << ": the blank itself, without noise";
-      }
-    } else {
-      EXPECT_EQ(outcome.Status, 1) << name;
-      EXPECT_NE(outcome.Err.find(kCommunicationError), std::string::npos) << name << ": " << outcome.Err;
-      EXPECT_EQ(Exists("rows.bas"), either) << name << ": the fault strikes before the first row";
+class FaultInAReading : public InstrumentProcess, public ::testing::WithParamInterface<std::string> {};
+
+TEST_P(FaultInAReading, EndsTheRunOrDoesNoHarm) {
+  const std::string& name = GetParam();
+  StartSimulator({"--instant", "--noise", "0", "--beam", "blank"});
+  // A fault that only a time-out ends goes to the link test before the reading: that waits three seconds.
+  const bool waits =
+      name == "no-reply" || name == "late-reply" || name == "cut" || name == "no-prompt" || name == "flood";
+  ASSERT_TRUE(Tell("fault " + name + (waits ? " getwl 3" : " ge 2")));
+  const Outcome outcome = Measure(2);
+  const bool harmless = name == "split" || name == "slow" || name == "more-lines";
+  // The second answer may spoil the next command or arrive before it.
+  const bool either = name == "twice";
+  if (harmless || (either && outcome.Status == 0)) {
+    EXPECT_EQ(outcome.Status, 0) << outcome.Err;
+    const Json dump = Batch({"dump", Path("rows.bas")}).AsJson();
+    ASSERT_EQ(dump["records"], 2);
+    for (const Json& row : dump["data"]) {
+      EXPECT_EQ(row["SampleEnergy"], row["ReferenceEnergy"]) << "the blank itself, without noise";
     }
-    StopSimulator();
+  } else {
+    EXPECT_EQ(outcome.Status, 1);
+    EXPECT_NE(outcome.Err.find(kCommunicationError), std::string::npos) << outcome.Err;
+    EXPECT_EQ(Exists("rows.bas"), either) << "the fault strikes before the first row";
   }
 }
+
+INSTANTIATE_TEST_SUITE_P(Kinds, FaultInAReading, ::testing::ValuesIn(FaultKindNames()), FaultKindTestName);
 
 }  // namespace
 }  // namespace spectrane::testing_processes

@@ -67,9 +67,18 @@ std::optional<fs::path> ConfigurationFolder() {
 
 #endif
 
+/// True for the folder of programs of an installed tree, shared with other programs: no place for settings,
+/// not even for somebody who could write there.
+bool IsSharedByPrograms(const fs::path& folder) {
+  std::error_code fault;
+  return fs::exists(folder.parent_path() / "share" / "applications" / (std::string(kDesktopId) + ".desktop"),
+                    fault);
+}
+
 fs::path Choose(const fs::path& executableFolder) {
   if (const auto named = EnvironmentText("SPECTRANE_HOME")) return PathFromUtf8(*named);
-  if (HasSettings(executableFolder) || CanBeWritten(executableFolder)) return executableFolder;
+  if (HasSettings(executableFolder)) return executableFolder;
+  if (CanBeWritten(executableFolder) && !IsSharedByPrograms(executableFolder)) return executableFolder;
   return ConfigurationFolder().value_or(executableFolder);
 }
 

@@ -57,6 +57,17 @@ TEST_F(ApplicationFolderTest, AWritableProgramFolderIsTaken) {
   EXPECT_TRUE(fs::is_empty(folder_.Path())) << "asking left something behind";
 }
 
+TEST_F(ApplicationFolderTest, TheBinFolderOfAnInstalledTreeIsNotTaken) {
+  const std::string programs = folder_.Path("usr/bin");
+  fs::create_directories(programs);
+  fs::create_directories(folder_.Path("usr/share/applications"));
+  EXPECT_EQ(ApplicationFolder(programs), programs);
+  WriteBytes(folder_.Path("usr/share/applications/org.spectrane.Spectrane.desktop"), "[Desktop Entry]\n");
+  EXPECT_EQ(ApplicationFolder(programs), folder_.Path("xdg/spectrane"));
+  WriteBytes(folder_.Path("usr/bin/config.ini"), "");
+  EXPECT_EQ(ApplicationFolder(programs), programs) << "settings that are there are used";
+}
+
 TEST_F(ApplicationFolderTest, OtherwiseTheConfigurationFolder) {
   EXPECT_EQ(ApplicationFolder(nowhere_), folder_.Path("xdg/spectrane"));
   EXPECT_TRUE(fs::is_directory(folder_.Path("xdg/spectrane")));

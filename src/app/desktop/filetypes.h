@@ -7,11 +7,9 @@
 #include <string>
 #include <vector>
 
-namespace spectrane {
+#include "base/applicationfolder.h"
 
-/// The program's id on the desktop: name of its desktop entry, of its icon and of its package data, and what
-/// QGuiApplication::setDesktopFileName() takes.
-inline constexpr const char* kDesktopId = "org.spectrane.Spectrane";
+namespace spectrane {
 
 /// One kind of file the program opens, as the desktop knows it.
 struct FileAssociation {

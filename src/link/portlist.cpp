@@ -2,9 +2,15 @@
 
 #include <algorithm>
 
+#include "base/environment.h"
+
+#ifdef _WIN32
+#include "link/win32port.h"
+#else
 #include <QSerialPortInfo>
 
 #include "link/serialport.h"
+#endif
 
 namespace spectrane {
 namespace {
@@ -63,9 +69,8 @@ void SerialPortList::Refresh() {
 
 const std::vector<std::string>& SerialPortList::Paths() const {
   if (!paths_) {
-    paths_ = !qEnvironmentVariableIsEmpty("SPECTRANE_PORTS")
-                 ? SplitPortPaths(qEnvironmentVariable("SPECTRANE_PORTS").toStdString(), kSeparator)
-                 : MachinePaths();
+    const std::optional<std::string> named = EnvironmentText("SPECTRANE_PORTS");
+    paths_ = named ? SplitPortPaths(*named, kSeparator) : MachinePaths();
   }
   return *paths_;
 }
@@ -76,7 +81,11 @@ std::string SerialPortList::Path(int number) const {
 }
 
 std::unique_ptr<Port> SerialPortList::MakePort(int) {
+#ifdef _WIN32
+  return std::make_unique<Win32Port>();
+#else
   return std::make_unique<SerialPort>();
+#endif
 }
 
 }  // namespace spectrane

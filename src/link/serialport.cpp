@@ -1,5 +1,11 @@
 #include "link/serialport.h"
 
+#ifndef _WIN32
+
+#include <poll.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -10,41 +16,22 @@
 #include <QScopedValueRollback>
 #include <QSerialPort>
 
-#ifndef _WIN32
-#include <poll.h>
-#include <sys/stat.h>
-#include <unistd.h>
-#endif
-
 namespace spectrane {
 namespace {
 
 QString ResolvedName(const std::string& path) {
   const QString name = QString::fromStdString(path);
-#ifdef _WIN32
-  return name;  // a device name, no file
-#else
   const QString resolved = QFileInfo(name).canonicalFilePath();
   return resolved.isEmpty() ? name : resolved;
-#endif
 }
 
 bool LockFolderWritable() {
-#ifdef _WIN32
-  return true;
-#else
   return access("/run/lock", W_OK) == 0 || access("/var/lock", W_OK) == 0;
-#endif
 }
 
 }  // namespace
 
 PortFault ExamineDevice(const std::string& path, std::string& reason) {
-#ifdef _WIN32
-  static_cast<void>(path);
-  static_cast<void>(reason);
-  return PortFault::None;
-#else
   struct stat about = {};
   if (stat(path.c_str(), &about) != 0) {
     const int error = errno;
@@ -56,7 +43,6 @@ PortFault ExamineDevice(const std::string& path, std::string& reason) {
   const QString group = QFileInfo(QString::fromStdString(path)).group();
   if (!group.isEmpty()) reason += "; its group is \"" + group.toStdString() + "\"";
   return PortFault::NoRights;
-#endif
 }
 
 SerialPort::SerialPort() : port_(std::make_unique<QSerialPort>()) {
@@ -143,21 +129,6 @@ bool SerialPort::WriteInTime(std::string_view bytes, int timeoutMs) {
   return false;
 }
 
-#ifdef _WIN32
-
-std::size_t SerialPort::WriteAtOnce(std::string_view) {
-  return 0;
-}
-
-std::string SerialPort::Read(int timeoutMs) {
-  const QScopedValueRollback<bool> inExchange(exchanging_, true);
-  if (port_->isOpen() && port_->bytesAvailable() == 0) port_->waitForReadyRead(std::max(timeoutMs, 0));
-  if (!port_->isOpen()) return {};
-  return port_->readAll().toStdString();
-}
-
-#else
-
 // Reading and writing go to the device itself where nothing is buffered before it: the way through the
 // buffers and signals of QSerialPort takes a third of the time that an exchange takes beside the wire.
 
@@ -183,8 +154,6 @@ std::string SerialPort::Read(int timeoutMs) {
   return {};
 }
 
-#endif
-
 void SerialPort::LineGone(const std::string& words) {
   SetFault(PortFault::Other, "the line is gone: " + words);
   port_->close();
@@ -204,3 +173,5 @@ void SerialPort::OnError() {
 }
 
 }  // namespace spectrane
+
+#endif

@@ -11,13 +11,14 @@ class QSerialPort;
 
 namespace spectrane {
 
-/// A serial device of the machine through QSerialPort. Must live in the thread that uses it.
+/// A serial device of the machine through QSerialPort; on Windows there is Win32Port in its place. Must live
+/// in the thread that uses it.
 class SerialPort : public Port {
  public:
   SerialPort();
   ~SerialPort() override;
 
-  /// `path` is a device file, a link to one, or a COM name, in UTF-8. Links are resolved first, so that two
+  /// `path` is a device file or a link to one, in UTF-8. Links are resolved first, so that two
   /// programs that name one device differently meet at the same lock.
   bool Open(const std::string& path) override;
   bool Close() override;

@@ -1,6 +1,12 @@
 #pragma once
 
+#ifdef _WIN32
+#include <QTimer>
+
+#include "link/win32port.h"
+#else
 #include <QSerialPort>
+#endif
 
 #include "simulator/transport.h"
 
@@ -15,13 +21,20 @@ class DeviceTransport : public Transport {
 
   bool Open(QString& reason) override;
   void HangUp() override;
-  bool IsOpen() const override { return port_.isOpen(); }
+  bool IsOpen() const override;
   QString Name() const override { return device_; }
   void Send(const QByteArray& bytes) override;
 
  private:
   QString device_;
+#ifdef _WIN32
+  void Poll();
+
+  Win32Port port_;
+  QTimer timer_;
+#else
   QSerialPort port_;
+#endif
 };
 
 }  // namespace spectrane

@@ -7,7 +7,6 @@
 #include <QLineEdit>
 #include <QLocale>
 #include <QPushButton>
-#include <QRegularExpression>
 #include <QTableView>
 #include <QTabWidget>
 #include <QTemporaryDir>
@@ -15,6 +14,7 @@
 
 #include <clocale>
 
+#include "app/ground/colourbutton.h"
 #include "app/ground/commands.h"
 #include "app/ground/languagefont.h"
 #include "base/language.h"
@@ -66,7 +66,7 @@ void MakeFiles(const QString& examples, const QString& files) {
 }
 
 void TakeFrame(Studio& studio) {
-  studio.Resize(1000, 620);
+  studio.Resize(960, 660);
   studio.TakeMain("main-window");
   studio.TakeDialogOf(kNewFileGuide, "FrmNew", "new-file-guide");
   studio.TakeDialogOf(kAbout, "FrmAbout", "about");
@@ -126,6 +126,24 @@ void TakeModes(Studio& studio) {
   studio.TakeDialogOf(kMaxMinAverage, "FrmMaxMinAverage", "max-min-average");
 }
 
+/// Fields of a dialog by their object names.
+void Fill(QWidget& dialog, std::initializer_list<std::pair<const char*, QString>> fields) {
+  for (const auto& [name, text] : fields) dialog.findChild<QLineEdit*>(QLatin1String(name))->setText(text);
+}
+
+/// The view in which the dichromate spectra are seen whole.
+void FillView(QWidget& dialog) {
+  Fill(dialog, {{"ScaleTopText", QStringLiteral("1.6")},
+                {"ScaleBottomText", QStringLiteral("0")},
+                {"StartWLText", QStringLiteral("220")},
+                {"EndWLText", QStringLiteral("460")}});
+}
+
+void Colour(QWidget& dialog, std::initializer_list<std::pair<const char*, Qt::GlobalColor>> buttons) {
+  for (const auto& [name, colour] : buttons)
+    dynamic_cast<ColourButton&>(*dialog.findChild<QPushButton*>(QLatin1String(name))).SetColour(colour);
+}
+
 /// The spectrum of the modes is still open.
 void TakeProcessing(Studio& studio) {
   studio.InDialog([&] { studio.Choose(kSpectrumSmooth); }, "FrmSmoothConfig",
@@ -135,30 +153,37 @@ void TakeProcessing(Studio& studio) {
                   });
   studio.TakeMain("smooth");
   studio.Choose(kSpectrumDerivative);
-  studio.Choose(kZoomWindow);
+  studio.InDialog([&] { studio.Choose(kTestOption); }, "FrmDevConfig",
+                  [&](QWidget& dialog) {
+                    Fill(dialog, {{"ScaleTopText", QStringLiteral("0.25")},
+                                  {"ScaleBottomText", QStringLiteral("-0.25")}});
+                    dialog.findChild<QPushButton*>(QStringLiteral("OKCmd"))->click();
+                  });
   studio.TakeMain("derivative");
   studio.CloseAll();
 
-  const auto fill = [&](QWidget& dialog, std::initializer_list<const char*> files) {
-    int row = 0;
-    const QList<QLineEdit*> fields =
-        dialog.findChildren<QLineEdit*>(QRegularExpression(QStringLiteral("^TextFileName")));
-    for (const char* const file : files) fields.at(row++)->setText(studio.PathOf(file));
-  };
   studio.InDialog([&] { studio.Choose(kSpectrumSubtraction); }, "FrmCaculateConfig",
                   [&](QWidget& dialog) {
-                    fill(dialog, {"dichromate-100.wls", "dichromate-40.wls"});
+                    Fill(dialog, {{"TextFileName0", studio.PathOf("dichromate-100.wls")},
+                                  {"TextFileName1", studio.PathOf("dichromate-40.wls")}});
+                    FillView(dialog);
+                    Colour(dialog, {{"PictureCurve0", Qt::darkGreen}, {"PictureCurve1", Qt::darkCyan}});
                     studio.Take(dialog, "arithmetic-options");
                     dialog.findChild<QPushButton*>(QStringLiteral("OKCmd"))->click();
                   });
   studio.TakeMain("arithmetic");
   studio.CloseAll();
-  studio.InDialog([&] { studio.Choose(kSpectrumCompare); }, "FrmWLSCompareConfig",
-                  [&](QWidget& dialog) {
-                    fill(dialog, {"dichromate-40.wls", "dichromate-60.wls", "dichromate-100.wls"});
-                    studio.Take(dialog, "compare-options");
-                    dialog.findChild<QPushButton*>(QStringLiteral("OKCmd"))->click();
-                  });
+  studio.InDialog(
+      [&] { studio.Choose(kSpectrumCompare); }, "FrmWLSCompareConfig",
+      [&](QWidget& dialog) {
+        Fill(dialog, {{"TextFileName0", studio.PathOf("dichromate-40.wls")},
+                      {"TextFileName1", studio.PathOf("dichromate-60.wls")},
+                      {"TextFileName2", studio.PathOf("dichromate-100.wls")}});
+        FillView(dialog);
+        Colour(dialog, {{"PicColor0", Qt::red}, {"PicColor1", Qt::darkGreen}, {"PicColor2", Qt::blue}});
+        studio.Take(dialog, "compare-options");
+        dialog.findChild<QPushButton*>(QStringLiteral("OKCmd"))->click();
+      });
   studio.TakeMain("compare");
   studio.CloseAll();
 }

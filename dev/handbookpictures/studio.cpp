@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDir>
+#include <QDockWidget>
 #include <QImage>
 #include <QSet>
 #include <QTimer>
@@ -15,6 +16,8 @@ namespace spectrane {
 namespace {
 
 constexpr int kMostColours = 256;
+/// Of the data table below a curve [px].
+constexpr int kTableHeight = 190;
 
 [[noreturn]] void Fail(const QString& words) {
   throw std::runtime_error(words.toStdString());
@@ -81,6 +84,11 @@ void Studio::Take(QWidget& widget, const char* name) {
 }
 
 void Studio::TakeMain(const char* name) {
+  // The live reading as it is when it has settled, however long the way here took.
+  main_->SampleTimer().stop();
+  for (std::int32_t i = 0; i < kEnergyRingUsed; ++i) main_->Link().Live.SampleTimerTick();
+  if (auto* const tables = main_->findChild<QDockWidget*>(QStringLiteral("DockingTable")))
+    main_->resizeDocks({tables}, {kTableHeight}, Qt::Vertical);
   Take(*main_, name);
 }
 

@@ -27,7 +27,8 @@ struct HandbookPage {
   QStringList Pictures;
   QStringList WithoutWords;  ///< pictures that say nothing to who cannot see them
   QStringList Anchors;
-  QStringList Titles;  ///< h1
+  QStringList Titles;    ///< h1
+  QStringList Headings;  ///< of the parts
   QStringList Bold;
   QStringList Keys;
   /// Words of the messages by their text number.
@@ -60,7 +61,13 @@ class PageReader {
   };
 
   void Begin(const QXmlStreamReader& reader) {
+    static const QStringList kBlocks =
+        QStringLiteral("p ul ol li dl dt dd div table figure pre h1 h2 h3 nav").split(u' ');
     const QXmlStreamAttributes attributes = reader.attributes();
+    // A browser would end the paragraph there.
+    if (!open_.empty() && open_.back().Name == QStringLiteral("p") &&
+        kBlocks.contains(reader.name().toString()))
+      page_.Fault = QStringLiteral("line %1: <%2> in <p>").arg(reader.lineNumber()).arg(reader.name());
     open_.push_back({reader.name().toString(), attributes.value(QLatin1String("id")).toString(), {}});
     if (!open_.back().Id.isEmpty()) page_.Anchors.append(open_.back().Id);
     if (attributes.hasAttribute(QLatin1String("href")))
@@ -78,6 +85,8 @@ class PageReader {
     open_.pop_back();
     const QString words = element.Text.simplified();
     if (element.Name == QStringLiteral("h1")) page_.Titles.append(words);
+    if (element.Name == QStringLiteral("h2") || element.Name == QStringLiteral("h3"))
+      page_.Headings.append(words);
     if (element.Name == QStringLiteral("b")) page_.Bold.append(words);
     if (element.Name == QStringLiteral("kbd")) page_.Keys.append(words);
     if (element.Id.startsWith(QStringLiteral("text-"))) page_.Messages[element.Id.mid(5).toInt()] = words;
@@ -184,12 +193,12 @@ TEST(Handbook, EveryWindowAndDialogHasItsPlace) {
 }
 
 TEST(Handbook, EveryCommandIsMentionedAndEveryKeyIsTold) {
-  QStringList bold;
-  for (const auto& [name, page] : Pages()) bold += page.Bold;
+  QStringList named;
+  for (const auto& [name, page] : Pages()) named += page.Bold + page.Headings;
   const QStringList keys = Pages().at(QStringLiteral("keyboard.html")).Keys;
   for (const CommandRow& row : CommandRows()) {
     const QString caption = row.TextId != 0 ? PlainWords(row.TextId) : QString::fromLatin1(row.Own);
-    EXPECT_TRUE(bold.contains(caption.simplified())) << caption.toStdString();
+    EXPECT_TRUE(named.contains(caption.simplified())) << caption.toStdString();
     for (const QString& key : QString::fromLatin1(row.Keys).split(u';', Qt::SkipEmptyParts))
       EXPECT_TRUE(keys.contains(key)) << caption.toStdString() << ": " << key.toStdString();
   }
@@ -214,8 +223,10 @@ TEST(Handbook, BoldWordsAreThoseOfTheProgram) {
   for (const auto& [name, page] : Pages()) {
     for (const QString& words : page.Bold) {
       if (texts.contains(words)) continue;
-      const QString quoted = QString(words).replace(u'"', QStringLiteral("\\\""));
-      EXPECT_TRUE(ProgramText().contains(quoted)) << name.toStdString() << ": " << words.toStdString();
+      // Access keys stand in the middle of words.
+      static const QString program = QString(ProgramText()).remove(u'&');
+      EXPECT_TRUE(program.contains(QString(words).remove(u'&')))
+          << name.toStdString() << ": " << words.toStdString();
     }
   }
 }
@@ -280,7 +291,7 @@ TEST_F(HandbookWindow, HelpBookOpensTheFirstPageAndF1ThatOfTheWindowInFront) {
   ASSERT_TRUE(QTest::qWaitForWindowActive(Main.get()));
   QTest::keyClick(Main.get(), Qt::Key_F1);
   EXPECT_EQ(Last(), "photometry.html#");
-  EXPECT_EQ(Remark(), "");
+  EXPECT_EQ(Remark().find("handbook"), std::string::npos) << Remark();
 }
 
 TEST_F(HandbookWindow, F1InADialogOpensItsPlace) {

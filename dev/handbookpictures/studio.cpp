@@ -61,6 +61,8 @@ Studio::Studio(QString folder, QString files) : folder_(std::move(folder)), file
   main_ = std::make_unique<FrmMain>(
       ProgramParts{ports_, time_, loop_, turn_, settings_, home_.path().toStdString()});
   main_->findChild<QTimer*>(QStringLiteral("TimerFileOpen"))->disconnect();
+  // Simulated time must not depend on how long this machine takes.
+  main_->SampleTimer().disconnect();
   main_->ShowStored();
   main_->showNormal();
   main_->findChild<QTimer*>(QStringLiteral("TimerConnect"))->stop();

@@ -1,9 +1,12 @@
 #include "app/handbook.h"
 
+#include <QAbstractButton>
 #include <QDesktopServices>
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
+#include <QGroupBox>
+#include <QLabel>
 #include <QRegularExpression>
 #include <QTextBrowser>
 #include <QUrl>
@@ -13,6 +16,7 @@
 
 #include "app/commandtable.h"
 #include "app/framefixture.h"
+#include "app/ground/dialogparts.h"
 #include "app/ground/words.h"
 
 namespace spectrane::testing_windows {
@@ -312,6 +316,83 @@ TEST_F(HandbookWindow, F1InADialogOpensItsPlace) {
   });
   Choose(kProgramOption);
   EXPECT_EQ(Last(), "program-options.html#");
+}
+
+/// What a person reads in front of the fields of a dialog and on its buttons and boxes.
+QStringList CaptionsOf(const QWidget& dialog) {
+  QStringList all;
+  for (const QAbstractButton* button : dialog.findChildren<QAbstractButton*>()) all << button->text();
+  for (const QGroupBox* group : dialog.findChildren<QGroupBox*>()) all << group->title();
+  for (const QLabel* label : dialog.findChildren<QLabel*>()) {
+    if (label->buddy()) all << label->text();
+  }
+  QStringList captions;
+  // What counts rows, and the colon behind a caption, say nothing of their own.
+  static const QRegularExpression kCount(QStringLiteral("^[A-Z]?\\d+$|( \\d+)?:?$"));
+  for (const QString& caption : all) {
+    // Two of them are an "and", not an access key.
+    QString plain = PlainCaption(QString(caption).replace(QStringLiteral("&&"), QChar(1)));
+    plain = plain.replace(QChar(1), u'&').simplified().remove(kCount);
+    if (!plain.isEmpty()) captions << plain;
+  }
+  return captions;
+}
+
+struct DialogRow {
+  const char* File;  ///< of the examples; null: none has to be open
+  int Command;
+  const char* Dialog;
+  const char* Page;
+};
+
+constexpr DialogRow kDialogRows[] = {
+    {"photometry.bas", kTestOption, "FrmBasicConfig", "photometry.html"},
+    {"dye.qua", kTestOption, "FrmQuaConfig", "quantitation.html"},
+    {"enzyme.tis", kTestOption, "FrmTSConfig", "kinetics.html"},
+    {"multi.mul", kTestOption, "FrmMultiConfig", "multi-wavelength.html"},
+    {"nucleic.dna", kTestOption, "FrmDNAConfig", "dna-protein.html"},
+    {"holmium.wls", kTestOption, "FrmWLSConfig", "wavelength-scan.html"},
+    {"holmium.wls", kPeakValueSetup, "FrmPeakHeight", "wavelength-scan.html"},
+    {"holmium.wls", kMaxMinAverage, "FrmMaxMinAverage", "wavelength-scan.html"},
+    {"holmium.wls", kSpectrumSmooth, "FrmSmoothConfig", "processing.html"},
+    {nullptr, kSpectrumDivision, "FrmCaculateConfig", "processing.html"},
+    {nullptr, kSpectrumCompare, "FrmWLSCompareConfig", "processing.html"},
+    {nullptr, kSystemBaseline, "FrmBaseLine", "instrument.html"},
+    {nullptr, kSetWavelength, "FrmSetupWL", "instrument.html"},
+    {nullptr, kLampSwitchWavelength, "FrmLampSwitch", "instrument.html"},
+    {nullptr, kDarkCurrent, "FrmDarkEnergy", "instrument.html"},
+    {nullptr, kResetWavelength, "FrmResetWaveLength", "instrument.html"},
+    {nullptr, kSetupSlit, "FrmSlip", "instrument.html"},
+    {nullptr, kNewFileGuide, "FrmNew", "main-window.html"},
+    {nullptr, kProgramOption, "FrmOption", "program-options.html"},
+};
+
+TEST_F(HandbookWindow, EveryFieldOfADialogIsNamedOnItsPage) {
+  Start();
+  ConnectNow();
+  for (const DialogRow& row : kDialogRows) {
+    if (row.File) {
+      ASSERT_TRUE(
+          Main->OpenDataFile(QStringLiteral(SPECTRANE_SOURCE "/examples/") + QLatin1String(row.File)));
+    }
+    const QString page = Pages().at(QLatin1String(row.Page)).Text.simplified();
+    // On every page of that kind.
+    const QStringList usual = {PlainWords(kOKText), PlainWords(kCancelText)};
+    int seen = 0;
+    WhenDialog(row.Dialog, [&](QWidget& dialog) {
+      const QStringList captions = CaptionsOf(dialog);
+      ++seen;
+      EXPECT_FALSE(captions.isEmpty());
+      for (const QString& caption : captions) {
+        EXPECT_TRUE(usual.contains(caption) || page.contains(caption))
+            << row.Dialog << ": " << caption.toStdString();
+      }
+    });
+    Choose(row.Command);
+    EXPECT_EQ(seen, 1) << row.Dialog;
+    Main->mmuFileCloseAll();
+    QCoreApplication::processEvents();
+  }
 }
 
 }  // namespace

@@ -94,7 +94,9 @@ const CommandRow kRows[] = {
     {kTileVertically, 503, When::Children, "", false, [](F& f) { f.Arrange(kTileVertically); }, nullptr},
     {kTileHorizontally, 504, When::Children, "", false, [](F& f) { f.Arrange(kTileHorizontally); }, nullptr},
 
-    {kHelpBook, 602, When::Later, "F1", false, nullptr, nullptr},
+    {kHelpBook, 602, When::Always, "", false, [](F& f) { f.ShowHelpBook(); }, nullptr},
+    {kHelpForWindow, 0, When::Always, "F1", false, [](F& f) { f.ShowHelpFor(f.ActiveForm()); }, nullptr,
+     "Help for This Window"},
     {kAbout, 603, When::NoRun, "", false, [](F& f) { f.ShowAbout(); }, nullptr},
 };
 
@@ -196,6 +198,7 @@ const MenuRow kMenus[] = {
 
     {Kind::Menu, 601},
     {Kind::Item, kHelpBook},
+    {Kind::Item, kHelpForWindow},
     {Kind::Item, kAbout},
 };
 

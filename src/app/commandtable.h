@@ -20,7 +20,6 @@ enum class EnabledWhen {
   BlankTarget,        ///< connected, and the active child takes blanks or none is open
   Children,           ///< a child is open
   Kind,               ///< this program can make a document of the command's kind
-  Later,              ///< its window is not part of this program
 };
 
 /// One command: everything that menus, bars, the enabling pass and the routing need to know.

@@ -16,6 +16,7 @@
 #include "app/ground/documentwindow.h"
 #include "app/ground/languagefont.h"
 #include "app/ground/words.h"
+#include "app/handbook.h"
 #include "app/messageboxes.h"
 #include "base/language.h"
 #include "base/textnumbers.h"
@@ -60,6 +61,7 @@ FrmMain::FrmMain(const ProgramParts& parts)
   BuildBars();
   BuildDataDock();
   BuildTimers();
+  new DialogHelpKey(this, [this](const QWidget* widget) { ShowHelpFor(widget); });
   RestoreLayout();
   SetMenuStyle(window_.MenuStyle);
   SetStatus(StatusPane::Connection, Text(kNoInstrument));

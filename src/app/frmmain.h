@@ -123,6 +123,9 @@ class FrmMain : public QMainWindow, public MainWindow, public MainDisplay {
   void Arrange(int windowCommand);
   void ShowOption();
   void ShowAbout();
+  /// The handbook from its beginning, or the page of the window around `widget` (null: of the main window).
+  void ShowHelpBook();
+  void ShowHelpFor(const QWidget* widget);
 
   QTimer& SampleTimer() { return sampleTimer_; }
 
@@ -159,6 +162,7 @@ class FrmMain : public QMainWindow, public MainWindow, public MainDisplay {
 
   // Commands (frmmaincommands.cpp).
   bool IsEnabled(const CommandRow& row) const;
+  void ShowHelpPage(const QString& page);
   QString IdleHint() const;
   void ShowRemarkLine();
   bool QueryUnload();

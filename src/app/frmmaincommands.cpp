@@ -16,6 +16,7 @@
 #include "app/ground/documentwindow.h"
 #include "app/ground/frmdatatabel.h"
 #include "app/ground/words.h"
+#include "app/handbook.h"
 #include "base/language.h"
 #include "base/textnumbers.h"
 #include "tools/windows/tooldialog.h"
@@ -65,8 +66,6 @@ bool FrmMain::IsEnabled(const CommandRow& row) const {
         if (kind.Command == row.Number) return kind.Make != nullptr && idle;
       }
       return false;
-    case EnabledWhen::Later:
-      break;
   }
   return false;
 }
@@ -171,6 +170,21 @@ void FrmMain::ShowOption() {
 void FrmMain::ShowAbout() {
   FrmAbout about(*this);
   about.exec();
+}
+
+void FrmMain::ShowHelpBook() {
+  ShowHelpPage(QString::fromLatin1(kHandbookFirstPage));
+}
+
+void FrmMain::ShowHelpFor(const QWidget* widget) {
+  ShowHelpPage(HandbookPageOf(widget ? widget : this));
+}
+
+void FrmMain::ShowHelpPage(const QString& page) {
+  const QStringList folders = HandbookFolders(QCoreApplication::applicationDirPath());
+  const QString refusal = ShowHandbook(page, folders, QString::fromStdString(parts_.ApplicationFolder));
+  // No box: a test may be running.
+  if (!refusal.isEmpty()) SetRemark(refusal.toStdString());
 }
 
 void FrmMain::mmuOperationConnect() {

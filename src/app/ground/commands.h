@@ -78,6 +78,7 @@ enum Command : int {
   kNextPane = 9002,
   kDataTable = 9003,
   kPrintPreview = 9004,
+  kHelpForWindow = 9005,
 };
 
 }  // namespace spectrane

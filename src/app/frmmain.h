@@ -126,6 +126,8 @@ class FrmMain : public QMainWindow, public MainWindow, public MainDisplay {
   /// The handbook from its beginning, or the page of the window around `widget` (null: of the main window).
   void ShowHelpBook();
   void ShowHelpFor(const QWidget* widget);
+  /// A fault ended a command, or what a click in a dialog began: the window stays usable and says so.
+  void CommandEndedEarly(const std::exception& fault);
 
   QTimer& SampleTimer() { return sampleTimer_; }
 

@@ -2,6 +2,7 @@
 #include <QCloseEvent>
 #include <QPointer>
 #include <QScopedValueRollback>
+#include <QScopeGuard>
 
 #include <algorithm>
 #include <exception>
@@ -139,8 +140,10 @@ void FrmMain::CommandEndedEarly(const std::exception& fault) {
   if (!link_->State.RunUnderWay && !ticking_) {
     Lock(false);
     link_->State.InstrumentBusy = false;
+    if (link_->State.InstrumentConnected) link_->Live.SampleTimerStart();
   }
   SetRemark("The command ended early: " + std::string(fault.what()));
+  UpdateCommands();
 }
 
 void FrmMain::OnSampleTimer() {
@@ -151,6 +154,7 @@ void FrmMain::OnSampleTimer() {
     Guarded([this] { link_->Live.SampleTimerTick(); });
   }
   lastTickMs_ = parts_.Time.NowMs();
+  OpenWaitingLater();
   while (!waitingCommands_.empty()) {
     const int command = waitingCommands_.front();
     waitingCommands_.pop_front();
@@ -275,10 +279,9 @@ void FrmMain::FocusNextPane() {
 }
 
 void FrmMain::closeEvent(QCloseEvent* event) {
-  if (closing_ || !QueryUnload()) {
-    event->ignore();
-    return;
-  }
+  // A fault in what follows must not count as a Yes.
+  event->ignore();
+  if (closing_ || !QueryUnload()) return;
   closing_ = true;
   for (DocumentWindow* document : workspace_->Documents()) document->AllowClose();
   workspace_->closeAllSubWindows();
@@ -324,15 +327,16 @@ bool FrmMain::LinkMayClose() {
   if (!link_->State.InstrumentConnected) return true;
   // What has been asked about is not changed any more while the instrument answers.
   workspace_->setEnabled(false);
+  auto stays = qScopeGuard([this] { workspace_->setEnabled(true); });
   double wavelength = 0.0;
   if (!link_->Instrument.GetWavelength(wavelength)) {
-    workspace_->setEnabled(true);
     // A program that lost its instrument in mid-air stays until the link is back or is released.
     SetRemark(Text(kCommunicationError) + kReleaseToClose);
     link_->Live.SampleTimerStart();
     return false;
   }
   link_->Connect.ReleaseConnection();
+  stays.dismiss();
   return true;
 }
 

@@ -1,6 +1,5 @@
 #include "app/program.h"
 
-#include <QApplication>
 #include <QFileInfo>
 #include <QLocale>
 

@@ -107,14 +107,14 @@ bool DocumentWindow::AskToSave() {
 }
 
 void DocumentWindow::closeEvent(QCloseEvent* event) {
+  // A fault in the question or in the save must not count as a Yes.
+  event->ignore();
   // During a run QueryClose() asks for its end and refuses.
   if ((closeAllowed_ && runs_ == 0) || QueryClose(false)) {
     event->accept();
     // On purpose: what was not saved was not wanted.
     if (journal_) journal_->Drop();
     closed_ = true;
-  } else {
-    event->ignore();
   }
 }
 

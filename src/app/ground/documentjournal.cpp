@@ -20,8 +20,8 @@ void DocumentWindow::KeepJournal(std::int32_t first) {
     if (!image) return;
     image->Head.Caption = caption_.toStdString();
     image->Head.Path = OpenFileName().toStdString();
-    image->Head.FileSize = image->Head.Path.empty() ? -1 : fileSize_;
-    image->Head.FileTime = image->Head.Path.empty() ? 0 : fileTime_.toMSecsSinceEpoch();
+    image->Head.FileSize = image->Head.Path.empty() ? -1 : file_.Size;
+    image->Head.FileTime = image->Head.Path.empty() ? 0 : file_.Modified.toMSecsSinceEpoch();
     if (!journal_) journal_ = std::make_unique<JournalKeeper>(folder);
     if (!journal_->Keep(*image, first, runs_ == 0)) frame_.JournalFailed(journal_->LastFault());
   } catch (const std::exception& fault) {
@@ -33,8 +33,7 @@ bool DocumentWindow::BringBack(LeftJournal left) {
   const JournalHead& head = left.Content.Head;
   SetCaption(QString::fromStdString(head.Caption));
   // As it was then: Save asks when somebody has written the file since.
-  fileTime_ = QDateTime::fromMSecsSinceEpoch(head.FileTime);
-  fileSize_ = head.FileSize;
+  file_ = {QDateTime::fromMSecsSinceEpoch(head.FileTime), head.FileSize};
   // Before the document comes, which is a change like any other: it is not to begin another journal.
   journal_ = std::make_unique<JournalKeeper>(std::move(left.File), left.Content);
   if (!TakeImage(left.Content)) {

@@ -47,7 +47,9 @@ void WriteReplies(const fs::path& folder) {
   Write(folder, "no-numbers",
         "\x04\x90ge 9\r\nabc\r\n\r\n1e999\r\nNaN\r\n2147483648\r\n12,5\r\n0x10\r\n 7 \r\n>"s);
   Write(folder, "noise", "\x04\x05ge 1\r\n\x00\x80\xFF\n\r>"s);
-  Write(folder, "flood", "\xFF\x00company\r\nendless"s);
+  Write(folder, "flood",
+        "\xFF\xFF"
+        "company\r\nendlessendless, a noise"s);
 }
 
 void WriteSettings(const fs::path& folder) {

@@ -1,30 +1,36 @@
 #!/usr/bin/env bash
-# Feeds the readers of data files with broken files: dev/fuzz.sh SECONDS [TARGET...], two targets at a time. Fails on a
-# finding; its input stays in fuzz/found/TARGET/, where the tests take it from. What was learned of good inputs stays in
-# build/fuzz/corpus.
+# Feeds what reads foreign bytes with broken ones: dev/fuzz.sh [--fast] SECONDS [TARGET...], two targets at a time. Fails
+# on a finding; its input stays in fuzz/found/TARGET/, where the tests take it from. What was learned of good inputs stays
+# in build/fuzz/corpus. --fast: without sanitizers, for numbers; the checks of the answers are the same.
 set -euo pipefail
 source "$(dirname "$0")/common.sh"
 
 # Target, ending of its example files, and longest input: a few records of each kind.
-all=(filetype:*:1024 qua:qua:16384 tis:tis:2048 wls:wls:2048 wls2:wls:2048 mul:mul:4096 dna:dna:4096 bsl:bsl:2048 bas:bas:4096)
+all=(filetype:*:1024 qua:qua:16384 tis:tis:2048 wls:wls:2048 wls2:wls:2048 mul:mul:4096 dna:dna:4096 bsl:bsl:2048 bas:bas:4096
+  config:-:1024 reply:-:512 handover:-:256 journal:-:2048 pack:-:4096)
 names=("${all[@]%%:*}")
-usage() { printf 'usage: dev/fuzz.sh SECONDS [TARGET...]\ntargets: %s\n' "${names[*]}" >&2; exit 2; }
+usage() { printf 'usage: dev/fuzz.sh [--fast] SECONDS [TARGET...]\ntargets: %s\n' "${names[*]}" >&2; exit 2; }
 
+fast=OFF
+[ "${1:-}" != --fast ] || { fast=ON; shift; }
 [[ ${1:-} =~ ^[1-9][0-9]*$ ]] || usage
 seconds=$1
 shift
-chosen=()
+chosen=() rows=()
 for name in "${@:-${names[@]}}"; do
   row=
   for each in "${all[@]}"; do [ "${each%%:*}" != "$name" ] || row=$each; done
   [ -n "$row" ] || { echo "no such target: $name" >&2; usage; }
-  chosen+=("$row")
+  chosen+=("$name") rows+=("$row")
 done
 
 ./dev/install.sh fuzz/packages.txt
+learned=build/fuzz/corpus
 build=build/fuzz
+[ "$fast" = OFF ] || build=build/fuzz/fast
 mkdir -p "$build"
-{ cmake -S fuzz -B "$build" -G Ninja -DCMAKE_CXX_COMPILER=clang++ && ninja -C "$build"; } >"$build/build.log" 2>&1 ||
+{ cmake -S fuzz -B "$build" -G Ninja -DCMAKE_CXX_COMPILER=clang++ -DSPECTRANE_FUZZ_FAST="$fast" &&
+  ninja -C "$build" "${chosen[@]/#/fuzz-}"; } >"$build/build.log" 2>&1 ||
   { cat "$build/build.log" >&2; exit 1; }
 
 # The file that takes one input after the other lies in memory where there is such a folder.
@@ -38,11 +44,12 @@ export ASAN_OPTIONS=malloc_context_size=4:quarantine_size_mb=8 UBSAN_OPTIONS=pri
 
 # run NAME ENDING LONGEST. The weighing of inputs (entropic) costs more than running the small ones.
 run() {
-  local corpus=$build/corpus/$1 found=fuzz/found/$1 examples=$TMPDIR/examples-$1 log=$build/$1.log
+  local corpus=$learned/$1 dictionary=fuzz/datafile.dict found=fuzz/found/$1 examples=$TMPDIR/examples-$1 log=$build/$1.log
   mkdir -p "$corpus" "$found" "$examples"
+  [ ! -e "fuzz/$1.dict" ] || dictionary=fuzz/$1.dict
   if [ "$2" = '*' ]; then find examples -type f ! -name '*.md' -exec cp {} "$examples" \; 2>/dev/null || true
   else cp examples/*."$2" "$examples" 2>/dev/null || true; fi
-  "$build/fuzz-$1" -max_total_time="$seconds" -max_len="$3" -dict=fuzz/datafile.dict -timeout=5 -rss_limit_mb=1024 -entropic=0 \
+  "$build/fuzz-$1" -max_total_time="$seconds" -max_len="$3" -dict="$dictionary" -timeout=5 -rss_limit_mb=1024 -entropic=0 \
     -malloc_limit_mb=64 -print_final_stats=1 -artifact_prefix="$found/" "$corpus" "fuzz/corpus/$1" "$examples" \
     >"$log" 2>&1 || : >"$build/$1.finding"
   grep -E '^[a-z0-9]+: [0-9]+ executions' "$log" || echo "$1: ended early"
@@ -54,7 +61,7 @@ run() {
 }
 
 rm -f "$build"/*.finding
-for row in "${chosen[@]}"; do
+for row in "${rows[@]}"; do
   while [ "$(jobs -rp | wc -l)" -ge 2 ]; do wait -n || true; done
   IFS=: read -r name ending longest <<<"$row"
   run "$name" "$ending" "$longest" &

@@ -52,6 +52,8 @@ std::string Apply(const std::string& raw, std::vector<Change> changes, const std
     if (change.Inserts && lineOpen) result += lineBreak;
     result += change.Text;
     done = change.At + change.Length;
+    // In a text of several kinds of line break, the next one must not become a half of this one.
+    if (result.ends_with('\r') && done < raw.size() && raw[done] == '\n') result += '\n';
   }
   return result.append(raw, done);
 }

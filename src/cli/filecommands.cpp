@@ -90,17 +90,12 @@ void RunPack(const PackArguments& arguments, BatchContext& run) {
   const std::string text = ReadDocument(arguments.Document, run.In);
   const std::string& named = arguments.Document == kStandardInput ? "standard input" : arguments.Document;
   try {
-    const JsonInput document = ParseDocument(text);
-    const BatchKind& kind = KindOfDocument(document);
-    std::size_t records = 0;
-    bool lost = false;
-    const FileFault fault = kind.Pack(document, arguments.File, records, lost);
-    if (fault) throw Refusal(arguments.File, fault);
-    if (lost) {
+    const PackedFile packed = PackDocument(text, arguments.File);
+    if (packed.TextLost) {
       run.Err << Utf8FromPath(PathFromUtf8(arguments.File).filename())
               << ": characters without a place in the file were written as \"?\"\n";
     }
-    run.Result = JsonText({{"kind", kind.Kind->Name}, {"records", records}});
+    run.Result = JsonText({{"kind", packed.Kind->Kind->Name}, {"records", packed.Records}});
   } catch (const BadJson& fault) {
     throw Refusal(named, fault.what());
   }
@@ -121,6 +116,14 @@ void AddFileCommands(CLI::App& root, BatchContext& context) {
   AddInfo(root, context);
   AddDump(root, context);
   AddPack(root, context);
+}
+
+PackedFile PackDocument(const std::string& text, const std::string& path) {
+  const JsonInput document = ParseDocument(text);
+  PackedFile packed{&KindOfDocument(document)};
+  const FileFault fault = packed.Kind->Pack(document, path, packed.Records, packed.TextLost);
+  if (fault) throw Refusal(path, fault);
+  return packed;
 }
 
 void RefuseTakenOutput(const std::string& path, bool force) {

@@ -46,7 +46,7 @@ class OpenFile {
   void Close() {
     if (file_ == nullptr) return;
     Flush();
-    if (std::fclose(file_) != 0) Note(PlatformFault(errno));
+    if (!CloseStream(file_)) Note(PlatformFault(errno));
     file_ = nullptr;
     length_ = 0;
     size_ = 0;

@@ -52,6 +52,10 @@ std::int64_t PlatformFileLength(std::FILE* file) {
 #endif
 }
 
+bool CloseStream(std::FILE* file) {
+  return std::fclose(file) == 0;
+}
+
 FileFault RefusalOfExisting(const fs::path& path) {
   std::error_code code;
   const fs::file_status status = fs::status(path, code);

@@ -22,6 +22,8 @@ bool SeekTo(std::FILE* file, std::int64_t offset);
 std::size_t ReadHere(std::FILE* file, void* bytes, std::size_t size, bool& failed);
 /// [bytes]
 std::int64_t PlatformFileLength(std::FILE* file);
+/// False: errno says why. The file is closed all the same.
+bool CloseStream(std::FILE* file);
 
 /// The platform's words for an error number, and a fault without words.
 FileFault PlatformFault(int code);

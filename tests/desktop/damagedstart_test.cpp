@@ -1,0 +1,190 @@
+// The real program, started on settings, folders, lock and socket that are broken: its window comes all the
+// same, soon, and with no more boxes than a sound start has.
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+#include <cstdio>
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QRegularExpression>
+#include <random>
+#include <set>
+
+#include "desktopsupport.h"
+#include "startdamages.h"
+
+namespace spectrane {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// What is promised of a quiet machine, and looked at when all damages are asked for.
+constexpr int kPromisedMs = 2000;
+/// When a start has failed, however busy the machine.
+constexpr int kGivenUpMs = 30000;
+/// Boxes are counted so long after the window.
+constexpr int kWatchedMs = 400;
+constexpr std::size_t kSample = 10;
+
+struct Seen {
+  /// Until the main window has painted; -1: it did not.
+  qint64 WindowMs = -1;
+  qint64 Width = 0;
+  qint64 Height = 0;
+  std::size_t Boxes = 0;
+  /// Ended on its own.
+  bool Ended = false;
+  std::string Last;
+};
+
+class DamagedStart : public testing::Test {
+ protected:
+  DamagedStart() { place_.Root = folder_.Path(); }
+  ~DamagedStart() override { Clear(); }
+
+  /// The folders as they are before a sound start.
+  void Prepare() {
+    Clear();
+    for (const std::string& path : {place_.App(), place_.Runtime(), place_.Home(), place_.Temporary()})
+      fs::create_directories(path);
+    fs::permissions(place_.Runtime(), fs::perms::owner_all);
+  }
+
+  void Clear() {
+    for (const auto& end : place_.AtEnd) end();
+    place_.AtEnd.clear();
+    place_.Environment.clear();
+    std::error_code fault;
+    if (fs::exists(place_.App(), fault)) fs::permissions(place_.App(), fs::perms::owner_all, fault);
+    for (const auto& entry : fs::directory_iterator(place_.Root, fault)) fs::remove_all(entry.path(), fault);
+  }
+
+  QProcessEnvironment Environment() const {
+    QProcessEnvironment environment;
+    const std::pair<const char*, std::string> usual[] = {
+        {"PATH", "/usr/bin:/bin"},
+        {"HOME", place_.Home()},
+        {"SPECTRANE_HOME", place_.App()},
+        {"SPECTRANE_PORTS", ":"},
+        {"XDG_RUNTIME_DIR", place_.Runtime()},
+        {"XDG_DATA_HOME", place_.Home() + "/data"},
+        {"TMPDIR", place_.Temporary()},
+        {"QT_QPA_PLATFORM", "offscreen"},
+        {"QT_LOGGING_RULES", "qt.widgets.painting.debug=true"},
+        {"QT_LOGGING_TO_CONSOLE", "1"},
+        {"DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere"},
+    };
+    for (const auto& [name, value] : usual) environment.insert(Q(name), Q(value));
+    for (const auto& [name, value] : place_.Environment) {
+      if (value) {
+        environment.insert(Q(name), Q(*value));
+      } else {
+        environment.remove(Q(name));
+      }
+    }
+    return environment;
+  }
+
+  /// Starts the program, watches its windows and kills it.
+  Seen Start() const {
+    static const QRegularExpression painted(
+        QStringLiteral("QRegion\\((?:size=\\d+, bounds=\\()?-?\\d+,-?\\d+ (\\d+)x(\\d+)\\)* of top level "
+                       "spectrane::FrmMain\\("));
+    static const QRegularExpression box(QStringLiteral("top level QMessageBox\\((0x[0-9a-f]+)"));
+    Seen seen;
+    QProcess program;
+    program.setProcessEnvironment(Environment());
+    program.setWorkingDirectory(Q(place_.Root));
+    program.setProcessChannelMode(QProcess::MergedChannels);
+    program.setStandardInputFile(QProcess::nullDevice());
+    QElapsedTimer clock;
+    clock.start();
+    program.start(QStringLiteral(SPECTRANE_BIN "/spectrane"), {});
+    std::set<QString> boxes;
+    while (clock.elapsed() < kGivenUpMs) {
+      if (seen.WindowMs >= 0 && clock.elapsed() - seen.WindowMs > kWatchedMs) break;
+      if (!program.canReadLine() && !program.waitForReadyRead(20) && program.state() == QProcess::NotRunning)
+        break;
+      while (program.canReadLine()) {
+        const QString line = QString::fromUtf8(program.readLine());
+        const auto window = painted.match(line);
+        if (window.hasMatch() && seen.WindowMs < 0) {
+          seen.WindowMs = clock.elapsed();
+          seen.Width = window.captured(1).toLongLong();
+          seen.Height = window.captured(2).toLongLong();
+        }
+        if (const auto shown = box.match(line); shown.hasMatch()) boxes.insert(shown.captured(1));
+        if (!line.startsWith(QStringLiteral("qt.widgets"))) seen.Last = line.toStdString();
+      }
+    }
+    seen.Ended = program.state() == QProcess::NotRunning;
+    program.kill();
+    program.waitForFinished(5000);
+    seen.Boxes = boxes.size();
+    return seen;
+  }
+
+  /// A sound start, and the settings file that it writes.
+  Seen SoundStart() {
+    Prepare();
+    const Seen seen = Start();
+    place_.Written = ReadBytes(place_.Config());
+    return seen;
+  }
+
+  ShortFolder folder_;
+  StartPlace place_;
+};
+
+/// All, or so many of them by a seed, which is printed.
+std::vector<StartDamage> Chosen(bool all) {
+  std::vector<StartDamage> table = StartDamages();
+  if (all) return table;
+  const char* const given = std::getenv("SPECTRANE_SEED");
+  const unsigned seed =
+      given != nullptr ? static_cast<unsigned>(std::strtoul(given, nullptr, 10)) : std::random_device{}();
+  std::printf("SPECTRANE_SEED=%u\n", seed);
+  std::shuffle(table.begin(), table.end(), std::mt19937(seed));
+  table.resize(kSample);
+  return table;
+}
+
+TEST(StartDamageTable, HasAHundredOfDifferentNames) {
+  std::set<std::string> names;
+  for (const StartDamage& damage : StartDamages()) names.insert(damage.Name);
+  EXPECT_EQ(names.size(), StartDamages().size());
+  EXPECT_GE(names.size(), 100u);
+}
+
+TEST_F(DamagedStart, C01_C08_H01_H06_N01_TheWindowComesSoonWithoutAStormOfBoxes) {
+  const bool all = std::getenv("SPECTRANE_ALL_STARTS") != nullptr;
+  const Seen sound = SoundStart();
+  ASSERT_GE(sound.WindowMs, 0) << sound.Last;
+  ASSERT_NE(place_.Written.find("Windows Height="), std::string::npos);
+  std::vector<qint64> times;
+  for (const StartDamage& damage : Chosen(all)) {
+    Prepare();
+    damage.Do(place_);
+    const Seen seen = Start();
+    EXPECT_GE(seen.WindowMs, 0) << damage.Name << ": no window; " << seen.Last;
+    EXPECT_FALSE(seen.Ended) << damage.Name << ": " << seen.Last;
+    EXPECT_LE(seen.Boxes, std::max<std::size_t>(sound.Boxes, 1)) << damage.Name;
+    EXPECT_GE(std::min(seen.Width, seen.Height), 100) << damage.Name;
+    if (all) {
+      EXPECT_LE(seen.WindowMs, kPromisedMs) << damage.Name;
+      std::printf("%-45s %5lld ms, %zu box(es)\n", damage.Name.c_str(), static_cast<long long>(seen.WindowMs),
+                  seen.Boxes);
+    }
+    times.push_back(seen.WindowMs);
+  }
+  std::sort(times.begin(), times.end());
+  std::printf("%zu starts: sound %lld ms, median %lld ms, longest %lld ms\n", times.size(),
+              static_cast<long long>(sound.WindowMs), static_cast<long long>(times[times.size() / 2]),
+              static_cast<long long>(times.back()));
+}
+
+}  // namespace
+}  // namespace spectrane

@@ -38,34 +38,48 @@ def conditions(branches):
     return counts
 
 
+def add(sums, place, branches):
+    """Adds counts to those of the same place; an instance with another number of branches is another place."""
+    known = sums.setdefault((*place, len(branches)), [dict(branch, count=0) for branch in branches])
+    for one, more in zip(known, branches):
+        one["count"] += more["count"]
+
+
 def read_counts(build, wanted):
-    """Sums of the branches at each place: {(path, line, number of branches): [count...]}, and sums of each line."""
-    branches, lines, texts = {}, {}, {}
+    """Branches of each line, and how often each line was reached."""
+    branches, lines, edges = {}, {}, set()
     root = os.getcwd() + "/"
-    for folder, _, names in sorted(os.walk(build)):
-        for name in sorted(names):
-            if not name.endswith(".gcda"):
-                continue
-            told = subprocess.run(["gcov", "--json-format", "--stdout", "--branch-probabilities", os.path.join(folder, name)],
-                                  capture_output=True, text=True, check=True).stdout
-            for unit in filter(None, told.split("\n")):
-                unit = json.loads(unit)
-                for file in unit["files"]:
-                    path = os.path.normpath(os.path.join(unit["current_working_directory"], file["file"]))
-                    path = path.removeprefix(root)
-                    if not wanted.match(path):
-                        continue
-                    text = texts.setdefault(path, open(path, encoding="utf-8").read().split("\n"))
-                    edges = {function[end] for function in file["functions"] for end in ("start_line", "end_line")
-                             if function["start_line"] != function["end_line"] and function["start_column"] == 1}
-                    for line in file["lines"]:
-                        place = path, line["line_number"]
-                        lines[place] = lines.get(place, 0) + line["count"]
-                        counts = conditions(line["branches"])
-                        if counts and place[1] not in edges and not BY_COMPILER.search(text[place[1] - 1]):
-                            sums = branches.setdefault((*place, len(counts)), [0] * len(counts))
-                            sums[:] = [a + b for a, b in zip(sums, counts)]
-    return branches, lines
+    counts = sorted(os.path.join(folder, name) for folder, _, names in os.walk(build) for name in names if name.endswith(".gcda"))
+    for count in counts:
+        told = subprocess.run(["gcov", "--json-format", "--stdout", "--branch-probabilities", count],
+                              capture_output=True, text=True, check=True).stdout
+        for unit in map(json.loads, filter(None, told.split("\n"))):
+            for file in unit["files"]:
+                path = os.path.normpath(os.path.join(unit["current_working_directory"], file["file"])).removeprefix(root)
+                if not wanted.match(path):
+                    continue
+                for function in file["functions"]:
+                    if function["start_line"] != function["end_line"] and "{lambda" not in function["demangled_name"]:
+                        edges |= {(path, function["start_line"]), (path, function["end_line"])}
+                # One function, or one instance of a template, stands in several units; only one of them is linked.
+                for line in file["lines"]:
+                    place = path, line["line_number"]
+                    lines[place] = lines.get(place, 0) + line["count"]
+                    if line["branches"]:
+                        add(branches, (*place, line.get("function_name", "")), line["branches"])
+    by_line = {}
+    for (path, line, _, _), found in branches.items():
+        own = [{"count": count} for count in conditions(found)]
+        if own and (path, line) not in edges:
+            add(by_line, (path, line), own)
+    return by_line, lines
+
+
+def written(path, number, texts={}):
+    """Whether a line of a source was written by a person, branches and all."""
+    if path not in texts:
+        texts[path] = open(path, encoding="utf-8").read().split("\n")
+    return not BY_COMPILER.search(texts[path][number - 1])
 
 
 def main(build, least, rooms):
@@ -74,8 +88,9 @@ def main(build, least, rooms):
     good = True
     for name, pattern in rooms:
         files = {}
-        for (path, line, _), counts in sorted(branches.items()):
-            if re.match(pattern, path):
+        for (path, line, _), found in sorted(branches.items()):
+            if re.match(pattern, path) and written(path, line):
+                counts = [branch["count"] for branch in found]
                 row = files.setdefault(path, [0, 0, []])
                 row[0] += sum(count > 0 for count in counts)
                 row[1] += len(counts)

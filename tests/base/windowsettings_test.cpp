@@ -107,6 +107,13 @@ TEST_F(WindowSettingsTest, AnEmptyKeyGetsItsDefault) {
   EXPECT_EQ(settings_.GetSetting("Main Window", "Big Icon"), "False");
 }
 
+TEST_F(WindowSettingsTest, ABaselineThatIsChosenAlreadyIsTheDefault) {
+  window_.BaselinePath = "/measured/own.bsl";
+  EXPECT_TRUE(Load());
+  EXPECT_EQ(window_.BaselinePath, "/measured/own.bsl");
+  EXPECT_EQ(settings_.GetSetting("Base Line", "File Path"), "/measured/own.bsl");
+}
+
 TEST_F(WindowSettingsTest, OtherKeysOfTheFileStay) {
   Put("; mine\n[Time Scanning]\nPeak Height=0.001\n");
   EXPECT_TRUE(Load());

@@ -7,7 +7,9 @@ source "$(dirname "$0")/common.sh"
 tests=(logic_tests link_tests)
 rooms=(
   'files=src/files/'
-  'link=src/link/'
+  'link=src/link/(?!serialport|exclusion|messageloop)'
+  # What asks the operating system: it refuses in ways that no test brings about.
+  'devices?=src/link/(serialport|exclusion|messageloop)'
   'fits=src/modes/quantitation/curve'
   'settings=src/base/(setting|initext|windowsettings)'
 )

@@ -109,6 +109,22 @@ TEST_F(SettingTest, AnUnchangedFileIsNotReadAgain) {
   EXPECT_EQ(settings_.GetSetting("A", "k"), "1") << "same size, time and file: nothing tells of the change";
 }
 
+TEST_F(SettingTest, AWriteKeepsWhatAnotherProgramPutThereUnderTheSameSizeAndTime) {
+  Put("[A]\nk=1\n");
+  const auto time = fs::last_write_time(Ini());
+  EXPECT_EQ(settings_.GetSetting("A", "k"), "1");
+  Put("[A]\nk=2\n");
+  fs::last_write_time(Ini(), time);
+  EXPECT_TRUE(settings_.PutSetting("A", "l", "3"));
+  EXPECT_EQ(Stored(), "[A]\nk=2\nl=3\n");
+}
+
+TEST_F(SettingTest, AChangeByAnotherProgramAfterAnOwnWriteIsSeen) {
+  EXPECT_TRUE(settings_.PutSetting("A", "k", "1"));
+  Put("[A]\nk=22\n");
+  EXPECT_EQ(settings_.GetSetting("A", "k"), "22");
+}
+
 struct ValueRow {
   const char* Name;
   std::string Put;
@@ -310,6 +326,7 @@ TEST_F(SettingTest, ValuesInMemoryFollowTheLastPut) {
   settings.PutSetting("a", "K", "2");
   EXPECT_EQ(settings.GetSetting("A", "k"), "2");
   EXPECT_EQ(settings.GetSetting("a", "K"), "2");
+  EXPECT_EQ(settings.GetSetting("B", "k"), "") << "the key of another section";
 }
 
 TEST_F(SettingTest, ALinkIsFollowed) {

@@ -194,7 +194,7 @@ const BadRow kBadRows[] = {
     {"PortNegative", "Option", "Port ID", "-1"},
     {"PortName", "Option", "Port ID", "COM3"},
     {"FileTypeSeven", "New File", "File Type", "7"},
-    {"WindowStateSeven", "Main Window", "Windows States", "7"},
+    {"WindowStateThree", "Main Window", "Windows States", "3"},
     {"WindowHeightZero", "Main Window", "Windows Height", "0"},
     {"WindowHeightNegative", "Main Window", "Windows Height", "-5"},
     {"WindowHeightHuge", "Main Window", "Windows Height", "1000000"},

@@ -336,18 +336,23 @@ TEST_F(ConnectionTest, EveryFaultInEveryQueryEndsAsDefined) {
   }
 }
 
-TEST(DescribeAttempts, TellsFourCausesApart) {
+TEST(DescribeAttempts, TellsTheCausesApart) {
   const std::vector<PortAttempt> attempts = {
       {1, PortFault::Missing, ""},
       {2, PortFault::NoRights, "/dev/ttyS0: no right; its group is \"dialout\""},
       {3, PortFault::InUse, "/dev/ttyS1: locked"},
       {4, PortFault::None, ""},
-      {5, PortFault::Missing, ""}};
+      {5, PortFault::Missing, ""},
+      {6, PortFault::Missing, "memory6: gone"},
+      {7, PortFault::Other, "memory7: no line"}};
   EXPECT_EQ(DescribeAttempts(attempts),
             "port 2: no rights (/dev/ttyS0: no right; its group is \"dialout\")\n"
             "port 3: in use (/dev/ttyS1: locked)\n"
             "port 4: no answer of an instrument\n"
+            "port 6: no such port (memory6: gone)\n"
+            "port 7: cannot be opened (memory7: no line)\n"
             "no such port: 1, 5");
+  EXPECT_EQ(DescribeAttempts({{4, PortFault::None, ""}}), "port 4: no answer of an instrument");
   EXPECT_EQ(DescribeAttempts({}), "No port was tried: the stored port number is not one of 1 to 8.");
 }
 

@@ -53,6 +53,20 @@ TEST_F(LiveReadingTest, TickInsideOtherTrafficIsSkipped) {
   EXPECT_TRUE(Link.State.InstrumentBusy) << "the other routine's flag stays";
 }
 
+TEST_F(LiveReadingTest, WithoutAnInstrumentNothingIsReadAndNothingZeroed) {
+  Link.State.InstrumentConnected = false;
+  Tick(5);
+  EXPECT_FALSE(Link.Live.mmuToolsbarReZero());
+  EXPECT_TRUE(Peer.Commands.empty());
+}
+
+TEST_F(LiveReadingTest, AToolbarRezeroInsideARunDoesNothing) {
+  const InstrumentRun run(Link.State);
+  ASSERT_TRUE(run.Owns());
+  EXPECT_FALSE(Link.Live.mmuToolsbarReZero());
+  EXPECT_TRUE(Peer.Commands.empty());
+}
+
 // 20 readings of 25000: %T = (25000 - 103) / (50000 - 103) * 100 = 49.8967..., Abs = 0.30192...
 TEST_F(LiveReadingTest, TwentyEqualReadingsGiveThatReading) {
   Tick(20);

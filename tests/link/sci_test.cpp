@@ -1,6 +1,7 @@
 #include "link/sci.h"
 
 #include <limits>
+#include <utility>
 
 #include "link/linkfixture.h"
 
@@ -277,6 +278,59 @@ TEST_F(SCITest, OpenAndCloseTellWhatTheyDid) {
   EXPECT_TRUE(Link.Transport.OpenPort(number));
   EXPECT_TRUE(Link.Transport.ClosePort());
   EXPECT_FALSE(Link.Transport.ClosePort());
+}
+
+/// Opens, and takes no byte; the line may go away at that.
+class StuckPort : public Port {
+ public:
+  explicit StuckPort(bool goesAway) : goesAway_(goesAway) {}
+  bool Open(const std::string&) override { return open_ = true; }
+  bool Close() override { return std::exchange(open_, false); }
+  bool IsOpen() const override { return open_; }
+  void DiscardInput() override {}
+  bool Write(std::string_view, int) override {
+    if (goesAway_) open_ = false;
+    return false;
+  }
+  std::string Read(int) override { return {}; }
+
+ private:
+  bool goesAway_;
+  bool open_ = false;
+};
+
+class StuckPorts : public PortList {
+ public:
+  bool GoesAway = false;
+  std::string Path(int) const override { return "stuck"; }
+  std::unique_ptr<Port> MakePort(int) override { return std::make_unique<StuckPort>(GoesAway); }
+};
+
+TEST_F(SCITest, ACommandThatCannotBeSentTellsWhetherTheLineIsStillThere) {
+  StuckPorts ports;
+  SCI sci(ports, Time, Loop, Turn);
+  for (const auto& [goesAway, end] :
+       {std::pair{false, ExchangeEnd::WriteFailed}, std::pair{true, ExchangeEnd::HungUp}}) {
+    ports.GoesAway = goesAway;
+    int number = 1;
+    ASSERT_TRUE(sci.OpenPort(number));
+    std::string reply = "old";
+    EXPECT_FALSE(sci.Exchange("getwl", reply, 3));
+    EXPECT_EQ(sci.LastEnd(), end);
+    EXPECT_EQ(reply, "");
+    EXPECT_EQ(sci.IsPortOpen(), !goesAway);
+  }
+}
+
+TEST(DescribeEnd, OfEachEnd) {
+  EXPECT_EQ(DescribeEnd(ExchangeEnd::Passed), "");
+  EXPECT_EQ(DescribeEnd(ExchangeEnd::PortClosed), "the port is not open");
+  EXPECT_EQ(DescribeEnd(ExchangeEnd::WriteFailed), "the command could not be sent");
+  EXPECT_EQ(DescribeEnd(ExchangeEnd::HungUp), "the line went away");
+  EXPECT_EQ(DescribeEnd(ExchangeEnd::TimedOut), "no whole answer came in time");
+  EXPECT_EQ(DescribeEnd(ExchangeEnd::WrongEcho), "the answer does not begin with the command");
+  EXPECT_EQ(DescribeEnd(ExchangeEnd::NoExclusion),
+            "the lock that keeps programs apart on the line cannot be had");
 }
 
 TEST_F(SCITest, OpenTellsItsCauses) {

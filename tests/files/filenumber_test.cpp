@@ -270,6 +270,15 @@ TEST_F(FileNumber, TheFirstFaultStays) {
   EXPECT_EQ(FaultOf(number).Offset, 7);
 }
 
+TEST_F(FileNumber, AFileThatIsGivenUpTakesNothingMore) {
+  const int number = Create("a");
+  EXPECT_TRUE(Put(number, 0, "before"));
+  NoteFault(number, {FileError::Damaged, 7, 0, 0, {}});
+  EXPECT_TRUE(Put(number, 6, "behind"));
+  CloseFileNumber(number);
+  EXPECT_EQ(ReadBytes(folder_.Path("a")), "");
+}
+
 TEST_F(FileNumber, AFailedWriteShowsUnderTheNumber) {
   EXPECT_TRUE(InChild([this] {
     std::signal(SIGXFSZ, SIG_IGN);

@@ -180,6 +180,26 @@ TEST_F(ConnectionTest, FailedRezeroLeavesTheTimerOff) {
   EXPECT_EQ(Link.State.FullEnergy, 0);
 }
 
+TEST_F(ConnectionTest, AReconnectionWithoutAReferenceKeepsTheGainThatIsKnown) {
+  ConnectNow();
+  EXPECT_EQ(Link.State.GainIndex, 3);
+  Link.Connect.ReleaseConnection();
+  Peer.NextText("rezero", "rezero\r\n50000\r\n>");
+  EXPECT_TRUE(Link.Connect.mmuOperationConnect());
+  EXPECT_EQ(Link.State.GainIndex, 3);
+}
+
+TEST_F(ConnectionTest, TheReportTellsOfTheLastAttemptAlone) {
+  ConnectNow();
+  EXPECT_TRUE(Link.Connect.Report().HasWavelength && Link.Connect.Report().HasReference);
+  Link.Connect.ReleaseConnection();
+  Peer.Next("company", {});
+  EXPECT_FALSE(Link.Connect.mmuOperationConnect());
+  EXPECT_FALSE(Link.Connect.Report().HasWavelength);
+  EXPECT_FALSE(Link.Connect.Report().HasDark);
+  EXPECT_FALSE(Link.Connect.Report().HasReference);
+}
+
 TEST_F(ConnectionTest, IncompleteDarkTableIsSaidInTheStatusBar) {
   Peer.NextText("getdark", "getdark\r\n11\r\n12\r\n13\r\n>");
   EXPECT_TRUE(Link.Connect.mmuOperationConnect());

@@ -182,6 +182,28 @@ class CountingTarget : public RezeroTarget {
   int Calls = 0;
 };
 
+TEST_F(LiveReadingTest, ABlankAsDarkAsTheDarkGivesNoLight) {
+  Link.State.DarkEnergy = 103;
+  for (const auto& [blank, remark] :
+       {std::pair{102, "The blank gives no light."}, {103, "The blank gives no light."}, {104, ""}}) {
+    Link.State.FullEnergy = blank;
+    Link.Live.ShowReference();
+    EXPECT_EQ(Display.Remark, remark) << blank;
+  }
+}
+
+TEST_F(LiveReadingTest, EveryGainOfTheTableHasItsDarkEnergy) {
+  for (std::int32_t gain = 0; gain < kGainTableSize; ++gain) {
+    Link.State.DarkEnergies[static_cast<std::size_t>(gain)] = 500 + gain;
+    Link.Live.TakeDarkEnergyOf(gain);
+    EXPECT_EQ(Link.State.DarkEnergy, 500 + gain);
+  }
+  for (const std::int32_t gain : {-1, kGainTableSize, kUnknownGain}) {
+    Link.Live.TakeDarkEnergyOf(gain);
+    EXPECT_EQ(Link.State.DarkEnergy, 500 + kGainTableSize - 1) << gain;
+  }
+}
+
 TEST_F(LiveReadingTest, UserRezeroGoesToTheActiveWindow) {
   CountingTarget window;
   Link.Live.mmuOperationRezero(&window);

@@ -1,5 +1,6 @@
 #include "link/sci.h"
 
+#include <functional>
 #include <limits>
 #include <utility>
 
@@ -278,6 +279,48 @@ TEST_F(SCITest, OpenAndCloseTellWhatTheyDid) {
   EXPECT_TRUE(Link.Transport.OpenPort(number));
   EXPECT_TRUE(Link.Transport.ClosePort());
   EXPECT_FALSE(Link.Transport.ClosePort());
+}
+
+TEST_F(SCITest, ALineThatGoesWhileItsRestIsWaitedForEndsAtOnce) {
+  OpenLine();
+  Peer.Next("getwl", {{10, "getwl"}, {3040, "", true}});
+  EXPECT_FALSE(Exchange("getwl", 3));
+  EXPECT_EQ(Link.Transport.LastEnd(), ExchangeEnd::TimedOut);
+  EXPECT_FALSE(Exchange("getwl", 3));
+  EXPECT_EQ(Link.Transport.LastEnd(), ExchangeEnd::HungUp);
+  EXPECT_LT(Took, 100);
+}
+
+/// A message loop in which something happens once, when it is let run behind an exchange.
+class LoopWithAnEvent : public MessageLoop {
+ public:
+  std::function<void()> Event;
+  void RunOnce() override {
+    if (++runs_ == 2 && Event) Event();
+  }
+  void RunUntil(const Clock&, std::int64_t) override {}
+
+ private:
+  int runs_ = 0;
+};
+
+TEST_F(SCITest, TheEndOfAnExchangeIsItsOwnWhateverTheLoopExchanges) {
+  LoopWithAnEvent loop;
+  SCI sci(Ports, Time, loop, Turn);
+  int number = 1;
+  ASSERT_TRUE(sci.OpenPort(number));
+  Peer.Next("silent", {});
+  ExchangeEnd inner = ExchangeEnd::Passed;
+  loop.Event = [&] {
+    std::string other;
+    EXPECT_FALSE(sci.Exchange("silent", other, 1));
+    inner = sci.LastEnd();
+  };
+  std::string reply;
+  EXPECT_TRUE(sci.Exchange("getwl", reply, 3));
+  EXPECT_EQ(inner, ExchangeEnd::TimedOut);
+  EXPECT_EQ(sci.LastEnd(), ExchangeEnd::Passed);
+  EXPECT_EQ(reply, "getwl\r\n546.0\r\n>");
 }
 
 /// Opens, and takes no byte; the line may go away at that.

@@ -43,6 +43,7 @@ SCI::SCI(PortList& ports, Clock& clock, MessageLoop& loop, Exclusion& exclusion)
 bool SCI::OpenPort(int& number) {
   ClosePort();
   lineDirty_ = false;
+  unanswered_.clear();
   openFault_ = PortFault::Missing;
   openReason_.clear();
   const std::string path = ports_.Path(number);
@@ -100,7 +101,28 @@ bool SCI::SendAndWait(std::string_view command, std::string& reply, int timeoutM
     lastEnd_ = port_->IsOpen() ? ExchangeEnd::WriteFailed : ExchangeEnd::HungUp;
     return false;
   }
-  return Collect(reply, start, timeoutMs);
+  bool whole = Collect(reply, start, timeoutMs);
+  if (whole && unanswered_ == command) whole = TakeLastOf(command, reply, start + timeoutMs);
+  if (!reply.empty()) {
+    unanswered_.clear();
+  } else if (lastEnd_ == ExchangeEnd::TimedOut) {
+    unanswered_ = command;
+  }
+  return whole;
+}
+
+// The same request was sent before and not answered: what came first may be the answer to that one. Its own
+// answer follows then, before the line has been quiet for kQuietMs. False: it began, and did not end in time.
+bool SCI::TakeLastOf(std::string_view command, std::string& reply, std::int64_t endMs) {
+  for (;;) {
+    const std::int64_t rest = std::min<std::int64_t>(kQuietMs, endMs - clock_.NowMs());
+    const std::string piece = rest > 0 ? port_->Read(static_cast<int>(rest)) : std::string();
+    if (piece.empty()) break;
+    reply.append(piece, 0, ReplyBuffer::kLimit - reply.size());
+  }
+  const std::size_t last = reply.rfind(std::string(command) + '\r');
+  if (last != std::string::npos) reply.erase(0, last);
+  return reply.ends_with(ReplyBuffer::kPrompt);
 }
 
 bool SCI::Collect(std::string& reply, std::int64_t startMs, int timeoutMs) {

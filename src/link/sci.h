@@ -60,6 +60,7 @@ class SCI {
  private:
   bool SendAndWait(std::string_view command, std::string& reply, int timeoutMs);
   bool Collect(std::string& reply, std::int64_t startMs, int timeoutMs);
+  bool TakeLastOf(std::string_view command, std::string& reply, std::int64_t endMs);
   void ClearLine();
 
   PortList& ports_;
@@ -70,6 +71,8 @@ class SCI {
   ExchangeEnd lastEnd_ = ExchangeEnd::Passed;
   // A reply may still be on its way after an exchange that failed.
   bool lineDirty_ = false;
+  // A request to which nothing at all has come so far.
+  std::string unanswered_;
   PortFault openFault_ = PortFault::None;
   std::string openReason_;
 };

@@ -8,7 +8,8 @@ namespace {
 /// A device whose waits take a share of their time.
 class HastyPort : public Port {
  public:
-  HastyPort(std::unique_ptr<Port> port, int factor) : port_(std::move(port)), factor_(factor) {}
+  HastyPort(std::unique_ptr<Port> port, const HastyClock& clock, std::vector<WireRecord>& wire)
+      : port_(std::move(port)), clock_(clock), wire_(wire) {}
 
   bool Open(const std::string& path) override {
     const bool opened = port_->Open(path);
@@ -19,13 +20,25 @@ class HastyPort : public Port {
   bool IsOpen() const override { return port_->IsOpen(); }
   void DiscardInput() override { port_->DiscardInput(); }
   bool Write(std::string_view bytes, int timeoutMs) override {
-    return port_->Write(bytes, timeoutMs / factor_ + 1);
+    wire_.push_back({std::string(bytes.substr(0, bytes.find('\r'))), {}, false, clock_.NowMs(), timeoutMs});
+    return port_->Write(bytes, timeoutMs / clock_.Factor() + 1);
   }
-  std::string Read(int timeoutMs) override { return port_->Read(timeoutMs / factor_ + 1); }
+  std::string Read(int timeoutMs) override {
+    std::string piece = port_->Read(timeoutMs / clock_.Factor() + 1);
+    if (!wire_.empty() && !piece.empty()) Note(wire_.back(), piece);
+    return piece;
+  }
 
  private:
+  void Note(WireRecord& record, const std::string& piece) const {
+    if (record.Ended || clock_.NowMs() >= record.SentMs + record.TimeoutMs) return;
+    record.Collected += piece;
+    record.Ended = piece.ends_with('>');
+  }
+
   std::unique_ptr<Port> port_;
-  int factor_;
+  const HastyClock& clock_;
+  std::vector<WireRecord>& wire_;
 };
 
 }  // namespace
@@ -36,7 +49,7 @@ void HastyLoop::RunUntil(const Clock& clock, std::int64_t deadlineMs) {
 }
 
 std::unique_ptr<Port> HastyPorts::MakePort(int number) {
-  return std::make_unique<HastyPort>(ports_.MakePort(number), factor_);
+  return std::make_unique<HastyPort>(ports_.MakePort(number), clock_, Wire);
 }
 
 }  // namespace spectrane::campaign

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "link/messageloop.h"
 #include "link/portlist.h"
@@ -21,6 +24,17 @@ class HastyClock : public Clock {
   int factor_;
 };
 
+/// One request as it went over the wire, and what the program had in its hands when it stopped to wait: up to
+/// the first prompt that ended a piece, or up to the time-out.
+struct WireRecord {
+  std::string Request;
+  std::string Collected;
+  /// The prompt came in time.
+  bool Ended = false;
+  std::int64_t SentMs = 0;
+  std::int64_t TimeoutMs = 0;
+};
+
 /// The message loop of the application under that clock.
 class HastyLoop : public MessageLoop {
  public:
@@ -33,17 +47,20 @@ class HastyLoop : public MessageLoop {
   QtMessageLoop loop_;
 };
 
-/// The machine's ports under that clock.
+/// The machine's ports under that clock, with a record of what went over them.
 class HastyPorts : public PortList {
  public:
-  explicit HastyPorts(int factor) : factor_(factor) {}
+  explicit HastyPorts(const HastyClock& clock) : clock_(clock) {}
   void Refresh() override { ports_.Refresh(); }
   std::string Path(int number) const override { return ports_.Path(number); }
   std::unique_ptr<Port> MakePort(int number) override;
 
+  /// Since it was last emptied.
+  std::vector<WireRecord> Wire;
+
  private:
   SerialPortList ports_;
-  int factor_;
+  const HastyClock& clock_;
 };
 
 }  // namespace spectrane::campaign

@@ -24,7 +24,7 @@ Operator::Operator(const Place& place)
       simulator_(place.Programs + QStringLiteral("/spectrane-simulator"), place.Folder),
       time_(place.Haste),
       loop_(time_),
-      ports_(place.Haste),
+      ports_(time_),
       turnName_(QStringLiteral("ex_campaign_%1").arg(QCoreApplication::applicationPid())),
       turn_(MakeNamedExclusion(turnName_.toStdString())) {
   qputenv("SPECTRANE_PORTS", simulator_.Line().toUtf8());

@@ -3,7 +3,7 @@
 #include <QTimer>
 
 #include <memory>
-#include <span>
+#include <utility>
 
 #include "app/frmmain.h"
 #include "faults/bench/haste.h"
@@ -34,7 +34,9 @@ class Operator {
 
   SimulatorBeside& Simulator() { return simulator_; }
   FrmMain& Frame() { return *frame_; }
+  Setting& Settings() { return *settings_; }
   Person& Hands() { return person_; }
+  int Haste() const { return place_.Haste; }
   QString PathOf(const char* name) const { return place_.Folder + u'/' + QLatin1String(name); }
 
   /// Shows the main window; the guide that comes up is closed.
@@ -57,6 +59,8 @@ class Operator {
   /// Runs the batch command with its own connection; its exit status.
   int Batch(const QStringList& arguments);
 
+  /// What went over the wire of this program since the last call.
+  std::vector<WireRecord> TakeWire() { return std::exchange(ports_.Wire, {}); }
   /// What the instrument was asked since the last call, in the log of the running simulator.
   std::vector<LoggedRequest> News();
   std::int64_t Exchanges() const { return earlier_ + (log_ ? log_->Seen() : 0); }

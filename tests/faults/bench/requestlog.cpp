@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <charconv>
 
-#include "simulator/escapedtext.h"
-
 namespace spectrane::campaign {
 namespace {
 
@@ -16,52 +14,24 @@ std::optional<T> WholeNumber(std::string_view text) {
   return value;
 }
 
-/// The text between the quotation marks of a field.
-std::optional<std::string> Quoted(std::string_view field) {
-  if (field.size() < 2 || field.front() != '"' || field.back() != '"') return std::nullopt;
-  return Unescape(field.substr(1, field.size() - 2));
-}
-
-std::vector<std::string_view> Fields(std::string_view line) {
-  std::vector<std::string_view> fields;
-  for (std::size_t from = 0;;) {
-    const std::size_t tab = line.find('\t', from);
-    fields.push_back(line.substr(from, tab - from));
-    if (tab == std::string_view::npos) return fields;
-    from = tab + 1;
-  }
-}
-
 }  // namespace
-
-std::optional<LoggedRequest> ReadLogLine(const std::string& line) {
-  const std::vector<std::string_view> fields = Fields(line);
-  if (line.starts_with('#') || fields.size() != 5) return std::nullopt;
-  const auto number = WholeNumber<std::int64_t>(fields[0]);
-  const auto ms = WholeNumber<std::int64_t>(fields[1]);
-  auto request = Quoted(fields[3]);
-  auto answer = Quoted(fields[4]);
-  if (!number || !ms || !request || !answer) return std::nullopt;
-  return LoggedRequest{*number, *ms, fields[2] == "-" ? std::string() : std::string(fields[2]),
-                       std::move(*request), std::move(*answer)};
-}
 
 std::vector<LoggedRequest> RequestLog::News() {
   std::vector<LoggedRequest> news;
   if (!file_.isOpen() && !file_.open(QIODevice::ReadOnly)) return news;
   rest_ += file_.readAll();
   for (qsizetype end = rest_.indexOf('\n'); end >= 0; end = rest_.indexOf('\n')) {
-    if (auto request = ReadLogLine(rest_.left(end).toStdString())) news.push_back(std::move(*request));
+    if (auto request = ParseLogLine(rest_.left(end).toStdString())) news.push_back(std::move(*request));
     rest_.remove(0, end + 1);
   }
   seen_ += static_cast<std::int64_t>(news.size());
   return news;
 }
 
-std::optional<std::vector<std::int32_t>> NumbersOf(const LoggedRequest& request, std::size_t count) {
-  std::string_view answer = request.Answer;
-  if (!answer.starts_with(request.Request) || !answer.ends_with('>')) return std::nullopt;
-  answer.remove_prefix(std::min(request.Request.size() + 2, answer.size()));
+std::optional<std::vector<std::int32_t>> NumbersOf(const std::string& request, std::string_view answer,
+                                                   std::size_t count) {
+  if (!answer.starts_with(request) || !answer.ends_with('>')) return std::nullopt;
+  answer.remove_prefix(std::min(request.size() + 2, answer.size()));
   std::vector<std::int32_t> numbers;
   while (numbers.size() < count) {
     const std::size_t end = answer.find('\r');
@@ -74,12 +44,12 @@ std::optional<std::vector<std::int32_t>> NumbersOf(const LoggedRequest& request,
   return numbers;
 }
 
-std::optional<std::int32_t> EnergyOf(const LoggedRequest& request) {
+std::optional<std::int32_t> EnergyOf(const std::string& request, std::string_view answer) {
   constexpr std::string_view kVerb = "ge ";
-  if (!request.Request.starts_with(kVerb)) return std::nullopt;
-  const auto count = WholeNumber<std::size_t>(std::string_view(request.Request).substr(kVerb.size()));
+  if (!request.starts_with(kVerb)) return std::nullopt;
+  const auto count = WholeNumber<std::size_t>(std::string_view(request).substr(kVerb.size()));
   if (!count || *count < 3) return std::nullopt;
-  auto numbers = NumbersOf(request, *count);
+  auto numbers = NumbersOf(request, answer, *count);
   if (!numbers) return std::nullopt;
   // The highest, of equal ones the last, goes behind all others on one pass of neighbours that change places.
   for (std::size_t i = 1; i < *count; ++i) {

@@ -6,23 +6,15 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
+
+#include "simulator/exchangelog.h"
 
 namespace spectrane::campaign {
 
 /// A request as the instrument logged it.
-struct LoggedRequest {
-  std::int64_t Number = 0;
-  std::int64_t Ms = 0;
-  /// Kind and parameters; empty for an answer that nothing spoiled.
-  std::string Fault;
-  std::string Request;
-  /// Every byte put onto the wire for it.
-  std::string Answer;
-};
-
-/// Nothing for a remark and for what is no line of the log.
-std::optional<LoggedRequest> ReadLogLine(const std::string& line);
+using LoggedRequest = ExchangeRecord;
 
 /// Follows a log while it grows.
 class RequestLog {
@@ -38,10 +30,14 @@ class RequestLog {
   std::int64_t seen_ = 0;
 };
 
-/// What an instrument of this kind says with these bytes, reckoned from the wire's rules alone: the data
-/// lines behind the echo, as many as were asked for; nothing when the answer cannot be used.
-std::optional<std::vector<std::int32_t>> NumbersOf(const LoggedRequest& request, std::size_t count);
+/// What an answer to a request says, reckoned from the rules of the wire alone: the whole numbers of its data
+/// lines, as many as were asked for; nothing when it cannot be used.
+std::optional<std::vector<std::int32_t>> NumbersOf(const std::string& request, std::string_view answer,
+                                                   std::size_t count);
 /// The reading out of a sound answer to `ge N`; nothing for any other.
-std::optional<std::int32_t> EnergyOf(const LoggedRequest& request);
+std::optional<std::int32_t> EnergyOf(const std::string& request, std::string_view answer);
+inline std::optional<std::int32_t> EnergyOf(const LoggedRequest& request) {
+  return EnergyOf(request.Request, request.Answer);
+}
 
 }  // namespace spectrane::campaign

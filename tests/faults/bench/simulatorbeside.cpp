@@ -1,5 +1,9 @@
 #include "faults/bench/simulatorbeside.h"
 
+#include <signal.h>
+
+#include <csignal>
+
 #include <QFile>
 #include <QLocalSocket>
 
@@ -27,6 +31,7 @@ QString SimulatorBeside::LogPath() const {
 }
 
 bool SimulatorBeside::Start(const std::vector<std::string>& options) {
+  Kill();
   ++starts_;
   QStringList arguments = {
       QStringLiteral("--headless"),         QStringLiteral("--link"), Line(),   QStringLiteral("--control"),
@@ -36,7 +41,12 @@ bool SimulatorBeside::Start(const std::vector<std::string>& options) {
   while (!process_.canReadLine()) {
     if (process_.state() == QProcess::NotRunning || !process_.waitForReadyRead(kPatienceMs)) return false;
   }
+  id_ = process_.processId();
   return process_.readLine().startsWith("ready ");
+}
+
+void SimulatorBeside::KillFromOutside() const {
+  ::kill(static_cast<pid_t>(id_), SIGKILL);
 }
 
 void SimulatorBeside::Kill() {

@@ -22,6 +22,8 @@ class SimulatorBeside {
   bool Start(const std::vector<std::string>& options);
   /// As `kill -9` does: nothing is tidied up.
   void Kill();
+  /// The same from another thread than the one that started it; Kill() has to follow there.
+  void KillFromOutside() const;
   void End();
 
   /// Whether a command of its prompt was answered by "ok".
@@ -37,6 +39,7 @@ class SimulatorBeside {
   QString program_;
   QString folder_;
   int starts_ = 0;
+  qint64 id_ = 0;
   QProcess process_;
 };
 

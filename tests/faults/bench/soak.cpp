@@ -68,6 +68,7 @@ class Day {
   }
   /// What the instrument answered to the readings of the command that has just ended.
   void Note(std::vector<std::int32_t>& energies) {
+    operator_.TakeWire();
     for (const LoggedRequest& request : operator_.News()) {
       if (const auto energy = EnergyOf(request)) energies.push_back(*energy);
     }

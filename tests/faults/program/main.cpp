@@ -1,4 +1,8 @@
-// The program under faults and over long times: fault_campaign soak MINUTES [SEED]. dev/soak.sh starts it.
+// The program under faults and over long times; dev/soak.sh starts it.
+//   fault_campaign soak MINUTES [SEED]      a day at the instrument, again and again
+//   fault_campaign scripts MINUTES [SEED]   scripts with faults, of this seed and those behind it
+//   fault_campaign seeds COUNT [SEED]       the same, so many of them
+//   fault_campaign quiet COUNT              the cable is pulled so often
 #include <QApplication>
 #include <QDir>
 
@@ -6,9 +10,11 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <limits>
 #include <string_view>
 
 #include "app/ground/languagefont.h"
+#include "faults/bench/campaign.h"
 #include "faults/bench/soak.h"
 
 namespace {
@@ -16,6 +22,8 @@ namespace {
 using namespace spectrane;
 
 constexpr int kUsage = 2;
+/// Of the scripts' clock: a time-out of 15 s takes 1.5 s.
+constexpr int kHaste = 10;
 
 QtMessageHandler standardHandler = nullptr;
 
@@ -24,8 +32,15 @@ void LeaveOutRemarks(QtMsgType type, const QMessageLogContext& context, const QS
   if (!message.contains(QLatin1String("propagateSizeHints"))) standardHandler(type, context, message);
 }
 
+bool Tell(const campaign::CampaignResult& result) {
+  std::printf("%d scripts, %d held, %d troubles, %lld exchanges, %d times too slow and run again\n",
+              result.Scripts, result.Held, result.Troubles, static_cast<long long>(result.Exchanges),
+              result.TooSlow);
+  return result.AllHeld();
+}
+
 int Usage() {
-  std::fputs("usage: fault_campaign soak MINUTES [SEED]\n", stderr);
+  std::fputs("usage: fault_campaign soak|scripts|seeds|quiet MINUTES|COUNT [SEED]\n", stderr);
   return kUsage;
 }
 
@@ -49,11 +64,21 @@ int main(int argc, char** argv) {
   QApplication application(argc, argv);
   std::setlocale(LC_ALL, "C");
   SelectLanguage();
-  const campaign::Place place{QCoreApplication::applicationDirPath(), folder};
+  const int haste = qEnvironmentVariableIntValue("SPECTRANE_HASTE");
+  const campaign::Place place{QCoreApplication::applicationDirPath(), folder,
+                              form == "soak" || form == "quiet" ? 1
+                              : haste > 0                       ? haste
+                                                                : kHaste};
   std::printf("seed %llu, folder %s\n", static_cast<unsigned long long>(seed), folder.toUtf8().constData());
   bool held = false;
   if (form == "soak") {
     held = campaign::Soak(place, amount, seed);
+  } else if (form == "scripts") {
+    held = Tell(campaign::RunScripts(place, seed, std::numeric_limits<int>::max(), amount));
+  } else if (form == "seeds") {
+    held = Tell(campaign::RunScripts(place, seed, static_cast<int>(amount), 1e9));
+  } else if (form == "quiet") {
+    held = campaign::PullToQuiet(place, static_cast<int>(amount));
   } else {
     return Usage();
   }

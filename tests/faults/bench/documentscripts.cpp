@@ -1,0 +1,246 @@
+// The scripts of photometry, kinetics and quantitation.
+
+#include <QFile>
+
+#include "app/ground/commands.h"
+#include "app/ground/words.h"
+#include "faults/bench/script.h"
+#include "files/basicfile.h"
+#include "files/quafile.h"
+#include "files/tsfile.h"
+#include "link/function.h"
+#include "modes/windows/frmbasic.h"
+#include "modes/windows/frmqua.h"
+#include "modes/windows/frmts.h"
+
+namespace spectrane::campaign {
+namespace {
+
+constexpr int kBlankWanted = 971;  // the words of 1048 too
+constexpr int kLost = 1096;        // the words of 972 and 1045 too
+constexpr int kSamplerError = 1912;
+constexpr int kPutBlank = 977;
+constexpr int kPutSample = 978;
+
+std::vector<std::string> With(std::vector<std::string> verbs, bool sampler) {
+  if (sampler) verbs.emplace_back("setsampler");
+  return verbs;
+}
+
+/// The only blank of an act, as its verb gave it.
+std::int32_t ReferenceOf(const std::vector<Exchanged>& exchanges, const char* verb) {
+  std::int32_t reference = 0;
+  for (const Exchanged& each : exchanges) {
+    if (each.Verb() != verb || !each.Sound()) continue;
+    reference = each.Verb() == "ge" ? EnergyOf(each.Request, each.Collected).value_or(0)
+                                    : NumbersOf(each.Request, each.Collected, 2)->at(0);
+  }
+  return reference;
+}
+
+/// What all documents that grow by rows have in common.
+template <typename Window, typename OptionT, typename RecordT>
+class RowScript : public Script {
+ public:
+  using Script::Script;
+
+ protected:
+  Window& Form() { return Person().template Child<Window>(); }
+  bool BlankHolds() override { return Form().Test().BlankHolds(); }
+  virtual bool Same(const RecordT& stored, const Reading& reading) const = 0;
+  bool Fits(const std::vector<RecordT>& stored) const {
+    return Fit(Expected, stored.size(),
+               [&](std::size_t i, const Reading& reading) { return Same(stored[i], reading); });
+  }
+  std::vector<RecordT> Shown() {
+    std::vector<RecordT> records;
+    for (std::int32_t i = 0; i < Form().Document().RecordCount(); ++i) {
+      records.push_back(Form().Document().Record(i));
+    }
+    return records;
+  }
+  void Grow(const Act& act, std::int32_t reference, std::int32_t dark) {
+    for (const Reading& reading : ReadingsOf(act.Exchanges, "ge 10", reference, dark)) {
+      Expected.push_back(reading);
+    }
+    Expect(Fits(Shown()), act.Name + ": rows that were not answered so, or answers without their row");
+  }
+  void SaveAndRead(const FileModule<OptionT, RecordT>& module, const char* name) {
+    const QString path = Person().PathOf(name);
+    const std::vector<RecordT> shown = Shown();
+    Expect(Person().SaveAs(path), "not saved");
+    Person().CloseAll();
+    OptionT option;
+    std::vector<RecordT> stored;
+    Expect(!LoadDataFile(module, path.toStdString(), option, stored), "the file does not open");
+    Expect(Fits(stored), "rows in the file that were not answered so, or answers without their row");
+    Person().Hands().File = path;
+    Person().Choose(kOpen);
+    Expect(Person().Frame().ActiveForm() && Shown() == shown, "other rows when the file is opened again");
+    Person().CloseAll();
+    QFile::remove(path);
+  }
+};
+
+class PhotometryScript : public RowScript<FrmBasic, BasicOption, BasicRecord> {
+ public:
+  using RowScript::RowScript;
+
+ protected:
+  int NewCommand() const override { return kNewBasic; }
+  std::vector<std::string> MeasureVerbs() const override { return With({"getwl", "ge", "ge"}, HasSampler()); }
+
+  void JudgeBlank(const Act& act) override {
+    const Exchanged* const broken = act.Broken();
+    ExpectTold(act, broken && broken->Verb() == "setsampler" ? kSamplerError : 0);
+    if (act.Unsound()) {
+      Expect(act.Count("rezero") == 0 || !BlankHolds(), "a blank that was not read");
+      if (!broken || broken->Verb() != "setsampler") {
+        Expect(act.Remark.starts_with(Words(kLost).toStdString()), "a lost blank is not told");
+      }
+    } else if (act.Count("ge") > 0) {
+      reference_ = ReferenceOf(act.Exchanges, "ge");
+      Expect(BlankHolds() && Form().Test().BlankFullEnergy == reference_, "not the blank that was read");
+    }
+  }
+  void JudgeMeasurement(const Act& act, bool) override {
+    const Exchanged* const unsound = act.Unsound();
+    const bool atFirst = unsound && (unsound->Verb() == "getwl" || unsound->Verb() == "swl");
+    const bool dead = act.Exchanges.empty() && act.LineGone;
+    if (act.Count("ge") + act.Count("setsampler") == 0 && !unsound && !dead) {
+      ExpectTold(act, kBlankWanted);
+    } else {
+      ExpectTold(act, unsound && !atFirst ? kLost : 0);
+    }
+    if (atFirst || dead) Expect(act.Remark.starts_with(Words(kLost).toStdString()), "a lost run is not told");
+    Grow(act, reference_, Form().Test().BlankDarkEnergy);
+  }
+  void JudgeFile() override { SaveAndRead(BasicModule(), "script.bas"); }
+  bool Same(const BasicRecord& stored, const Reading& reading) const override {
+    return stored.SampleEnergy == reading.Energy && stored.ReferenceEnergy == reading.Reference &&
+           stored.DarkEnergy == reading.Dark;
+  }
+
+ private:
+  std::int32_t reference_ = 0;
+};
+
+class QuantitationScript : public RowScript<FrmQua, QuaOption, QuaRecord> {
+ public:
+  using RowScript::RowScript;
+
+ protected:
+  int NewCommand() const override { return kNewQua; }
+  std::vector<std::string> MeasureVerbs() const override {
+    return With({"getwl", "sa", "ge", "ge"}, HasSampler());
+  }
+
+  void JudgeBlank(const Act& act) override {
+    const Exchanged* const broken = act.Broken();
+    const Exchanged* const unsound = act.Unsound();
+    const std::string verb = unsound ? unsound->Verb() : std::string();
+    const auto gain = [&]() -> std::int32_t {
+      for (const Exchanged& each : act.Exchanges) {
+        if (each.Verb() == "rezero" && each.Sound()) return NumbersOf(each.Request, each.Collected, 2)->at(1);
+      }
+      return 0;
+    }();
+    const bool outside = !unsound && act.Count("rezero") > 0 && (gain < 1 || gain > 11);
+    ExpectTold(act, broken && broken->Verb() == "setsampler"       ? kSamplerError
+                    : verb == "swl" || verb == "rezero" || outside ? kLost
+                                                                   : 0);
+    if (unsound || outside) {
+      Expect(verb == "getwl" || !BlankHolds(), "a blank that was not read");
+    } else if (act.Count("rezero") > 0) {
+      reference_ = ReferenceOf(act.Exchanges, "rezero");
+      Expect(BlankHolds() && Form().Document().Option().BlankFullEnergy[0] == reference_,
+             "not the blank that was read");
+    }
+  }
+  void JudgeMeasurement(const Act& act, bool) override {
+    const Exchanged* const unsound = act.Unsound();
+    const bool dead = act.Exchanges.empty() && act.LineGone;
+    ExpectTold(act, unsound || dead ? kLost : act.Exchanges.empty() ? kBlankWanted : 0);
+    Grow(act, reference_, Form().Document().Option().BlankDarkEnergy[0]);
+  }
+  void JudgeFile() override { SaveAndRead(QuaModule(), "script.qua"); }
+  bool Same(const QuaRecord& stored, const Reading& reading) const override {
+    return stored.Abs[0] == AbsFromEnergy(reading.Energy, reading.Reference, reading.Dark);
+  }
+
+ private:
+  std::int32_t reference_ = 0;
+};
+
+/// Each test takes the place of the one before, and is saved and read by itself.
+class KineticsScript : public Script {
+ public:
+  using Script::Script;
+
+ protected:
+  FrmTS& Form() { return Person().Child<FrmTS>(); }
+  QString File() { return Person().PathOf("script.tis"); }
+  int NewCommand() const override { return kNewTS; }
+  std::vector<std::string> MeasureVerbs() const override { return {"ge"}; }
+  bool BlankHolds() override { return Form().Test().BlankHolds(); }
+
+  void JudgeBlank(const Act& act) override {
+    ExpectTold(WithoutPrompts(act), 0);
+    if (act.Unsound()) {
+      Expect(act.Count("rezero") == 0 || !BlankHolds(), "a blank that was not read");
+    } else if (act.Count("ge") > 0) {
+      reference_ = ReferenceOf(act.Exchanges, "ge");
+      Expect(BlankHolds() && Person().Frame().Link().State.FullEnergy == reference_,
+             "not the blank that was read");
+    }
+  }
+  void JudgeMeasurement(const Act& act, bool) override {
+    const TimeScanDocument& document = Form().Document();
+    // On the way it may have been asked to take the blank.
+    if (act.Count("ge") == 0 || act.Count("rezero") > 0) return;
+    Expected = ReadingsOf(act.Exchanges, "ge 20", reference_, document.Option().DarkEnergy);
+    const bool whole = document.DataCount() == document.PointTotal();
+    Expect(whole || (!act.Exchanges.back().Sound()), "ended early without a reason");
+    ExpectTold(WithoutPrompts(act), whole ? 0 : kLost);
+    if (document.DataCount() == 0) {
+      Expect(Fit(Expected, 0, {}), "answers without their point");
+      return;
+    }
+    Expect(whole || Person().SaveAs(File()), "not saved");
+    TSOption option;
+    std::vector<TSRecord> stored;
+    Expect(!LoadDataFile(TSModule(), File().toStdString(), option, stored), "the file does not open");
+    Expect(option.FullEnergy == reference_, "not the blank that was read, in the file");
+    Expect(Fit(Expected, stored.size(),
+               [&](std::size_t i, const Reading& reading) { return stored[i].Energy == reading.Energy; }),
+           "points in the file that were not answered so, or answers without their point");
+    QFile::remove(File());
+  }
+  void JudgeFile() override { Person().CloseAll(); }
+
+ private:
+  static Act WithoutPrompts(Act act) {
+    act.Told.removeAll(Words(kPutBlank));
+    act.Told.removeAll(Words(kPutSample));
+    return act;
+  }
+
+  std::int32_t reference_ = 0;
+};
+
+}  // namespace
+
+std::unique_ptr<Script> MakeScript(Operator& person, std::uint64_t seed,
+                                   const std::vector<std::string>& simulatorOptions) {
+  switch (seed % 4) {
+    case 0:
+      return std::make_unique<QuantitationScript>(person, seed, simulatorOptions);
+    case 1:
+      person.Hands().File = person.PathOf("script.tis");
+      return std::make_unique<KineticsScript>(person, seed, simulatorOptions);
+    default:
+      return std::make_unique<PhotometryScript>(person, seed, simulatorOptions);
+  }
+}
+
+}  // namespace spectrane::campaign

@@ -1,0 +1,63 @@
+#include "faults/bench/exchanged.h"
+
+#include <string_view>
+
+namespace spectrane::campaign {
+
+bool Exchanged::Sound() const {
+  if (!Passed()) return false;
+  if (Verb() == "ge") return EnergyOf(Request, Collected).has_value();
+  return Verb() != "rezero" || NumbersOf(Request, Collected, 2).has_value();
+}
+
+bool Exchanged::Slow() const {
+  if (Ended || !Logged) return false;
+  const std::string_view kind = std::string_view(Fault).substr(0, Fault.find(' '));
+  return kind.empty() || kind == "split" || kind == "slow" || kind == "twice" || kind == "prompt-inside" ||
+         kind == "more-lines" || kind == "fewer-lines" || kind == "bad-number" || kind == "wrong-echo" ||
+         kind == "noise-before" || kind == "noise-inside" || kind == "previous";
+}
+
+std::vector<Exchanged> Together(const std::vector<WireRecord>& wire, const std::vector<LoggedRequest>& log) {
+  std::vector<Exchanged> exchanges;
+  std::size_t next = 0;
+  for (const WireRecord& record : wire) {
+    Exchanged each{record.Request, record.Collected, record.Ended, false, {}, {}};
+    if (next < log.size() && log[next].Request == record.Request) {
+      each.Logged = true;
+      each.Answer = log[next].Answer;
+      each.Fault = log[next].Fault;
+      ++next;
+    }
+    exchanges.push_back(std::move(each));
+  }
+  return exchanges;
+}
+
+std::vector<Reading> ReadingsOf(const std::vector<Exchanged>& exchanges, const std::string& request,
+                                std::int32_t reference, std::int32_t dark) {
+  std::vector<Reading> readings;
+  for (const Exchanged& each : exchanges) {
+    if (each.Request != request) continue;
+    const auto said = EnergyOf(request, each.Answer);
+    if (!said) continue;
+    const bool arrived = each.Sound() && each.Answer.starts_with(each.Collected);
+    readings.push_back({*said, reference, dark, arrived && EnergyOf(request, each.Collected) == said});
+  }
+  return readings;
+}
+
+bool Fit(const std::vector<Reading>& readings, std::size_t count,
+         const std::function<bool(std::size_t, const Reading&)>& same) {
+  std::size_t next = 0;
+  for (const Reading& reading : readings) {
+    if (next < count && same(next, reading)) {
+      ++next;
+    } else if (reading.Required) {
+      return false;
+    }
+  }
+  return next == count;
+}
+
+}  // namespace spectrane::campaign

@@ -119,6 +119,7 @@ std::string Disturbance::ParametersOf(const std::string& kind, int timeoutMs) {
     settleMs_ = 40;
     return number(0, 30);
   }
+  if (kind == "flood") settleMs_ = 150;
   if (kind == "flood") return number(100, timeoutMs * kWireBytesPerMs * 2 / 3);
   return {};
 }

@@ -14,6 +14,10 @@ constexpr int kCannotConnect = 1099;
 /// Live readings that an operator watches between two acts [ms].
 constexpr int kWatchMs = 130;
 
+bool AnySlow(const std::vector<Exchanged>& exchanges) {
+  return std::ranges::any_of(exchanges, [](const Exchanged& each) { return each.Slow(); });
+}
+
 }  // namespace
 
 const Exchanged* Script::Act::Broken() const {
@@ -93,7 +97,7 @@ Script::Act Script::Do(Kind kind) {
   act.Remark = operator_.Frame().findChild<MainStatus*>()->Remark().toStdString();
   act.LineGone = !operator_.Frame().Link().Transport.IsPortOpen();
   // With a broken line no answer arrives, fast or slow.
-  for (const Exchanged& each : act.Exchanges) tooSlow_ = tooSlow_ || (each.Slow() && !act.LineGone);
+  tooSlow_ = tooSlow_ || (!act.LineGone && AnySlow(act.Exchanges));
   return act;
 }
 
@@ -158,6 +162,8 @@ void Script::Disturbed() {
 void Script::Repair() {
   if (!operator_.Frame().Link().Transport.IsPortOpen() || !operator_.Connected()) {
     const Act act = Do(Kind::Reconnect);
+    // Nobody touches the cable now: that the port is closed is the end of a failed connection.
+    tooSlow_ = tooSlow_ || AnySlow(act.Exchanges);
     JudgeConnection(act);
     Expect(operator_.Connected() || tooSlow_, "no connection after the trouble was over");
   }
@@ -177,7 +183,7 @@ void Script::Clean() {
 
 Verdict Script::Run() {
   operator_.CloseAll();
-  Do(Kind::Reconnect);
+  tooSlow_ = AnySlow(Do(Kind::Reconnect).Exchanges);
   Expect(operator_.Connected(), "no connection at the begin");
   if (!problems_.isEmpty()) return tooSlow_ ? Verdict::TooSlow : Verdict::Violated;
   operator_.Choose(NewCommand());

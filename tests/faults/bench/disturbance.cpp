@@ -9,6 +9,7 @@ namespace spectrane::campaign {
 namespace {
 
 constexpr int kWireBytesPerMs = 11;
+constexpr int kShortMs = 5;
 
 /// Kinds after which the program learns only from the time-out that nothing comes.
 bool WaitsForTimeout(const std::string& kind) {
@@ -39,7 +40,7 @@ void Disturbance::Begin(const std::vector<std::string>& verbs, int times) {
     case Trouble::None:
       break;
     case Trouble::Answer:
-      description_ = DrawFault(verb, times);
+      description_ = DrawFault(verb, times, verbs.size() == 1);
       operator_.Simulator().Tell(description_);
       break;
     case Trouble::Unplug:
@@ -72,7 +73,7 @@ void Disturbance::Later(int ms, const std::function<void()>& act) {
   });
 }
 
-std::string Disturbance::DrawFault(const std::string& verb, int times) {
+std::string Disturbance::DrawFault(const std::string& verb, int times, bool repeats) {
   const auto kinds = FaultKinds();
   const int timeoutMs =
       Interface::TimeoutFor(verb == "ge" || verb == "setsampler" || verb == "swl" ? verb + " " : verb) *
@@ -80,8 +81,9 @@ std::string Disturbance::DrawFault(const std::string& verb, int times) {
   std::string kind;
   do {
     kind = std::string(kinds[static_cast<std::size_t>(Below(static_cast<int>(kinds.size())))].Name);
-    // A move has 80 s of time: nobody waits that long again and again.
-  } while (timeoutMs > 2000 && WaitsForTimeout(kind));
+    // A move has 80 s of time: nobody waits that long again and again. And a second copy that is still on its
+    // way when the same request is sent again is that request's answer, for all that can be known.
+  } while ((timeoutMs > 2000 && WaitsForTimeout(kind)) || (repeats && kind == "twice"));
   const int nth = 1 + Below(times);
   return "fault " + kind + " " + verb + " " + std::to_string(nth) + ParametersOf(kind, timeoutMs);
 }
@@ -97,6 +99,7 @@ std::string Disturbance::ParametersOf(const std::string& kind, int timeoutMs) {
     settleMs_ = late - timeoutMs + 10;
     return " " + std::to_string(late);
   }
+  if (kind == "hang-up") settleMs_ = 40;
   if (kind == "cut" || kind == "hang-up") return number(0, 70);
   if (kind == "split") return number(0, 70) + number(3, 25);
   if (kind == "slow") return " 1";
@@ -116,12 +119,14 @@ std::string Disturbance::ParametersOf(const std::string& kind, int timeoutMs) {
     settleMs_ = 40;
     return number(0, 30);
   }
+  if (kind == "flood") settleMs_ = 150;
   if (kind == "flood") return number(100, timeoutMs * kWireBytesPerMs * 2 / 3);
   return {};
 }
 
 void Disturbance::End() {
   if (later_.joinable()) later_.join();
+  if (settleMs_ > 0) operator_.Pause(settleMs_);
   switch (kind_) {
     case Trouble::Answer:
       operator_.Simulator().Tell("faults clear");
@@ -139,7 +144,7 @@ void Disturbance::End() {
     case Trouble::OtherProgram:
       break;
   }
-  operator_.Pause(settleMs_ + 5);
+  operator_.Pause(kShortMs);
 }
 
 }  // namespace spectrane::campaign

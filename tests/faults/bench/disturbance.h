@@ -46,7 +46,7 @@ class Disturbance {
 
  private:
   int Below(int limit) { return static_cast<int>(random_() % static_cast<std::uint64_t>(limit)); }
-  std::string DrawFault(const std::string& verb, int times);
+  std::string DrawFault(const std::string& verb, int times, bool repeats);
   std::string ParametersOf(const std::string& kind, int timeoutMs);
   void Later(int ms, const std::function<void()>& act);
 

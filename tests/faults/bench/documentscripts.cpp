@@ -92,7 +92,7 @@ class PhotometryScript : public RowScript<FrmBasic, BasicOption, BasicRecord> {
 
   void JudgeBlank(const Act& act) override {
     const Exchanged* const broken = act.Broken();
-    ExpectTold(act, broken && broken->Verb() == "setsampler" ? kSamplerError : 0);
+    ExpectTold(act, broken && broken->Verb() == "setsampler" ? kSamplerError : 0, kSamplerError);
     if (act.Unsound()) {
       Expect(act.Count("rezero") == 0 || !BlankHolds(), "a blank that was not read");
       if (!broken || broken->Verb() != "setsampler") {
@@ -106,13 +106,15 @@ class PhotometryScript : public RowScript<FrmBasic, BasicOption, BasicRecord> {
   void JudgeMeasurement(const Act& act, bool) override {
     const Exchanged* const unsound = act.Unsound();
     const bool atFirst = unsound && (unsound->Verb() == "getwl" || unsound->Verb() == "swl");
-    const bool dead = act.Exchanges.empty() && act.LineGone;
-    if (act.Count("ge") + act.Count("setsampler") == 0 && !unsound && !dead) {
+    const bool begun = act.Count("ge") + act.Count("setsampler") > 0;
+    if (!begun && !unsound && !act.LineGone) {
       ExpectTold(act, kBlankWanted);
     } else {
-      ExpectTold(act, unsound && !atFirst ? kLost : 0);
+      ExpectTold(act, unsound && !atFirst ? kLost : 0, kLost);
     }
-    if (atFirst || dead) Expect(act.Remark.starts_with(Words(kLost).toStdString()), "a lost run is not told");
+    if (atFirst || (!begun && act.LineGone && act.Told.isEmpty())) {
+      Expect(act.Remark.starts_with(Words(kLost).toStdString()), "a lost run is not told");
+    }
     Grow(act, reference_, Form().Test().BlankDarkEnergy);
   }
   void JudgeFile() override { SaveAndRead(BasicModule(), "script.bas"); }
@@ -146,9 +148,11 @@ class QuantitationScript : public RowScript<FrmQua, QuaOption, QuaRecord> {
       return 0;
     }();
     const bool outside = !unsound && act.Count("rezero") > 0 && (gain < 1 || gain > 11);
-    ExpectTold(act, broken && broken->Verb() == "setsampler"       ? kSamplerError
-                    : verb == "swl" || verb == "rezero" || outside ? kLost
-                                                                   : 0);
+    ExpectTold(act,
+               broken && broken->Verb() == "setsampler"       ? kSamplerError
+               : verb == "swl" || verb == "rezero" || outside ? kLost
+                                                              : 0,
+               act.Count("rezero") + act.Count("swl") == 0 && HasSampler() ? kSamplerError : kLost);
     if (unsound || outside) {
       Expect(verb == "getwl" || !BlankHolds(), "a blank that was not read");
     } else if (act.Count("rezero") > 0) {
@@ -159,8 +163,7 @@ class QuantitationScript : public RowScript<FrmQua, QuaOption, QuaRecord> {
   }
   void JudgeMeasurement(const Act& act, bool) override {
     const Exchanged* const unsound = act.Unsound();
-    const bool dead = act.Exchanges.empty() && act.LineGone;
-    ExpectTold(act, unsound || dead ? kLost : act.Exchanges.empty() ? kBlankWanted : 0);
+    ExpectTold(act, unsound ? kLost : act.Exchanges.empty() && !act.LineGone ? kBlankWanted : 0, kLost);
     Grow(act, reference_, Form().Document().Option().BlankDarkEnergy[0]);
   }
   void JudgeFile() override { SaveAndRead(QuaModule(), "script.qua"); }
@@ -200,7 +203,7 @@ class KineticsScript : public Script {
     if (act.Count("ge") == 0 || act.Count("rezero") > 0) return;
     Expected = ReadingsOf(act.Exchanges, "ge 20", reference_, document.Option().DarkEnergy);
     const bool whole = document.DataCount() == document.PointTotal();
-    Expect(whole || (!act.Exchanges.back().Sound()), "ended early without a reason");
+    Expect(whole || act.LineGone || !act.Exchanges.back().Sound(), "ended early without a reason");
     ExpectTold(WithoutPrompts(act), whole ? 0 : kLost);
     if (document.DataCount() == 0) {
       Expect(Fit(Expected, 0, {}), "answers without their point");

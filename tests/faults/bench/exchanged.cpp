@@ -11,7 +11,7 @@ bool Exchanged::Sound() const {
 }
 
 bool Exchanged::Slow() const {
-  if (Ended || !Logged) return false;
+  if (Ended || !Logged || !Answer.ends_with('>')) return false;
   const std::string_view kind = std::string_view(Fault).substr(0, Fault.find(' '));
   return kind.empty() || kind == "split" || kind == "slow" || kind == "twice" || kind == "prompt-inside" ||
          kind == "more-lines" || kind == "fewer-lines" || kind == "bad-number" || kind == "wrong-echo" ||
@@ -39,10 +39,10 @@ std::vector<Reading> ReadingsOf(const std::vector<Exchanged>& exchanges, const s
   std::vector<Reading> readings;
   for (const Exchanged& each : exchanges) {
     if (each.Request != request) continue;
+    // What counts is what the instrument said to this very request, once something sound was there in time.
     const auto said = EnergyOf(request, each.Answer);
-    if (!said) continue;
-    const bool arrived = each.Sound() && each.Answer.starts_with(each.Collected);
-    readings.push_back({*said, reference, dark, arrived && EnergyOf(request, each.Collected) == said});
+    if (said && each.Sound())
+      readings.push_back({*said, reference, dark, each.Answer.starts_with(each.Collected)});
   }
   return readings;
 }

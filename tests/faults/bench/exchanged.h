@@ -39,7 +39,7 @@ struct Reading {
   /// Of the blank and without light, as they held for it.
   std::int32_t Reference = 0;
   std::int32_t Dark = 0;
-  /// It was in the program's hands in time; others may have gone with the line.
+  /// Its own answer was in the program's hands; with another one the program may have seen that, and refused.
   bool Required = true;
 };
 

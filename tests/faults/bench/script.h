@@ -65,8 +65,9 @@ class Script {
   virtual void JudgeFile() = 0;
 
   void Expect(bool holds, const std::string& what);
-  /// At most one box, with these words; none when `textId` is 0.
-  void ExpectTold(const Act& act, int textId);
+  /// At most one box, with these words; none when `textId` is 0. Where the line broke between two exchanges,
+  /// `broken` may have been told as well: the run ended there, or had ended.
+  void ExpectTold(const Act& act, int textId, int broken = 0);
   Operator& Person() { return operator_; }
   std::mt19937_64& Random() { return random_; }
   bool HasSampler() const { return sampler_; }

@@ -22,6 +22,7 @@
 namespace spectrane {
 
 class DataDock;
+struct LeftJournal;
 struct CommandRow;
 
 /// What the main window works with; all of it outlives the window.
@@ -70,6 +71,8 @@ class FrmMain : public QMainWindow, public MainWindow, public MainDisplay {
   void DataTableChanged(DocumentWindow* document) override;
   QAction* ActionOf(int command) const override { return bars_->Action(command); }
   void ShowReadout(const QString& text) override;
+  std::string JournalFolder() const override;
+  void JournalFailed(const std::string& reason) override;
   void RunBegins(DocumentWindow* window) override;
   void RunEnds() override;
 
@@ -126,6 +129,14 @@ class FrmMain : public QMainWindow, public MainWindow, public MainDisplay {
 
   QTimer& SampleTimer() { return sampleTimer_; }
 
+  /// Size and place of the window and its bars, for the next start.
+  void StoreWindowState();
+  /// The system ends the program: runs end at their next step, nobody is asked; what no file has stays in the
+  /// journals.
+  void EndRuns();
+  /// Gives the instrument free, unless a command is under way. Yields.
+  void LetGoOfInstrument();
+
  signals:
   /// The window stands on the screen for the first time: what the person does not wait for may begin.
   void FirstPainted();
@@ -149,7 +160,6 @@ class FrmMain : public QMainWindow, public MainWindow, public MainDisplay {
   void BuildTimers();
   void RestoreLayout();
   void ApplyBarFlags();
-  void StoreWindowState();
   QRect PlaceOnScreen() const;
   bool* FlagOf(int viewCommand, const char** key);
   void OnTimerFileOpen();
@@ -168,6 +178,10 @@ class FrmMain : public QMainWindow, public MainWindow, public MainDisplay {
   // Tools (frmmaintools.cpp).
   bool OpenBaseline(const QString& path);
   void ClearLampMarks();
+
+  // What an earlier program left behind (frmmainjournals.cpp).
+  void OfferLeftWork();
+  void BringBack(LeftJournal left);
 
   // Documents (frmmainfiles.cpp).
   DocumentWindow* ShowNew(const DocumentKind& kind, const QString& caption);
@@ -210,6 +224,7 @@ class FrmMain : public QMainWindow, public MainWindow, public MainDisplay {
   bool painted_ = false;
   bool ticking_ = false;
   bool opening_ = false;
+  bool journalTold_ = false;
   std::int64_t lastTickMs_ = 0;
   // Chosen inside a live reading.
   std::deque<int> waitingCommands_;

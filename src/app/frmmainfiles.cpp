@@ -8,6 +8,8 @@
 #include <QScopedValueRollback>
 #include <QUrl>
 
+#include <algorithm>
+
 #include "app/frmmain.h"
 #include "app/ground/documentwindow.h"
 #include "app/ground/words.h"
@@ -75,8 +77,13 @@ void FrmMain::ShowChild(DocumentWindow* window) {
 void FrmMain::NewFile(int newFileType) {
   const DocumentKind* kind = KindOfNewFile(newFileType);
   if (!kind || !kind->Make) return;
-  DocumentWindow* document =
-      ShowNew(*kind, Words(kind->CaptionTextId) + QString::number(counters_.Next(*kind)));
+  QString caption;
+  // One that came back has its old name.
+  const auto taken = [&caption](const DocumentWindow* each) { return each->Caption() == caption; };
+  do {
+    caption = Words(kind->CaptionTextId) + QString::number(counters_.Next(*kind));
+  } while (std::ranges::any_of(workspace_->Documents(), taken));
+  DocumentWindow* document = ShowNew(*kind, caption);
   if (ActiveForm() == document) document->ShowConfigWindow();
 }
 
@@ -199,6 +206,7 @@ void FrmMain::OpenWaiting() {
 }
 
 void FrmMain::OnTimerFileOpen() {
+  Guarded([this] { OfferLeftWork(); });
   if (!parts_.CommandLineFile.isEmpty()) {
     // Who opens a stored file did not ask for the instrument.
     timerConnect_.stop();

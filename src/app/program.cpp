@@ -19,6 +19,7 @@
 #include "link/exclusion.h"
 #include "link/messageloop.h"
 #include "link/portlist.h"
+#include "link/shutdownsignals.h"
 
 namespace spectrane {
 namespace {
@@ -56,6 +57,19 @@ int Run(QApplication& application) {
     server.Listen();
     awake.Start();
   });
+  // Boxes and dialogs that are open go as if they were cancelled, and the loop is left when what runs has
+  // ended.
+  const ShutdownSignals endSignals([&frame] {
+    frame.StoreWindowState();
+    frame.EndRuns();
+    QCoreApplication::exit(0);
+  });
+  // The end of the session may still be called off.
+  QObject::connect(
+      &application, &QGuiApplication::commitDataRequest, &frame, [&frame] { frame.StoreWindowState(); },
+      Qt::DirectConnection);
+  QObject::connect(&application, &QCoreApplication::aboutToQuit, &frame,
+                   [&frame] { frame.LetGoOfInstrument(); });
   frame.ShowStored();
   return application.exec();
 }

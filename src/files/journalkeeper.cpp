@@ -22,6 +22,8 @@ constexpr std::string_view kEnding = ".journal";
 constexpr std::size_t kMostReplaced = std::size_t{4} << 20;
 /// Most journals that one start takes.
 constexpr std::size_t kMostJournals = 64;
+/// Of all of them together [bytes]; the rest waits for the next start.
+constexpr std::size_t kMostRead = std::size_t{256} << 20;
 
 /// A name that no other journal has; names sort by the time of their making. The number behind the last "-"
 /// counts how often the journal was written anew.
@@ -197,12 +199,14 @@ std::vector<LeftJournal> TakeLeftJournals(const std::string& folder) {
     return a.Base != b.Base ? a.Base < b.Base : a.Number > b.Number;
   });
   std::vector<LeftJournal> journals;
+  std::size_t read = 0;
   for (const std::string& path : paths) {
-    if (journals.size() == kMostJournals) break;
+    if (journals.size() == kMostJournals || read > kMostRead) break;
     LeftJournal left;
     left.File = JournalFile::Take(path);
     if (!left.File) continue;
     const std::string bytes = left.File->Read(kLargestJournal);
+    read += bytes.size();
     // Of a journal that was just being written anew the newer file counts; it is whole or says nothing.
     const bool older =
         !journals.empty() && GenerationOf(journals.back().File->Path()).Base == GenerationOf(path).Base;

@@ -22,6 +22,24 @@ bool RecordDocument::OpenFile(const std::string& path) {
   return !halfLoaded_;
 }
 
+JournalImage RecordDocument::Image() const {
+  JournalImage image = OwnImage();
+  image.Head.HalfRead = halfLoaded_;
+  image.Head.HalfReadPath = halfRead_;
+  return image;
+}
+
+bool RecordDocument::TakeJournal(const Journal& journal) {
+  if (!TakeRecords(journal)) return false;
+  fileName_ = journal.Head.Path;
+  halfLoaded_ = journal.Head.HalfRead;
+  halfRead_ = journal.Head.HalfReadPath;
+  fault_ = {};
+  textLost_ = false;
+  modified_ = true;
+  return true;
+}
+
 bool RecordDocument::MaySave(const std::string& path) const {
   return HasContents() && !HoldsMore(path) && (!halfLoaded_ || modified_);
 }

@@ -8,6 +8,7 @@
 #include "base/numericfault.h"
 #include "files/datafile.h"
 #include "files/filefault.h"
+#include "files/journalkeeper.h"
 
 namespace spectrane {
 
@@ -42,6 +43,12 @@ class RecordDocument {
   /// read; from then on it is whole.
   bool SaveFile(const std::string& path);
 
+  /// As a file would have it, for its journal; while it lives unchanged.
+  JournalImage Image() const;
+  /// Takes the document of a journal in the place of its own, with the file that it belonged to; no file has
+  /// it. False: it is one of another kind, nothing is changed.
+  bool TakeJournal(const Journal& journal);
+
  protected:
   RecordDocument() = default;
   RecordDocument(const RecordDocument&) = default;
@@ -54,6 +61,8 @@ class RecordDocument {
   /// Reads the file. `taken`: the document is now what could be read, which with a fault is a part of it.
   virtual FileFault Load(const std::string& path, bool& taken) = 0;
   virtual FileFault Store(const std::string& path, bool& textLost) const = 0;
+  virtual JournalImage OwnImage() const = 0;
+  virtual bool TakeRecords(const Journal& journal) = 0;
   /// There is something to put into a file.
   virtual bool HasContents() const { return RecordCount() > 0; }
 
@@ -133,6 +142,15 @@ class RecordDocumentOf : public RecordDocument {
         *module_, path, option, RecordCount(),
         [this](std::int32_t i) -> const RecordT& { return records_[static_cast<std::size_t>(i)]; },
         &textLost);
+  }
+
+  JournalImage OwnImage() const override {
+    return JournalImageOf(*module_, option_, RecordCount(), [this](std::int32_t i) -> const RecordT& {
+      return records_[static_cast<std::size_t>(i)];
+    });
+  }
+  bool TakeRecords(const Journal& journal) override {
+    return spectrane::TakeJournal(*module_, journal, option_, records_);
   }
 
   const FileModule<OptionT, RecordT>* module_;

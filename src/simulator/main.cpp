@@ -7,8 +7,8 @@
 #include <memory>
 
 #include "base/numbers.h"
+#include "link/shutdownsignals.h"
 #include "simulator/face/compartmentwindow.h"
-#include "simulator/shutdownsignals.h"
 #include "simulator/simulatorprogram.h"
 
 namespace {
@@ -116,9 +116,8 @@ std::unique_ptr<QCoreApplication> MakeApplication(int& argc, char** argv, bool w
   return application;
 }
 
-int Serve(QCoreApplication& application, const ProgramOptions& options, bool windows) {
-  ShutdownSignals shutdown;
-  QObject::connect(&shutdown, &ShutdownSignals::Wanted, &application, [] { QCoreApplication::quit(); });
+int Serve(const ProgramOptions& options, bool windows) {
+  const ShutdownSignals shutdown([] { QCoreApplication::quit(); });
   SimulatorProgram program(options);
   if (const auto wrong = program.Start()) return Fail(*wrong, 1);
   if (!windows) return QCoreApplication::exec();
@@ -152,7 +151,7 @@ int Run(int argc, char** argv) {
     std::fputs("spectrane-simulator: there is no display; going on without a window\n", stderr);
   }
   const auto application = MakeApplication(argc, argv, windows);
-  return Serve(*application, options, windows);
+  return Serve(options, windows);
 }
 
 }  // namespace

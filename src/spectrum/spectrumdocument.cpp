@@ -128,31 +128,74 @@ void SpectrumDocument::Take(const std::vector<WLS2Record>& points) {
   energy_.assign(points.size(), 0.0);
 }
 
+void SpectrumDocument::Take(std::vector<WLSRecord> records) {
+  records_ = std::move(records);
+  wavelength_.clear();
+  energy_.clear();
+  for (const WLSRecord& record : records_) {
+    wavelength_.push_back(record.Wavelength);
+    energy_.push_back(record.SampleEnergy);
+  }
+  Derive();
+}
+
+void SpectrumDocument::TakeOption(const WLSOption& option, const std::string& path) {
+  option_ = option;
+  option_.PointCount = PointCount();
+  ShowHome();
+  found_ = {};
+  fileName_ = path;
+}
+
+WLS2Record SpectrumDocument::ProcessedPoint(std::int32_t index) const {
+  const auto i = static_cast<std::size_t>(index);
+  return {wavelength_[i], trans_[i], abs_[i]};
+}
+
+JournalImage SpectrumDocument::Image() const {
+  JournalImage image = kind_ == Kind::Measured
+                           ? JournalImageOf(WLSModule(), option_, PointCount(),
+                                            [this](std::int32_t i) -> const WLSRecord& {
+                                              return records_[static_cast<std::size_t>(i)];
+                                            })
+                           : JournalImageOf(WLS2Module(), ForProcessedFile(option_), PointCount(),
+                                            [this](std::int32_t i) { return ProcessedPoint(i); });
+  image.Head.HalfRead = halfLoaded_;
+  return image;
+}
+
+bool SpectrumDocument::TakeJournal(const Journal& journal) {
+  WLSOption option;
+  if (kind_ == Kind::Measured) {
+    std::vector<WLSRecord> records;
+    if (!spectrane::TakeJournal(WLSModule(), journal, option, records)) return false;
+    Take(std::move(records));
+  } else {
+    std::vector<WLS2Record> points;
+    if (!spectrane::TakeJournal(WLS2Module(), journal, option, points)) return false;
+    Take(points);
+  }
+  TakeOption(option, journal.Head.Path);
+  fault_ = {};
+  modified_ = true;
+  halfLoaded_ = journal.Head.HalfRead;
+  return true;
+}
+
 bool SpectrumDocument::OpenFile(const std::string& path) {
   WLSOption option;
   if (kind_ == Kind::Measured) {
     std::vector<WLSRecord> records;
     fault_ = LoadDataFile(WLSModule(), path, option, records);
     if (fault_ && records.empty()) return false;
-    records_ = std::move(records);
-    wavelength_.clear();
-    energy_.clear();
-    for (const WLSRecord& record : records_) {
-      wavelength_.push_back(record.Wavelength);
-      energy_.push_back(record.SampleEnergy);
-    }
-    Derive();
+    Take(std::move(records));
   } else {
     std::vector<WLS2Record> points;
     fault_ = LoadDataFile(WLS2Module(), path, option, points);
     if (fault_ && points.empty()) return false;
     Take(points);
   }
-  option_ = option;
-  option_.PointCount = PointCount();
-  ShowHome();
-  found_ = {};
-  fileName_ = path;
+  TakeOption(option, path);
   modified_ = false;
   halfLoaded_ = static_cast<bool>(fault_);
   return !halfLoaded_;
@@ -168,11 +211,8 @@ bool SpectrumDocument::SaveFile(const std::string& path) {
         WLSModule(), path, option_, PointCount(),
         [this](std::int32_t i) -> const WLSRecord& { return records_[static_cast<std::size_t>(i)]; });
   } else {
-    const auto point = [this](std::int32_t index) {
-      const auto i = static_cast<std::size_t>(index);
-      return WLS2Record{wavelength_[i], trans_[i], abs_[i]};
-    };
-    fault_ = SaveDataFile(WLS2Module(), path, ForProcessedFile(option_), PointCount(), point);
+    fault_ = SaveDataFile(WLS2Module(), path, ForProcessedFile(option_), PointCount(),
+                          [this](std::int32_t i) { return ProcessedPoint(i); });
   }
   if (fault_) return false;
   fileName_ = path;

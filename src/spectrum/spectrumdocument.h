@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "files/filefault.h"
+#include "files/journalkeeper.h"
 #include "files/wlsfile.h"
 #include "files/wlsfile2.h"
 #include "spectrum/findpeak.h"
@@ -90,8 +91,17 @@ class SpectrumDocument {
   /// and a half-loaded one onto its own file.
   bool SaveFile(const std::string& path);
 
+  /// As a file would have it, for its journal; while it lives unchanged.
+  JournalImage Image() const;
+  /// Takes the spectrum of a journal in the place of its own, with the file that it belonged to; no file has
+  /// it. False: it is one of another kind, nothing is changed.
+  bool TakeJournal(const Journal& journal);
+
  private:
+  void Take(std::vector<WLSRecord> records);
   void Take(const std::vector<WLS2Record>& points);
+  void TakeOption(const WLSOption& option, const std::string& path);
+  WLS2Record ProcessedPoint(std::int32_t index) const;
   void Derive();
 
   Kind kind_;

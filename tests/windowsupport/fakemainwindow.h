@@ -56,6 +56,8 @@ class FakeMainWindow : public MainWindow {
   }
   void DataTableChanged(DocumentWindow*) override { ++TableChanges; }
   void ShowReadout(const QString& text) override { Readout = text; }
+  std::string JournalFolder() const override { return Journals; }
+  void JournalFailed(const std::string& reason) override { JournalFaults.push_back(reason); }
   void RunBegins(DocumentWindow* window) override {
     ++RunDepth;
     ++Runs;
@@ -73,6 +75,9 @@ class FakeMainWindow : public MainWindow {
   /// The file of some other window.
   QString Shown = QStringLiteral(":none");
   int TableChanges = 0;
+  /// Where windows keep their journals; none by itself.
+  std::string Journals;
+  std::vector<std::string> JournalFaults;
   QString Readout;
   int MenuStyle = -1;
   /// Runs under way, runs begun so far, and who began the last one.

@@ -65,6 +65,11 @@ bool DocumentWindow::AskToRemoveRecord(int number, int count) {
 }
 
 void DocumentWindow::DocumentChanged() {
+  DocumentGrown(0);
+}
+
+void DocumentWindow::DocumentGrown(std::int32_t first) {
+  KeepJournal(first);
   setWindowModified(IsModified());
   frame_.Display().UpdateCommands();
 }
@@ -105,6 +110,9 @@ void DocumentWindow::closeEvent(QCloseEvent* event) {
   // During a run QueryClose() asks for its end and refuses.
   if ((closeAllowed_ && runs_ == 0) || QueryClose(false)) {
     event->accept();
+    // On purpose: what was not saved was not wanted.
+    if (journal_) journal_->Drop();
+    closed_ = true;
   } else {
     event->ignore();
   }

@@ -5,9 +5,11 @@
 #include <QString>
 #include <QWidget>
 
+#include <memory>
 #include <optional>
 
 #include "app/ground/mainwindow.h"
+#include "files/journalkeeper.h"
 #include "link/livereading.h"
 #include "output/documenthead.h"
 #include "output/exportsheet.h"
@@ -103,6 +105,11 @@ class DocumentWindow : public QWidget, public RezeroTarget {
   bool IsWorkUnsaved() const { return IsModified(); }
   /// A measurement of this window is under way.
   bool RunsNow() const { return runs_ > 0; }
+  /// Shows what a journal has, as work that no file has yet, and goes on with the journal. False: it has
+  /// another kind of document.
+  bool BringBack(LeftJournal left);
+  /// Lets the run end at its next step, without a question; the window stays.
+  void EndRun();
 
  signals:
   /// A close that had to wait for the end of a run is due.
@@ -154,6 +161,17 @@ class DocumentWindow : public QWidget, public RezeroTarget {
   bool AskToRemoveRecord(int number, int count);
   /// To be called after every change of the document.
   void DocumentChanged();
+  /// The same when records have come behind the others, from `first` on, and nothing else has changed.
+  void DocumentGrown(std::int32_t first);
+  /// The part of it that the start after a crash needs.
+  void KeepJournal(std::int32_t first);
+  /// The document as its file would have it, while it lives unchanged; nothing for a window that keeps no
+  /// journal.
+  virtual std::optional<JournalImage> MakeImage() const { return {}; }
+  /// Takes the document of a journal in the place of its own, and shows it.
+  virtual bool TakeImage(const Journal&) { return false; }
+  /// There is something that would be lost with the program.
+  virtual bool NeedsJournal() const { return IsModified(); }
 
   void closeEvent(QCloseEvent* event) override;
   void changeEvent(QEvent* event) override;
@@ -178,11 +196,15 @@ class DocumentWindow : public QWidget, public RezeroTarget {
   bool saving_ = false;
   bool stopWanted_ = false;
   bool closeAllowed_ = false;
+  bool closed_ = false;
   bool closeWanted_ = false;
   bool frameCloseWanted_ = false;
   // The file as this window last read or wrote it.
   QDateTime fileTime_;
   qint64 fileSize_ = -1;
+  // What no file has yet, for the start after a crash. Gone when the document is saved or closed on purpose;
+  // it stays when this object goes without a close.
+  std::unique_ptr<JournalKeeper> journal_;
 };
 
 }  // namespace spectrane

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "app/ground/questions.h"
 #include "base/setting.h"
 #include "base/windowsettings.h"
@@ -52,6 +54,11 @@ class MainWindow {
   virtual void SetMenuStyle(int style) = 0;
   /// Number formats have changed: what is on show is written anew.
   virtual void FormatsChanged() = 0;
+
+  /// Where documents keep what no file has yet, in UTF-8; empty: they do not.
+  virtual std::string JournalFolder() const { return {}; }
+  /// That could not be done, for that reason. The person is told once.
+  virtual void JournalFailed(const std::string& /*reason*/) {}
 
   /// The tables of `document` have come, gone or changed.
   virtual void DataTableChanged(DocumentWindow* /*document*/) {}

@@ -101,17 +101,49 @@ void TimeScanDocument::EndTest(std::int32_t count) {
   modified_ = true;
 }
 
-bool TimeScanDocument::OpenFile(const std::string& path) {
-  TSOption option;
-  std::vector<TSRecord> points;
-  fault_ = LoadDataFile(TSModule(), path, option, points);
-  if (fault_ && points.empty()) return false;
+void TimeScanDocument::Take(const TSOption& option, std::vector<TSRecord> points, const std::string& path) {
   option_ = option;
   NoteMeasurement();
   startSecond_ = option.StartSecond;
   endSecond_ = option.EndSecond;
   points_ = std::move(points);
   fileName_ = path;
+}
+
+TSOption TimeScanDocument::FileOption() const {
+  TSOption option = option_;
+  option.WorkWL = PointWavelength();
+  option.IntervalSecond = PointInterval();
+  option.StartSecond = WholeSeconds(startSecond_);
+  option.EndSecond = WholeSeconds(endSecond_);
+  return option;
+}
+
+JournalImage TimeScanDocument::Image() const {
+  JournalImage image = JournalImageOf(
+      TSModule(), FileOption(), DataCount(),
+      [this](std::int32_t i) -> const TSRecord& { return points_[static_cast<std::size_t>(i)]; });
+  image.Head.HalfRead = halfLoaded_;
+  return image;
+}
+
+bool TimeScanDocument::TakeJournal(const Journal& journal) {
+  TSOption option;
+  std::vector<TSRecord> points;
+  if (!spectrane::TakeJournal(TSModule(), journal, option, points)) return false;
+  Take(option, std::move(points), journal.Head.Path);
+  fault_ = {};
+  modified_ = true;
+  halfLoaded_ = journal.Head.HalfRead;
+  return true;
+}
+
+bool TimeScanDocument::OpenFile(const std::string& path) {
+  TSOption option;
+  std::vector<TSRecord> points;
+  fault_ = LoadDataFile(TSModule(), path, option, points);
+  if (fault_ && points.empty()) return false;
+  Take(option, std::move(points), path);
   modified_ = false;
   halfLoaded_ = static_cast<bool>(fault_);
   return !halfLoaded_;
@@ -122,14 +154,9 @@ bool TimeScanDocument::SaveFile(const std::string& path) {
     fault_ = {FileError::HalfRead, 0, 0, 0, {}};
     return false;
   }
-  TSOption option = option_;
-  option.WorkWL = PointWavelength();
-  option.IntervalSecond = PointInterval();
-  option.StartSecond = WholeSeconds(startSecond_);
-  option.EndSecond = WholeSeconds(endSecond_);
-  fault_ = SaveDataFile(TSModule(), path, option, DataCount(), [this](std::int32_t i) -> const TSRecord& {
-    return points_[static_cast<std::size_t>(i)];
-  });
+  fault_ = SaveDataFile(
+      TSModule(), path, FileOption(), DataCount(),
+      [this](std::int32_t i) -> const TSRecord& { return points_[static_cast<std::size_t>(i)]; });
   if (fault_) return false;
   fileName_ = path;
   modified_ = false;

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "files/filefault.h"
+#include "files/journalkeeper.h"
 #include "files/tsfile.h"
 
 namespace spectrane {
@@ -65,8 +66,16 @@ class TimeScanDocument {
   /// is as it was and the document stays modified.
   bool SaveFile(const std::string& path);
 
+  /// As a file would have it, for its journal; while it lives unchanged.
+  JournalImage Image() const;
+  /// Takes the document of a journal in the place of its own, with the file that it belonged to; no file has
+  /// it. False: it is one of another kind, nothing is changed.
+  bool TakeJournal(const Journal& journal);
+
  private:
   void NoteMeasurement();
+  TSOption FileOption() const;
+  void Take(const TSOption& option, std::vector<TSRecord> points, const std::string& path);
 
   TSOption option_;
   double startSecond_ = 0;

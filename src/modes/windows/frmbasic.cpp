@@ -116,7 +116,7 @@ void FrmBasic::ShowNewRow(int row) {
   table_->RowAdded();
   // Somebody who is typing a note goes on typing it; it belongs to its own row.
   if (!grid_->EditorIsOpen()) grid_->ShowRow(row);
-  DocumentChanged();
+  DocumentGrown(row);
 }
 
 void FrmBasic::ShowConfigWindow() {

@@ -195,7 +195,7 @@ void FrmQua::ConnectTest() {
     recordTable_->Finish();
     // Somebody who is typing goes on typing in the row that it belongs to.
     if (!records_->EditorIsOpen()) records_->ShowCell(row, recordTable_->NameColumn());
-    DocumentChanged();
+    DocumentGrown(row);
   };
 }
 

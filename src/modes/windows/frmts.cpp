@@ -264,12 +264,22 @@ bool FrmTS::WriteDocument(const QString& path, QString& fault) {
 bool FrmTS::ReadDocument(const QString& path, QString& fault) {
   const bool whole = document_.OpenFile(path.toStdString());
   if (!whole) fault = QString::fromStdString(FaultWords(document_.LastFault()));
+  ShowReplaced();
+  return whole;
+}
+
+void FrmTS::ShowReplaced() {
   found_ = {};
   view_ = HomeView(document_);
   points_.TakeAll(document_);
   ShowPicture();
   ShowTables();
-  return whole;
+}
+
+bool FrmTS::TakeImage(const Journal& journal) {
+  if (!document_.TakeJournal(journal)) return false;
+  ShowReplaced();
+  return true;
 }
 
 std::optional<Report> FrmTS::MakeReport() {

@@ -52,6 +52,10 @@ class FrmTS : public CurveWindow {
  protected:
   FileKindWords FileWords() const override;
   bool IsModified() const override;
+  std::optional<JournalImage> MakeImage() const override { return document_.Image(); }
+  bool TakeImage(const Journal& journal) override;
+  /// The points of a test that runs count as unsaved at its end only.
+  bool NeedsJournal() const override { return IsModified() || (RunsNow() && document_.DataCount() > 0); }
   bool SavesElsewhere() const override;
   bool HoldsTest() const override { return test_.TestRunning; }
   void StopTest() override;
@@ -77,6 +81,7 @@ class FrmTS : public CurveWindow {
   void AskToSaveTest();
   void TellEnd(TimeScanEnd end);
   void ShowTables();
+  void ShowReplaced();
   TimeScanDocument document_;
   TimeScanSettings settings_;
   TimeScanView view_;

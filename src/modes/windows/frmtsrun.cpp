@@ -97,6 +97,7 @@ void FrmTS::ShowPoint(std::int32_t point) {
   curveDataTabel_->Grid(kRecordTab)->scrollToBottom();
   Curve().Extend(0, points_.Time, points_.Values(document_.ShowsTrans()));
   shownWait_ = -1;
+  KeepJournal(point);
   if (document_.Interval() < kLongWaitMs) {
     Frame().Display().SetRemark("Point " + std::to_string(point + 1) + " of " +
                                 std::to_string(document_.PointTotal()));

@@ -114,4 +114,11 @@ bool RecordWindow::ReadDocument(const QString& path, QString& fault) {
   return whole;
 }
 
+bool RecordWindow::TakeImage(const Journal& journal) {
+  if (!document_->TakeJournal(journal)) return false;
+  RecordsReplaced();
+  UpdateOffers();
+  return true;
+}
+
 }  // namespace spectrane

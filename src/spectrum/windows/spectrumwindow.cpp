@@ -172,4 +172,11 @@ bool SpectrumWindow::ReadDocument(const QString& path, QString& fault) {
   return whole;
 }
 
+bool SpectrumWindow::TakeImage(const Journal& journal) {
+  if (!document_.TakeJournal(journal)) return false;
+  ShowPicture();
+  DisplayRecordTable();
+  return true;
+}
+
 }  // namespace spectrane

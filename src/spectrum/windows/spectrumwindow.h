@@ -91,6 +91,8 @@ class SpectrumWindow : public CurveWindow {
   bool SavesElsewhere() const override;
   bool WriteDocument(const QString& path, QString& fault) override;
   bool ReadDocument(const QString& path, QString& fault) override;
+  std::optional<JournalImage> MakeImage() const override { return document_.Image(); }
+  bool TakeImage(const Journal& journal) override;
 
  private:
   SpectrumDocument document_;

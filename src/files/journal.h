@@ -10,7 +10,7 @@ namespace spectrane {
 /// The format of a journal: what a document holds that no file has yet, written down as it comes. It begins
 /// with JournalOpening(); entries follow, each with its length and a check sum. An entry that says that more
 /// belongs to it counts only together with what follows, so that a change of several entries happens wholly
-/// or not at all. Journals are read once, after a crash; docs/file-formats.md has the bytes.
+/// or not at all. Journals are read once, after a crash; docs/journal.md has the bytes.
 
 /// Most bytes of a journal: the reader looks at no more, the writer ends there.
 inline constexpr std::size_t kLargestJournal = std::size_t{64} << 20;

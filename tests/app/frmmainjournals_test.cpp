@@ -236,9 +236,12 @@ TEST_F(FrmMainJournals, AClosedDocumentLeavesNothing) {
   Boxes.ExpectYesNoCancel(Words(kSaveFirst), Answer::Cancel);
   CloseActive();
   EXPECT_EQ(Only(Journals()).RecordCount(), 2u);
+  auto* const rows = Main->ActiveForm()->findChild<QAbstractItemView*>(QStringLiteral("DataGrid"))->model();
   Boxes.ExpectYesNoCancel(Words(kSaveFirst), Answer::No);
   CloseActive();
   EXPECT_TRUE(Journals().empty());
+  // What still changes in a window that is about to go is not wanted either.
+  EXPECT_TRUE(rows->setData(rows->index(0, 5), QStringLiteral("late")));
   QCoreApplication::processEvents();
   EXPECT_TRUE(Journals().empty());
 }

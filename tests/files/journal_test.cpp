@@ -93,6 +93,7 @@ const ChangeRow kChanges[] = {
     {"Nothing", 3, 0, "", "abcde"},
     {"BeyondTheEnd", 6, 0, "x", "abcde"},
     {"RemoveBeyondTheEnd", 4, 2, "", "abcde"},
+    {"ReplaceBeyondTheEnd", 4, 2, "xy", "abcde"},
     {"FarBeyond", 4294967295, 0, "x", "abcde"},
     {"RemoveFar", 1, 4294967295, "", "abcde"},
 };

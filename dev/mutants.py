@@ -7,6 +7,7 @@
 All faults stand in one build, each behind a switch that the environment turns (SPECTRANE_MUTANT=number)."""
 import os
 import re
+import resource
 import subprocess
 import sys
 import time
@@ -86,35 +87,41 @@ def plant(tree):
             open(target, "wb").write(content)
 
 
-def run_tests(folder, mutant_number, program, tests, limit):
-    """Words for how it ended, and the seconds it took."""
+def run_tests(folder, mutant_number, program, tests, wall=900, processor=300):
+    """Words for how it ended, and the seconds and seconds of processor time it took. It may take so many of each."""
     environment = dict(os.environ, SPECTRANE_MUTANT=str(mutant_number), QT_QPA_PLATFORM="offscreen")
-    begun = time.monotonic()
+    # Away from the sources: a fault may well write somewhere else.
+    place = os.path.abspath(f"{folder}/work")
+    os.makedirs(place, exist_ok=True)
+    begun, used = time.monotonic(), resource.getrusage(resource.RUSAGE_CHILDREN).ru_utime
     try:
         ended = subprocess.run(
             [os.path.abspath(f"{folder}/{program}"), "--gtest_brief=1", "--gtest_fail_fast", f"--gtest_filter={tests}"],
-            env=environment, timeout=limit, capture_output=True, errors="replace")
+            env=environment, cwd=place, timeout=wall, capture_output=True, errors="replace",
+            preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_CPU, (processor, processor)))
     except subprocess.TimeoutExpired:
-        return "hangs", time.monotonic() - begun
-    taken = time.monotonic() - begun
+        return "hangs", 0, 0
+    times = time.monotonic() - begun, resource.getrusage(resource.RUSAGE_CHILDREN).ru_utime - used
     if re.search(r"^\[==========\] 0 tests", ended.stdout, re.MULTILINE):
-        return "no tests", taken
+        return "no tests", *times
     if ended.returncode == 0:
-        return "passes", taken
-    return ("fails" if ended.returncode > 0 else "crashes"), taken
+        return "passes", *times
+    if times[1] >= processor - 1:
+        return "hangs", *times
+    return ("fails" if ended.returncode > 0 else "crashes"), *times
 
 
 def run(folder, chosen):
     mutants = [m for m in table() if not chosen or m.number in chosen]
     limits = {}
     for program, tests in sorted({(m.program, m.tests) for m in mutants}):
-        end, taken = run_tests(folder, 0, program, tests, 600)
+        end, wall, processor = run_tests(folder, 0, program, tests)
         if end != "passes":
             sys.exit(f"{program} {tests}: {end} without any fault")
-        limits[program, tests] = max(60, 20 * taken)
+        limits[program, tests] = max(120, 10 * wall), int(max(10, 5 * processor))
     ends = {}
     for mutant in mutants:
-        end, _ = run_tests(folder, mutant.number, mutant.program, mutant.tests, limits[mutant.program, mutant.tests])
+        end, *_ = run_tests(folder, mutant.number, mutant.program, mutant.tests, *limits[mutant.program, mutant.tests])
         ends.setdefault(end, []).append(mutant)
         if end == "passes":
             shown = " ".join((mutant.before + "«" + mutant.part + "»" + mutant.after).split())

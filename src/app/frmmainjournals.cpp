@@ -66,8 +66,11 @@ void FrmMain::OfferLeftWork() {
   if (left.empty()) return;
   const Answer answer = boxes_->AskYesNoCancel(LeftWorkQuestion(left));
   for (LeftJournal& each : left) {
-    if (answer == Answer::Yes) BringBack(std::move(each));
-    if (answer == Answer::No) each.File->Remove();
+    if (answer == Answer::Yes) {
+      BringBack(std::move(each));
+    } else if (answer == Answer::No) {
+      each.File->Remove();
+    }
   }
   UpdateCommands();
 }

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <system_error>
 
+#include "base/leftovers.h"
 #include "base/newfile.h"
 #include "base/utf8path.h"
 
@@ -55,16 +56,9 @@ fs::path FollowLinks(fs::path path) {
 /// does.
 fs::path FreeNameBeside(const fs::path& target) {
   static std::atomic<unsigned long> counter{0};
-#ifdef _WIN32
-  const unsigned long process = GetCurrentProcessId();
-#else
-  const auto process = static_cast<unsigned long>(::getpid());
-#endif
   std::error_code fault;
   for (;;) {
-    const std::string name =
-        ".spectrane-" + std::to_string(process) + "-" + std::to_string(++counter) + ".tmp";
-    fs::path candidate = target.parent_path() / name;
+    fs::path candidate = target.parent_path() / TemporaryName(++counter);
     if (!fs::exists(fs::symlink_status(candidate, fault))) return candidate;
   }
 }
@@ -221,7 +215,10 @@ FileReplacement::~FileReplacement() {
 bool FileReplacement::Commit(std::string* reason) {
   std::string words = RefusalOf(targetPath_);
   committed_ = words.empty() && SyncAndRename(temporaryPath_, targetPath_, words);
-  if (committed_) return true;
+  if (committed_) {
+    RemoveLeftoversOnce(Utf8FromPath(PathFromUtf8(targetPath_).parent_path()));
+    return true;
+  }
   std::error_code fault;
   std::filesystem::remove(PathFromUtf8(temporaryPath_), fault);
   if (reason != nullptr) *reason = words;

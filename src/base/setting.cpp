@@ -104,6 +104,14 @@ bool IsFit(const SettingValue& value) {
          std::string_view("[;#").find(value.Key.front()) == std::string_view::npos;
 }
 
+const SettingValue* FindIn(const std::vector<SettingValue>& values, std::string_view section,
+                           std::string_view key) {
+  const auto found = std::find_if(values.begin(), values.end(), [&](const SettingValue& value) {
+    return SameName(value.Section, section) && SameName(value.Key, key);
+  });
+  return found == values.end() ? nullptr : &*found;
+}
+
 bool IsText(std::string_view bytes) {
   const std::string_view head = bytes.substr(0, 2);
   return head != "\xFF\xFE" && head != "\xFE\xFF" && bytes.find('\0') == std::string_view::npos;
@@ -115,11 +123,12 @@ Setting::Setting(std::string folder)
     : folder_(std::move(folder)), path_(Utf8FromPath(PathFromUtf8(folder_) / kFileName)) {}
 
 std::string Setting::GetSetting(std::string_view section, std::string_view key) {
-  for (const SettingValue& value : pending_) {
-    if (SameName(value.Section, section) && SameName(value.Key, key)) return ReadingOf(value.Value);
-  }
+  if (const SettingValue* const value = FindIn(pending_, section, key)) return ReadingOf(value->Value);
   Refresh();
-  return ReadingOf(text_.Find(section, key).value_or(std::string_view()));
+  std::string stored = ReadingOf(text_.Find(section, key).value_or(std::string_view()));
+  if (!stored.empty()) return stored;
+  const SettingValue* const usual = FindIn(pendingDefaults_, section, key);
+  return usual == nullptr ? stored : ReadingOf(usual->Value);
 }
 
 bool Setting::PutSetting(std::string_view section, std::string_view key, std::string_view value) {
@@ -127,18 +136,27 @@ bool Setting::PutSetting(std::string_view section, std::string_view key, std::st
 }
 
 bool Setting::PutSettings(const std::vector<SettingValue>& values) {
+  return Keep(values, pending_);
+}
+
+bool Setting::PutDefaults(const std::vector<SettingValue>& values) {
+  return Keep(values, pendingDefaults_);
+}
+
+/// Takes the values into a list of what waits, and writes.
+bool Setting::Keep(const std::vector<SettingValue>& values, std::vector<SettingValue>& kept) {
   bool fit = true;
   for (const SettingValue& value : values) {
     if (!IsFit(value)) {
       fit = false;
       continue;
     }
-    std::erase_if(pending_, [&value](const SettingValue& other) {
+    std::erase_if(kept, [&value](const SettingValue& other) {
       return SameName(other.Section, value.Section) && SameName(other.Key, value.Key);
     });
-    pending_.push_back({value.Section, value.Key, LineValue(value.Value)});
+    kept.push_back({value.Section, value.Key, LineValue(value.Value)});
   }
-  return (pending_.empty() || WritePending()) && fit;
+  return ((pending_.empty() && pendingDefaults_.empty()) || WritePending()) && fit;
 }
 
 bool Setting::WritePending() {
@@ -150,7 +168,12 @@ bool Setting::WritePending() {
   read_ = false;
   Refresh();
   if (!readProblem_.empty()) return false;
-  const std::string next = text_.With(pending_);
+  std::vector<SettingValue> values = pending_;
+  for (const SettingValue& usual : pendingDefaults_) {
+    const bool stored = !ReadingOf(text_.Find(usual.Section, usual.Key).value_or(std::string_view())).empty();
+    if (!stored && FindIn(pending_, usual.Section, usual.Key) == nullptr) values.push_back(usual);
+  }
+  const std::string next = text_.With(values);
   if (next != text_.Raw()) {
     std::string reason = std::make_error_code(std::errc::file_too_large).message();
     if (next.size() > kMostBytes || !ReplaceFileContent(path_, next, &reason)) {
@@ -160,6 +183,7 @@ bool Setting::WritePending() {
     read_ = false;
   }
   pending_.clear();
+  pendingDefaults_.clear();
   writeProblem_.clear();
   return true;
 }
@@ -167,7 +191,7 @@ bool Setting::WritePending() {
 void Setting::Refresh() {
   std::string reason;
   const Stamp stamp = StampOf(path_, reason);
-  if (read_ && stamp == stamp_) return;
+  if (read_ && !failedToRead_ && stamp == stamp_) return;
   Read(stamp, std::move(reason));
 }
 
@@ -175,8 +199,10 @@ void Setting::Read(const Stamp& stamp, std::string reason) {
   read_ = true;
   stamp_ = stamp;
   std::string bytes;
+  failedToRead_ = false;
   if (stamp.Is == Stamp::Kind::Regular) {
     bytes = ReadWhole(path_, reason);
+    failedToRead_ = !reason.empty() && bytes.size() <= kMostBytes;
     if (reason.empty() && !IsText(bytes)) reason = "not a text file";
   }
   readProblem_ = reason.empty() ? std::string() : path_ + ": " + reason;

@@ -30,6 +30,9 @@ class Setting {
   bool PutSetting(std::string_view section, std::string_view key, std::string_view value);
   /// Stores several values with one replacement of the file.
   bool PutSettings(const std::vector<SettingValue>& values);
+  /// Stores those of the values whose keys are missing or empty at the moment of the write. One that cannot
+  /// be stored never takes the place of a value that the file turns out to have. False: as PutSettings.
+  bool PutDefaults(const std::vector<SettingValue>& values);
 
   /// What keeps the file from being read or written, in words that name it; empty when all is well.
   const std::string& Problem() const { return readProblem_.empty() ? writeProblem_ : readProblem_; }
@@ -50,14 +53,17 @@ class Setting {
   static std::string ReadWhole(const std::string& path, std::string& reason);
   void Refresh();
   void Read(const Stamp& stamp, std::string reason);
+  bool Keep(const std::vector<SettingValue>& values, std::vector<SettingValue>& kept);
   bool WritePending();
 
   std::string folder_;
   std::string path_;
   bool read_ = false;
+  bool failedToRead_ = false;  ///< by a fault that may pass: the next question tries again
   Stamp stamp_;
   IniText text_;
   std::vector<SettingValue> pending_;
+  std::vector<SettingValue> pendingDefaults_;
   std::string readProblem_;
   std::string writeProblem_;
 };

@@ -121,7 +121,7 @@ bool LoadSettings(Setting& settings, std::span<const SettingRow<Owner>> rows, Ow
       defaults.push_back(StoredSetting(row, owner));
     }
   }
-  return defaults.empty() || settings.PutSettings(defaults);
+  return defaults.empty() || settings.PutDefaults(defaults);
 }
 
 /// Writes the keys of a table in its order, with one replacement of the file. False: as PutSettings.

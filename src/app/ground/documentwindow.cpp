@@ -118,10 +118,11 @@ void DocumentWindow::changeEvent(QEvent* event) {
 }
 
 bool DocumentWindow::mmuOpenFile(const QString& path) {
+  // As it is before it is read: what happens to it from now on counts as somebody else's.
+  const FileState asFound = StateOf(path);
   QString fault;
   const bool whole = ReadDocument(path, fault);
-  // As it was read: what happens to it while a box is open counts as somebody else's.
-  RememberFile(path);
+  if (OpenFileName() == path) file_ = asFound;
   if (whole && (FileWords().KeepsFolder || FileWords().OffersCaption)) StoreFilePath(path);
   if (!whole) frame_.Boxes().ShowWords(path + Words(kOpenError), fault);
   DocumentChanged();
@@ -194,7 +195,7 @@ bool DocumentWindow::SaveTo(const QString& path) {
     DocumentChanged();
     return false;
   }
-  RememberFile(path);
+  file_ = StateOf(path);
   StoreFilePath(path);
   frame_.NoteFile(path);
   SetCaption(QFileInfo(path).fileName());
@@ -202,15 +203,14 @@ bool DocumentWindow::SaveTo(const QString& path) {
   return true;
 }
 
-void DocumentWindow::RememberFile(const QString& path) {
+DocumentWindow::FileState DocumentWindow::StateOf(const QString& path) {
   const QFileInfo file(path);
-  fileTime_ = file.lastModified();
-  fileSize_ = file.exists() ? file.size() : -1;
+  return {file.lastModified(), file.exists() ? file.size() : -1};
 }
 
 bool DocumentWindow::FileWasChanged() const {
-  const QFileInfo file(OpenFileName());
-  return file.exists() && (file.size() != fileSize_ || file.lastModified() != fileTime_);
+  const FileState now = StateOf(OpenFileName());
+  return now.Size >= 0 && now != file_;
 }
 
 }  // namespace spectrane

@@ -167,7 +167,13 @@ class DocumentWindow : public QWidget, public RezeroTarget {
   bool SaveTo(const QString& path);
   QString PathToBeginWith() const;
   QString ProposedPath();
-  void RememberFile(const QString& path);
+  /// What tells one state of a file from the next without reading it.
+  struct FileState {
+    QDateTime Modified;
+    qint64 Size = -1;  ///< -1: there is none
+    bool operator==(const FileState&) const = default;
+  };
+  static FileState StateOf(const QString& path);
   void StoreFilePath(const QString& path);
   bool FileWasChanged() const;
 
@@ -180,9 +186,7 @@ class DocumentWindow : public QWidget, public RezeroTarget {
   bool closeAllowed_ = false;
   bool closeWanted_ = false;
   bool frameCloseWanted_ = false;
-  // The file as this window last read or wrote it.
-  QDateTime fileTime_;
-  qint64 fileSize_ = -1;
+  FileState file_;  ///< as this window last read or wrote it
 };
 
 }  // namespace spectrane

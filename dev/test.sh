@@ -10,7 +10,7 @@ failed_steps=0
 note() { printf '\n== %s\n' "$1"; }
 
 # The tests that start the programs.
-plain=(process_tests journey_tests)
+plain=(process_tests journey_tests writefault_tests)
 note "Build (plain)"
 cmake --preset dev >/dev/null
 build plain spectrane spectrane-cli spectrane-simulator "${plain[@]}"

@@ -47,9 +47,19 @@ FolderLock::~FolderLock() {
 
 #else
 
+namespace {
+
+/// Whether a folder that could not be opened may be opened a moment later.
+bool MayPass(int fault) {
+  return fault == EMFILE || fault == ENFILE || fault == ENOMEM || fault == EIO;
+}
+
+}  // namespace
+
 FolderLock::FolderLock(const std::string& folder, int timeoutMs) {
   // The folder itself carries the lock, so that no lock file is left lying in it.
   directory_ = ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (directory_ < 0 && MayPass(errno)) return;
   const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
   while (directory_ >= 0 && ::flock(directory_, LOCK_EX | LOCK_NB) != 0) {
     if (errno != EWOULDBLOCK && errno != EINTR) break;

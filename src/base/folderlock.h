@@ -14,7 +14,7 @@ class FolderLock {
   FolderLock(const FolderLock&) = delete;
   FolderLock& operator=(const FolderLock&) = delete;
 
-  /// False: another copy had the lock all the time.
+  /// False: another copy had the lock all the time, or the process has no handle left to ask for it.
   bool Held() const { return held_; }
 
  private:

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "base/folderlock.h"
 #include "base/setting.h"
 #include "base/windowsettings.h"
 #include "faults/write/faultcells.h"
@@ -38,7 +39,7 @@ std::vector<LargeKind> LargeKinds() {
 class KindFaults : public testing::TestWithParam<LargeKind> {
  protected:
   SavedFile InFolder(const std::string& name) const {
-    return {folder_.Path(), folder_.Path(name), "what stood there before", {}, {}};
+    return {folder_.Path(), folder_.Path(name), "what stood there before", {}, {}, false};
   }
   TemporaryFolder folder_;
 };
@@ -56,7 +57,7 @@ TEST_P(KindFaults, D10_D11_ALargeFileStaysOldOrIsNew) {
         reason = fault.Reason;
         return !fault;
       },
-      [&](bool saved) { EXPECT_EQ(reason.empty(), saved) << reason; });
+      [&](bool saved) { EXPECT_EQ(reason.empty(), saved) << reason; }, Thorough());
 }
 
 INSTANTIATE_TEST_SUITE_P(Kinds, KindFaults, testing::ValuesIn(LargeKinds()), NameOfRow<LargeKind>);
@@ -65,7 +66,7 @@ TEST(SettingFaults, C01_C07_D10_D11_TheSettingsFileStaysOldOrIsNew) {
   const TemporaryFolder folder;
   std::string old = "[Other]\r\nkept = as it is\r\n[A]\r\nk=1\r\n";
   for (int i = 0; i < 2000; ++i) old += "key " + std::to_string(i) + "=value\r\n";
-  const SavedFile file = {folder.Path(), folder.Path("config.ini"), old, {}, {}};
+  const SavedFile file = {folder.Path(), folder.Path("config.ini"), old, {}, {}, false};
   std::unique_ptr<Setting> settings;
   TryAll(
       "config.ini", file, [&] { settings = std::make_unique<Setting>(folder.Path()); },
@@ -81,6 +82,25 @@ TEST(SettingFaults, C01_C07_D10_D11_TheSettingsFileStaysOldOrIsNew) {
         EXPECT_EQ(fresh.GetSetting("B", "l"), "3");
         EXPECT_EQ(fresh.GetSetting("Other", "kept"), "as it is");
       });
+}
+
+// A write that went on without the lock could undo what the other copy writes at that moment.
+TEST(SettingFaults, C07_AProgramWithoutAFreeHandleWaitsForItsTurn) {
+  const TemporaryFolder folder;
+  WriteBytes(folder.Path("config.ini"), "[A]\nk=1\n");
+  Setting settings(folder.Path());
+  {
+    const FolderLock other(folder.Path(), 0);
+    ASSERT_TRUE(other.Held());
+    failing_calls::Arm(folder.Path().c_str(), {Call::Open, 1, EMFILE, false});
+    EXPECT_FALSE(settings.PutSetting("A", "k", "2"));
+    failing_calls::Disarm();
+    EXPECT_TRUE(failing_calls::Happened());
+    EXPECT_EQ(ReadBytes(folder.Path("config.ini")), "[A]\nk=1\n");
+  }
+  EXPECT_TRUE(settings.PutSetting("B", "l", "3"));
+  EXPECT_EQ(settings.Problem(), "");
+  EXPECT_EQ(ReadBytes(folder.Path("config.ini")), "[A]\nk=2\n[B]\nl=3\n");
 }
 
 /// What an operator has set, none of it the default.

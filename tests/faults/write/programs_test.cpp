@@ -96,7 +96,7 @@ TEST_P(ProgramFaults, D10_D11_E01_TheFileIsOldOrNewAndTheStatusTellsWhich) {
   const std::string example = std::string(SPECTRANE_SOURCE "/examples/") + row.Example;
   const std::string ending = *row.Ending != '\0' ? row.Ending : example.substr(example.rfind('.'));
   std::filesystem::create_directory(folder_.Path("target"));
-  SavedFile file = {folder_.Path("target"), folder_.Path("target/out" + ending), "old work", {}, {}};
+  SavedFile file = {folder_.Path("target"), folder_.Path("target/out" + ending), "old work", {}, {}, false};
   std::vector<std::string> arguments = row.Arguments;
   for (std::string& argument : arguments) {
     if (argument == "IN") argument = example;

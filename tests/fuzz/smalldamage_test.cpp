@@ -66,9 +66,9 @@ class SmallDamage : public testing::TestWithParam<Target> {
   /// The right answers, within memory and time.
   void ExpectSoundReading(const std::string& file, const std::string& what) {
     const std::clock_t start = std::clock();
-    PeakMemory::Begin();
+    BeginPeakMemory();
     const std::string wrong = target_.Check(BytesOf(file));
-    const std::size_t peak = PeakMemory::End();
+    const std::size_t peak = EndPeakMemory();
     const double seconds = static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
     EXPECT_EQ(wrong, "") << what;
     EXPECT_LE(peak, kCheckRoom + kTimesTheFile * file.size()) << what;
@@ -84,7 +84,7 @@ class SmallDamage : public testing::TestWithParam<Target> {
     const Reload second = target_.LoadAndSave(BytesOf(saved), folder_.Path("second"));
     EXPECT_EQ(second.Records, first.Records) << what;
     EXPECT_FALSE(second.SaveFault) << what;
-    if (!first.Fault) EXPECT_FALSE(second.Fault) << what;
+    EXPECT_TRUE(first.Fault || !second.Fault) << what;
     EXPECT_TRUE(ReadBytes(folder_.Path("second")) == saved) << what << ": saved again it is another file";
   }
 

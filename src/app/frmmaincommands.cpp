@@ -41,8 +41,9 @@ bool FrmMain::IsEnabled(const CommandRow& row) const {
   const DocumentWindow* active = ActiveForm();
   const bool connected = link_->State.InstrumentConnected;
   const bool idle = runs_ == 0 && !link_->State.RunUnderWay;
-  const bool offered =
-      active && active->Offers(row.Number) && (active != measuring_ || GoesWithRun(row.Number));
+  // A run of the main window's own is short, and a dialog of a child would hold it up.
+  const bool measures = runs_ > 0 && (!measuring_ || active == measuring_);
+  const bool offered = active && active->Offers(row.Number) && (!measures || GoesWithRun(row.Number));
   switch (row.When) {
     case EnabledWhen::Always:
       return true;

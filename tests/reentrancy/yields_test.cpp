@@ -1,0 +1,153 @@
+// Everything that can come in where a procedure yields: each procedure times each happening times each yield.
+
+#include <cstdlib>
+#include <iostream>
+#include <random>
+
+#include "app/ground/words.h"
+#include "app/workspace.h"
+#include "modes/timescan/timescansettings.h"
+#include "reentrancy/procedures.h"
+
+namespace spectrane::testing_reentrancy {
+namespace {
+
+/// Cells tried in the default tests, and after which a broken program is broken enough.
+constexpr std::size_t kCells = 600;
+constexpr int kMostFailures = 20;
+
+using Effect = Happening::Effect;
+
+/// A procedure to whom nothing happens.
+struct Undisturbed {
+  int Yields = 0;
+  std::vector<std::string> Requests;
+};
+
+struct Cell {
+  const Procedure* What;
+  const Undisturbed* Alone;
+  int Yield;
+  const Happening* Comes;
+};
+
+class YieldTimesEverything : public YieldYard {
+ protected:
+  YieldTimesEverything() {
+    constexpr const char* kQua = "Quantitative Measurement";
+    Settings.PutSetting(kQua, "Curve Item", "2");
+    Settings.PutSetting(kQua, "Curve K1", "10");
+    Settings.PutSetting(kQua, "Fitting Line", "1");
+    Settings.PutSetting(kQua, "Sample Number", "2");
+    Settings.PutSetting(kTimeScanSection, "Interval Second", "2");
+    Settings.PutSetting(kTimeScanSection, "End Second", "1");
+    Start();
+  }
+
+  void Prepare(const Procedure& procedure) {
+    Loop.Disarm();
+    Person.Says.clear();
+    Person.SavePath.clear();
+    if (!Main().isVisible()) Start();
+    Instrument.Model().Tungsten = {};
+    Instrument.Model().Deuterium = {};
+    Instrument.Model().SetLampSwitch(InstrumentModel::PowerUpLampSwitch);
+    procedure.Prepare(*this);
+    Settle();
+    Requests.clear();
+    Person.Asked.clear();
+    Intruders.clear();
+  }
+
+  Undisturbed Alone(const Procedure& procedure) {
+    Prepare(procedure);
+    Loop.Arm(0, {});
+    procedure.Run(*this);
+    const Undisturbed seen{Loop.Yields, Requests};
+    Settle();
+    ExpectIdle();
+    return seen;
+  }
+
+  void Try(const Cell& cell) {
+    Prepare(*cell.What);
+    if (HasFatalFailure()) return;
+    const qsizetype windows = WindowCount();
+    qsizetype handed = 0;
+    bool came = false;
+    bool within = false;
+    Person.Says = cell.Comes->Says;
+    Person.SavePath = PathOf("saved.dat");
+    Loop.Arm(cell.Yield, [&](bool inBox) {
+      came = true;
+      within = State().RunUnderWay;
+      if (inBox && !cell.Comes->PassesBoxes) return;
+      Guard.start();
+      cell.Comes->Do(*this);
+      handed = cell.Comes->Name == "hand-over" ? 1 : 0;
+    });
+    Loop.Look = [&] { EXPECT_LE(WindowCount(), windows) << "a window opened inside"; };
+    cell.What->Run(*this);
+    Loop.Look = {};
+    Settle();
+    Guard.stop();
+    EXPECT_TRUE(came);
+    EXPECT_LE(Loop.Deepest, 2);
+    CheckEnd(cell, within, windows + handed);
+  }
+
+  void CheckEnd(const Cell& cell, bool within, qsizetype windows) {
+    if (cell.Comes->What == Effect::None && within) {
+      EXPECT_EQ(Requests, cell.Alone->Requests) << "other requests than without it";
+      EXPECT_EQ(WindowCount(), windows);
+      EXPECT_TRUE(Intruders.isEmpty()) << Intruders.join(u' ').toStdString();
+    }
+    if (!Main().isVisible()) return;
+    ExpectIdle();
+    const bool reads = cell.Comes->What == Effect::None && State().InstrumentConnected;
+    EXPECT_TRUE(!reads || Main().SampleTimer().isActive()) << "the live reading goes on";
+  }
+};
+
+std::string NameOf(const Cell& cell) {
+  return std::string(cell.What->Name) + ", yield " + std::to_string(cell.Yield) + ": " + cell.Comes->Name;
+}
+
+TEST_F(YieldTimesEverything, W01_W02_W03_W04_W08_H05_NothingBreaksAndTheNextRunIsWhole) {
+  const char* const wanted = std::getenv("SPECTRANE_YIELD_CELLS");
+  const char* const seedText = std::getenv("SPECTRANE_SEED");
+  const char* const only = std::getenv("SPECTRANE_YIELD_ONLY");
+  const unsigned seed = seedText ? static_cast<unsigned>(std::atoi(seedText)) : 1;
+  std::vector<Undisturbed> alone;
+  for (const Procedure& procedure : Procedures()) {
+    SCOPED_TRACE(procedure.Name);
+    alone.push_back(Alone(procedure));
+    ASSERT_GT(alone.back().Yields, 0);
+    if (HasFailure()) return;
+  }
+  std::vector<Cell> cells;
+  for (std::size_t i = 0; i < alone.size(); ++i) {
+    for (int yield = 1; yield <= alone[i].Yields; ++yield) {
+      for (const Happening& happening : Happenings())
+        cells.push_back({&Procedures()[i], &alone[i], yield, &happening});
+    }
+  }
+  if (only)
+    std::erase_if(cells, [&](const Cell& cell) { return NameOf(cell).find(only) == std::string::npos; });
+  const std::size_t all = cells.size();
+  std::mt19937 random(seed);
+  std::ranges::shuffle(cells, random);
+  if (!only) cells.resize(std::min(all, wanted ? std::stoul(wanted) : kCells));
+  std::cout << "cells: " << cells.size() << " of " << all << ", seed " << seed << std::endl;
+  int failed = 0;
+  for (const Cell& cell : cells) {
+    SCOPED_TRACE(NameOf(cell));
+    Try(cell);
+    ASSERT_FALSE(HasFatalFailure());
+    if (std::getenv("SPECTRANE_YIELD_NAMES")) std::cout << NameOf(cell) << std::endl;
+    if (HasFailure() && ++failed > kMostFailures) break;
+  }
+}
+
+}  // namespace
+}  // namespace spectrane::testing_reentrancy

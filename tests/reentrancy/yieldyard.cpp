@@ -1,0 +1,187 @@
+#include "reentrancy/yieldyard.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QFile>
+#include <QMdiSubWindow>
+
+#include "app/documentkinds.h"
+#include "app/messageboxes.h"
+#include "app/workspace.h"
+#include "tools/windows/tooldialog.h"
+
+namespace spectrane::testing_reentrancy {
+namespace {
+
+InstrumentOptions Exact() {
+  InstrumentOptions options;
+  options.Noise = 0.0;
+  return options;
+}
+
+}  // namespace
+
+void WatchedLoop::Yield(bool inBox) {
+  const int yield = ++Yields;
+  Deepest = std::max(Deepest, ++depth_);
+  QCoreApplication::processEvents();
+  if (Look) Look();
+  if (yield == actAt_ && act_) {
+    const std::function<void(bool)> once = std::exchange(act_, {});
+    once(inBox);
+    QCoreApplication::processEvents();
+  }
+  --depth_;
+}
+
+bool PatientPerson::Ask(const QString& words) {
+  Asked.append(words);
+  QWidget* const above = QApplication::activeModalWidget();
+  QDialog box(above ? above : QApplication::activeWindow());
+  box.setObjectName(QString::fromLatin1(kMessageBoxName));
+  box.setModal(true);
+  box.show();
+  loop_.YieldInBox();
+  // Somebody else may have closed it.
+  return box.isVisible();
+}
+
+YieldYard::YieldYard() : Instrument(Exact()) {
+  Ports.Put(1, Instrument);
+  Instrument.OnExchange = [this](const ExchangeRecord& record) { Requests.push_back(record.Request); };
+  Guard.setInterval(0);
+  QObject::connect(&Guard, &QTimer::timeout, &Guard, [this] { SendIntrudersAway(); });
+}
+
+YieldYard::~YieldYard() {
+  Guard.stop();
+  main_.reset();
+}
+
+void YieldYard::Start() {
+  main_.reset();
+  main_ = std::make_unique<FrmMain>(
+      ProgramParts{Ports, Time, Loop, Turn, Settings, Folder.Path(), &Person, QString()});
+  main_->ShowStored();
+  main_->findChild<QTimer*>(QStringLiteral("TimerFileOpen"))->stop();
+  ConnectTimer().stop();
+  // Its ticks come from Fire().
+  main_->SampleTimer().setInterval(kNeverMs);
+  QCoreApplication::processEvents();
+}
+
+void YieldYard::Release() {
+  if (State().InstrumentConnected) main_->RunCommand(kRelease);
+  ASSERT_FALSE(State().InstrumentConnected);
+}
+
+void YieldYard::Connect() {
+  if (State().InstrumentConnected && main_->Link().Transport.IsPortOpen()) return;
+  Release();
+  Instrument.ForgetInput();
+  main_->RunCommand(kConnect);
+  ASSERT_TRUE(State().InstrumentConnected) << "a connection after what happened before";
+}
+
+void YieldYard::Open(int newFileType, const char* purpose) {
+  constexpr const char* kPurpose = "purpose";
+  const QString wanted = QString::number(newFileType) + QLatin1String(purpose);
+  if (main_->ActiveForm() && main_->ActiveForm()->property(kPurpose) == wanted && WindowCount() == 1) return;
+  CloseWindows();
+  Guard.start();
+  main_->NewFile(newFileType);
+  Guard.stop();
+  Intruders.clear();
+  ASSERT_TRUE(main_->ActiveForm());
+  main_->ActiveForm()->setProperty(kPurpose, wanted);
+}
+
+void YieldYard::SendIntrudersAway() {
+  auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+  if (!dialog || dialog->objectName() == QLatin1String(kMessageBoxName)) return;
+  if (qobject_cast<ToolDialog*>(dialog) || dialog->objectName() == QStringLiteral("FrmSelectSampler")) return;
+  Intruders.append(dialog->objectName());
+  dialog->reject();
+}
+
+void YieldYard::Choose(int command) {
+  QAction* const action = main_->ActionOf(command);
+  ASSERT_TRUE(action->isEnabled()) << action->text().toStdString();
+  action->trigger();
+}
+
+void YieldYard::SetSampler(bool fitted) {
+  if (Instrument.Model().SamplerFitted() != fitted) {
+    Instrument.Model().FitSampler(fitted, Time.NowMs());
+    Release();
+  }
+  for (std::size_t position = 1; position <= kSamplerPositionCount; ++position)
+    State().SamplerPositions[position] = position <= 3;
+}
+
+void YieldYard::HandOver() {
+  const QString path = PathOf("handed" + std::to_string(++files_) + ".bas");
+  QFile::copy(QStringLiteral(SPECTRANE_SOURCE "/examples/photometry.bas"), path);
+  main_->OpenLater(path);
+}
+
+void YieldYard::AcceptDialog(const char* name) {
+  auto* const hand = new QTimer(&Guard);
+  QObject::connect(hand, &QTimer::timeout, hand, [hand, name = QLatin1String(name)] {
+    auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+    if (!dialog || dialog->objectName() != name) return;
+    hand->stop();
+    hand->deleteLater();
+    dialog->accept();
+    // One that could not do what it was to do stays open.
+    if (dialog->isVisible()) dialog->reject();
+  });
+  hand->start(0);
+}
+
+void YieldYard::PullCable() {
+  if (main_->Link().Transport.IsPortOpen()) Ports.Current->HangUp();
+}
+
+void YieldYard::Fire(QTimer& timer) {
+  if (!timer.isActive()) return;
+  QTimerEvent tick(timer.timerId());
+  QCoreApplication::sendEvent(&timer, &tick);
+}
+
+qsizetype YieldYard::WindowCount() const {
+  return main_->findChild<Workspace*>()->Documents().size();
+}
+
+void YieldYard::CloseWindows() {
+  for (DocumentWindow* document : main_->findChild<Workspace*>()->Documents()) {
+    document->AllowClose();
+    document->parentWidget()->close();
+  }
+  Settle();
+  ASSERT_EQ(WindowCount(), 0);
+}
+
+void YieldYard::Settle() {
+  for (int i = 0; i < 6; ++i) {
+    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  }
+}
+
+void YieldYard::ExpectIdle() {
+  EXPECT_FALSE(State().RunUnderWay);
+  EXPECT_FALSE(State().InstrumentBusy);
+  EXPECT_TRUE(main_->isEnabled());
+  EXPECT_TRUE(main_->findChild<Workspace*>()->isEnabled());
+  EXPECT_TRUE(main_->ActionOf(kProgramOption)->isEnabled()) << "a run that never ended";
+  EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+  EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+  EXPECT_FALSE(main_->Link().Transport.OnWaiting);
+  for (QWidget* window : QApplication::topLevelWidgets())
+    EXPECT_FALSE(window->isVisible() && window != main_.get()) << window->objectName().toStdString();
+  const DocumentWindow* const document = main_->ActiveForm();
+  EXPECT_FALSE(document && document->RunsNow());
+}
+
+}  // namespace spectrane::testing_reentrancy

@@ -2,6 +2,7 @@
 #include <QCloseEvent>
 #include <QPointer>
 #include <QScopedValueRollback>
+#include <QScopeGuard>
 
 #include <algorithm>
 #include <exception>
@@ -128,10 +129,19 @@ void FrmMain::Guarded(const std::function<void()>& work) {
   try {
     work();
   } catch (const std::exception& fault) {
+    TellFault(fault);
+  }
+}
+
+void FrmMain::TellFault(const std::exception& fault) {
+  // A run in whose middle it happened goes on, and still has the instrument.
+  if (!link_->State.RunUnderWay) {
     Lock(false);
     link_->State.InstrumentBusy = false;
-    SetRemark("The command ended early: " + std::string(fault.what()));
+    if (link_->State.InstrumentConnected) link_->Live.SampleTimerStart();
   }
+  SetRemark("The command ended early: " + std::string(fault.what()));
+  UpdateCommands();
 }
 
 void FrmMain::OnSampleTimer() {
@@ -142,6 +152,7 @@ void FrmMain::OnSampleTimer() {
     Guarded([this] { link_->Live.SampleTimerTick(); });
   }
   lastTickMs_ = parts_.Time.NowMs();
+  OpenWaitingLater();
   while (!waitingCommands_.empty()) {
     const int command = waitingCommands_.front();
     waitingCommands_.pop_front();
@@ -251,10 +262,9 @@ void FrmMain::FocusNextPane() {
 }
 
 void FrmMain::closeEvent(QCloseEvent* event) {
-  if (closing_ || !QueryUnload()) {
-    event->ignore();
-    return;
-  }
+  // A fault in what follows must not count as a Yes.
+  event->ignore();
+  if (closing_ || !QueryUnload()) return;
   closing_ = true;
   for (DocumentWindow* document : workspace_->Documents()) document->AllowClose();
   workspace_->closeAllSubWindows();
@@ -300,15 +310,16 @@ bool FrmMain::LinkMayClose() {
   if (!link_->State.InstrumentConnected) return true;
   // What has been asked about is not changed any more while the instrument answers.
   workspace_->setEnabled(false);
+  auto stays = qScopeGuard([this] { workspace_->setEnabled(true); });
   double wavelength = 0.0;
   if (!link_->Instrument.GetWavelength(wavelength)) {
-    workspace_->setEnabled(true);
     // A program that lost its instrument in mid-air stays until the link is back or is released.
     SetRemark(Text(kCommunicationError) + kReleaseToClose);
     link_->Live.SampleTimerStart();
     return false;
   }
   link_->Connect.ReleaseConnection();
+  stays.dismiss();
   return true;
 }
 

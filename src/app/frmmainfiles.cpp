@@ -190,9 +190,10 @@ void FrmMain::OpenWaiting() {
     QTimer::singleShot(kBoxPollMs, this, [this] { OpenWaiting(); });
     return;
   }
-  // A run in progress, a question and an open box are not disturbed; their ends, or the clock, call again.
+  // A run or a reading in progress, a question and an open box are not disturbed; their ends, or the clock,
+  // call again.
   const QScopedValueRollback<bool> opening(opening_, true);
-  while (!waitingFiles_.isEmpty() && runs_ == 0 && !locked_ && !closing_) {
+  while (!waitingFiles_.isEmpty() && runs_ == 0 && !locked_ && !closing_ && !ticking_) {
     const QString path = waitingFiles_.takeFirst();
     Guarded([&] { OpenDataFile(path); });
   }

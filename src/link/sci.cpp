@@ -91,6 +91,8 @@ bool SCI::SendAndWait(std::string_view command, std::string& reply, int timeoutM
   lastEnd_ = ExchangeEnd::PortClosed;
   if (!IsPortOpen()) return false;
   ClearLine();
+  // Whatever ends it early may leave a reply on its way.
+  lineDirty_ = true;
   const std::int64_t start = clock_.NowMs();
   lastEnd_ = ExchangeEnd::TimedOut;
   if (DeadlineOverflows(start, timeoutMs)) return false;

@@ -18,4 +18,16 @@ struct TestBench {
   const DisplayFormats& Formats;
 };
 
+/// Marks a test as running while it lives, however the test ends.
+class RunningMark {
+ public:
+  explicit RunningMark(bool& mark) : mark_(mark) { mark_ = true; }
+  ~RunningMark() { mark_ = false; }
+  RunningMark(const RunningMark&) = delete;
+  RunningMark& operator=(const RunningMark&) = delete;
+
+ private:
+  bool& mark_;
+};
+
 }  // namespace spectrane

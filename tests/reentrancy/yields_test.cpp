@@ -6,8 +6,7 @@
 
 #include "app/ground/words.h"
 #include "app/workspace.h"
-#include "modes/timescan/timescansettings.h"
-#include "reentrancy/procedures.h"
+#include "reentrancy/quickruns.h"
 
 namespace spectrane::testing_reentrancy {
 namespace {
@@ -18,12 +17,6 @@ constexpr int kMostFailures = 20;
 
 using Effect = Happening::Effect;
 
-/// A procedure to whom nothing happens.
-struct Undisturbed {
-  int Yields = 0;
-  std::vector<std::string> Requests;
-};
-
 struct Cell {
   const Procedure* What;
   const Undisturbed* Alone;
@@ -31,44 +24,8 @@ struct Cell {
   const Happening* Comes;
 };
 
-class YieldTimesEverything : public YieldYard {
+class YieldTimesEverything : public QuickRuns {
  protected:
-  YieldTimesEverything() {
-    constexpr const char* kQua = "Quantitative Measurement";
-    Settings.PutSetting(kQua, "Curve Item", "2");
-    Settings.PutSetting(kQua, "Curve K1", "10");
-    Settings.PutSetting(kQua, "Fitting Line", "1");
-    Settings.PutSetting(kQua, "Sample Number", "2");
-    Settings.PutSetting(kTimeScanSection, "Interval Second", "2");
-    Settings.PutSetting(kTimeScanSection, "End Second", "1");
-    Start();
-  }
-
-  void Prepare(const Procedure& procedure) {
-    Loop.Disarm();
-    Person.Says.clear();
-    Person.SavePath.clear();
-    if (!Main().isVisible()) Start();
-    Instrument.Model().Tungsten = {};
-    Instrument.Model().Deuterium = {};
-    Instrument.Model().SetLampSwitch(InstrumentModel::PowerUpLampSwitch);
-    procedure.Prepare(*this);
-    Settle();
-    Requests.clear();
-    Person.Asked.clear();
-    Intruders.clear();
-  }
-
-  Undisturbed Alone(const Procedure& procedure) {
-    Prepare(procedure);
-    Loop.Arm(0, {});
-    procedure.Run(*this);
-    const Undisturbed seen{Loop.Yields, Requests};
-    Settle();
-    ExpectIdle();
-    return seen;
-  }
-
   void Try(const Cell& cell) {
     Prepare(*cell.What);
     if (HasFatalFailure()) return;

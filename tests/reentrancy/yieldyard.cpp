@@ -5,6 +5,8 @@
 #include <QFile>
 #include <QMdiSubWindow>
 
+#include <stdexcept>
+
 #include "app/documentkinds.h"
 #include "app/messageboxes.h"
 #include "app/workspace.h"
@@ -36,6 +38,7 @@ void WatchedLoop::Yield(bool inBox) {
 
 bool PatientPerson::Ask(const QString& words) {
   Asked.append(words);
+  if (Throws) throw std::runtime_error("in a question");
   QWidget* const above = QApplication::activeModalWidget();
   QDialog box(above ? above : QApplication::activeWindow());
   box.setObjectName(QString::fromLatin1(kMessageBoxName));
@@ -48,9 +51,13 @@ bool PatientPerson::Ask(const QString& words) {
 
 YieldYard::YieldYard() : Instrument(Exact()) {
   Ports.Put(1, Instrument);
-  Instrument.OnExchange = [this](const ExchangeRecord& record) { Requests.push_back(record.Request); };
+  KeepRequests();
   Guard.setInterval(0);
   QObject::connect(&Guard, &QTimer::timeout, &Guard, [this] { SendIntrudersAway(); });
+}
+
+void YieldYard::KeepRequests() {
+  Instrument.OnExchange = [this](const ExchangeRecord& record) { Requests.push_back(record.Request); };
 }
 
 YieldYard::~YieldYard() {
@@ -61,7 +68,7 @@ YieldYard::~YieldYard() {
 void YieldYard::Start() {
   main_.reset();
   main_ = std::make_unique<FrmMain>(
-      ProgramParts{Ports, Time, Loop, Turn, Settings, Folder.Path(), &Person, QString()});
+      ProgramParts{Ports, Time, Loop, Turn, Settings, Folder.Path(), Asks, QString()});
   main_->ShowStored();
   main_->findChild<QTimer*>(QStringLiteral("TimerFileOpen"))->stop();
   ConnectTimer().stop();

@@ -96,6 +96,8 @@ class PatientPerson : public Questions {
   std::map<QString, Answer> Says;
   QString OpenPath;
   QString SavePath;
+  /// Asked, it throws.
+  bool Throws = false;
   /// Boxes and dialogs since the test last forgot them.
   QStringList Asked;
 
@@ -135,6 +137,7 @@ class YieldYard : public ::testing::Test {
   void HandOver();
   /// Accepts the dialog of that name once it is open.
   void AcceptDialog(const char* name);
+  void KeepRequests();
   /// One tick of a timer of the main window, when it runs.
   void Fire(QTimer& timer);
   QTimer& ConnectTimer() { return *main_->findChild<QTimer*>(QStringLiteral("TimerConnect")); }
@@ -156,7 +159,9 @@ class YieldYard : public ::testing::Test {
   testing_link::MemoryPortList Ports{Time};
   Setting Settings{Folder.Path()};
   PatientPerson Person{Loop};
-  /// Requests that came to the instrument.
+  /// Whom the program asks from its next start on.
+  Questions* Asks = &Person;
+  /// Requests that came to the instrument, kept from KeepRequests() on.
   std::vector<std::string> Requests;
   /// Modal dialogs that came up unasked and were closed.
   QStringList Intruders;

@@ -102,12 +102,10 @@ bool DocumentWindow::AskToSave() {
 }
 
 void DocumentWindow::closeEvent(QCloseEvent* event) {
+  // A fault in the question or in the save must not count as a Yes.
+  event->ignore();
   // During a run QueryClose() asks for its end and refuses.
-  if ((closeAllowed_ && runs_ == 0) || QueryClose(false)) {
-    event->accept();
-  } else {
-    event->ignore();
-  }
+  if ((closeAllowed_ && runs_ == 0) || QueryClose(false)) event->accept();
 }
 
 void DocumentWindow::changeEvent(QEvent* event) {

@@ -92,10 +92,9 @@ bool PhotometryTest::mmuStartTest() {
     bench_.Boxes.Show(kBlankWanted);
     return false;
   }
-  TestRunning = true;
+  const RunningMark running(TestRunning);
   bench_.Live.SampleTimerStop();
   const bool done = MeasureAll();
-  TestRunning = false;
   bench_.State.InstrumentBusy = false;
   bench_.Live.SampleTimerStart();
   return done;

@@ -121,11 +121,10 @@ bool QuantitationTest::mmuStartTest() {
     bench_.Boxes.ShowError(kCurveError);
     return false;
   }
-  TestRunning = true;
+  const RunningMark running(TestRunning);
   bench_.Live.SampleTimerStop();
   bench_.State.InstrumentBusy = true;
   const bool done = AskWavelength() ? MeasureAll() : Failed();
-  TestRunning = false;
   bench_.State.InstrumentBusy = false;
   bench_.Live.SampleTimerStart();
   return done;
@@ -177,11 +176,10 @@ bool QuantitationTest::MeasureStandard(std::int32_t row) {
   }
   const InstrumentRun run(bench_.State);
   if (!run.Owns()) return false;
-  TestRunning = true;
+  const RunningMark running(TestRunning);
   bench_.Live.SampleTimerStop();
   bench_.State.InstrumentBusy = true;
   const bool done = AskWavelength() ? ReadStandard(row) : Failed();
-  TestRunning = false;
   bench_.State.InstrumentBusy = false;
   bench_.Live.SampleTimerStart();
   return done;

@@ -105,7 +105,12 @@ TimeScanEnd TimeScanTest::mmuStartTest() {
   document_.BeginTest();
   TestRunning = true;
   if (OnBegin) OnBegin();
-  return Run();
+  try {
+    return Run();
+  } catch (...) {
+    TestRunning = false;
+    throw;
+  }
 }
 
 TimeScanEnd TimeScanTest::Run() {

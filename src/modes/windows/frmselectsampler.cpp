@@ -5,6 +5,7 @@
 #include <QFormLayout>
 #include <QGuiApplication>
 #include <QLabel>
+#include <QScopeGuard>
 #include <QVBoxLayout>
 
 #include "app/ground/dialogparts.h"
@@ -58,10 +59,8 @@ int FrmSelectSampler::exec() {
 }
 
 void FrmSelectSampler::LoadPosition() {
-  SetBusy(true);
   std::int32_t position = 0;
-  const bool known = frame_.Link().Instrument.GetSampler(position);
-  SetBusy(false);
+  const bool known = Talk([&] { return frame_.Link().Instrument.GetSampler(position); });
   positions_->setCurrentIndex(position >= 1 && position <= kSamplerPositionCount ? position - 1 : 0);
   if (!known) Tell(kCommunicationError);
 }
@@ -71,13 +70,13 @@ void FrmSelectSampler::accept() {
   state_->setText(MovingTo(positions_->currentText()));
   if (told_) frame_.Display().SetRemark({});
   told_ = false;
-  SetBusy(true);
-  // The move takes seconds in which nothing is painted.
-  repaint();
-  QGuiApplication::sync();
   std::int32_t position = positions_->currentIndex() + 1;
-  const bool moved = frame_.Link().Instrument.SetSampler(position);
-  SetBusy(false);
+  const bool moved = Talk([&] {
+    // The move takes seconds in which nothing is painted.
+    repaint();
+    QGuiApplication::sync();
+    return frame_.Link().Instrument.SetSampler(position);
+  });
   if (moved) {
     QDialog::accept();
     return;
@@ -88,6 +87,12 @@ void FrmSelectSampler::accept() {
 
 void FrmSelectSampler::done(int result) {
   if (!busy_) QDialog::done(result);
+}
+
+bool FrmSelectSampler::Talk(const std::function<bool()>& work) {
+  SetBusy(true);
+  const auto free = qScopeGuard([this] { SetBusy(false); });
+  return work();
 }
 
 void FrmSelectSampler::SetBusy(bool busy) {

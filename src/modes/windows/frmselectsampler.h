@@ -2,6 +2,8 @@
 
 #include <QDialog>
 
+#include <functional>
+
 #include "app/ground/mainwindow.h"
 
 class QComboBox;
@@ -29,6 +31,8 @@ class FrmSelectSampler : public QDialog {
 
  private:
   void LoadPosition();
+  /// Nothing can be pressed while `work` speaks to the instrument. Yields.
+  bool Talk(const std::function<bool()>& work);
   void SetBusy(bool busy);
   void Tell(int textId);
 

@@ -21,6 +21,18 @@ constexpr int kStateLineCharacters = 40;
 
 }  // namespace
 
+/// However the traffic ends, the dialog can be used and closed afterwards.
+class ToolDialog::Busy {
+ public:
+  explicit Busy(ToolDialog& dialog) : dialog_(dialog) { dialog_.SetBusy(true); }
+  ~Busy() { dialog_.SetBusy(false); }
+  Busy(const Busy&) = delete;
+  Busy& operator=(const Busy&) = delete;
+
+ private:
+  ToolDialog& dialog_;
+};
+
 ToolDialog::ToolDialog(MainWindow& frame, Live live) : QDialog(&frame.Frame()), frame_(frame), live_(live) {
   if (live_ == Live::Stands) Link().Live.SampleTimerStop();
 }
@@ -50,18 +62,17 @@ void ToolDialog::WhenFree(std::function<void()> work) {
 void ToolDialog::Talk(int longestSeconds, const std::function<void()>& work,
                       const std::function<void()>& tell) {
   if (busy_ || Link().State.RunUnderWay) return;
+  const Busy busy(*this);
   {
     // The commands are enabled anew when the notice goes: the run must be over by then.
     const RunNotice notice(frame_, nullptr);
     const InstrumentRun run(Link().State);
-    SetBusy(true);
     const InstrumentTraffic traffic(Link().State);
     std::optional<FrmWait> wait;
     if (longestSeconds > 0) wait.emplace(frame_, longestSeconds);
     work();
   }
   tell();
-  SetBusy(false);
 }
 
 void ToolDialog::SetBusy(bool busy) {

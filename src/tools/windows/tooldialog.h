@@ -51,6 +51,7 @@ class ToolDialog : public QDialog {
   void TellLinkLost();
 
  private:
+  class Busy;
   void SetBusy(bool busy);
 
   MainWindow& frame_;

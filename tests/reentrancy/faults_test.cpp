@@ -1,0 +1,125 @@
+// Faults that are thrown: the line to the instrument throws at one request after another.
+
+#include <stdexcept>
+
+#include "app/documentkinds.h"
+#include "app/ground/guardedapplication.h"
+#include "reentrancy/procedures.h"
+#include "reentrancy/quickruns.h"
+
+namespace spectrane::testing_reentrancy {
+namespace {
+
+class ThrownFaults : public QuickRuns {
+ protected:
+  ThrownFaults() {
+    static_cast<GuardedApplication*>(qApp)->OnFault = [this](const std::exception& fault) {
+      ++atTheBorder_;
+      Main().TellFault(fault);
+    };
+  }
+  ~ThrownFaults() override { static_cast<GuardedApplication*>(qApp)->OnFault = {}; }
+
+  /// The answer to that request [from 1] throws.
+  void ThrowAt(std::size_t request) {
+    Instrument.OnExchange = [this, request](const ExchangeRecord& record) {
+      Requests.push_back(record.Request);
+      if (Requests.size() == request) throw std::runtime_error("out of everything");
+    };
+  }
+
+  /// As an event begins it.
+  void Begin(const Procedure& procedure) {
+    QTimer::singleShot(0, &Main(), [&] { procedure.Run(*this); });
+    Settle();
+  }
+
+  int atTheBorder_ = 0;
+};
+
+TEST_F(ThrownFaults, W09_AFaultInAnyExchangeEndsThereAndTheNextRunIsWhole) {
+  int cells = 0;
+  for (const Procedure& procedure : Procedures()) {
+    const Undisturbed alone = Alone(procedure);
+    for (std::size_t request = 1; request <= alone.Requests.size(); ++request) {
+      SCOPED_TRACE(std::string(procedure.Name) + ", request " + std::to_string(request));
+      Prepare(procedure);
+      ThrowAt(request);
+      Begin(procedure);
+      KeepRequests();
+      ExpectIdle();
+      EXPECT_TRUE(!State().InstrumentConnected || Main().SampleTimer().isActive());
+      EXPECT_EQ(Alone(procedure).Requests, alone.Requests);
+      ++cells;
+      if (HasFatalFailure()) return;
+    }
+  }
+  EXPECT_GT(cells, 80);
+  EXPECT_GT(atTheBorder_, 0) << "what no command has begun ends at the border of the application";
+}
+
+TEST_F(ThrownFaults, W09_AFaultInASlotInsideAWaitLeavesTheRunWhole) {
+  for (const Procedure& procedure : Procedures()) {
+    SCOPED_TRACE(procedure.Name);
+    const Undisturbed alone = Alone(procedure);
+    for (int yield = 1; yield <= alone.Yields; yield += 1 + alone.Yields / 8) {
+      Prepare(procedure);
+      QObject thrower;
+      Loop.Arm(yield, [&thrower](bool) {
+        QTimer::singleShot(0, &thrower, [] { throw std::runtime_error("in a slot"); });
+      });
+      const int before = atTheBorder_;
+      procedure.Run(*this);
+      Settle();
+      EXPECT_EQ(atTheBorder_, before + 1);
+      EXPECT_EQ(Requests, alone.Requests);
+      ExpectIdle();
+    }
+  }
+}
+
+TEST_F(ThrownFaults, W09_AFaultInTheExchangesOfAnExitLeavesAProgramThatCanBeUsed) {
+  Connect();
+  for (const std::size_t request : {1U, 2U}) {
+    Connect();
+    Requests.clear();
+    ThrowAt(request);
+    QTimer::singleShot(0, &Main(), [this] { Main().close(); });
+    Settle();
+    KeepRequests();
+    ASSERT_EQ(Requests.size(), request);
+    EXPECT_TRUE(Main().isVisible());
+    ExpectIdle();
+  }
+  EXPECT_TRUE(Main().close());
+}
+
+TEST_F(ThrownFaults, W09_AFaultInTheQuestionOfACloseKeepsTheWindowAndItsRows) {
+  for (const bool whole : {false, true}) {
+    SCOPED_TRACE(whole ? "Exit" : "close");
+    SetSampler(false);
+    Connect();
+    Open(kPhotometryFile);
+    Choose(kSetBlank);
+    Choose(kStartTest);
+    ASSERT_TRUE(Main().ActiveForm()->IsWorkUnsaved());
+    Person.Throws = true;
+    QTimer::singleShot(0, &Main(), [&] {
+      if (whole) {
+        Main().close();
+      } else {
+        Main().mmuFileCloseOne();
+      }
+    });
+    Settle();
+    Person.Throws = false;
+    EXPECT_GE(atTheBorder_, 1);
+    EXPECT_TRUE(Main().isVisible());
+    ASSERT_TRUE(Main().ActiveForm());
+    EXPECT_TRUE(Main().ActiveForm()->IsWorkUnsaved());
+    ExpectIdle();
+  }
+}
+
+}  // namespace
+}  // namespace spectrane::testing_reentrancy

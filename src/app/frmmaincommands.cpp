@@ -145,6 +145,7 @@ void FrmMain::TellFault(const std::exception& fault) {
 }
 
 void FrmMain::OnSampleTimer() {
+  if (ticking_) return;
   // After a reading that failed the next one may block for long: the window gets time in between.
   if (link_->Live.LinkLost() && parts_.Time.NowMs() - lastTickMs_ < kLostLinkPauseMs) return;
   {

@@ -141,15 +141,21 @@ void AddCloses(std::vector<Happening>& all, const std::string& name,
   const QString save = Words(kSaveQuestion);
   const QString quit = Words(kQuitQuestion);
   constexpr Answer kYes = Answer::Yes;
-  all.push_back({name + ", not stopped", Effect::None, false, close, {}});
+  all.push_back({name + ", not stopped", Effect::None, false, close, {}, true});
+  all.push_back({name + ", not saved",
+                 Effect::Ends,
+                 false,
+                 close,
+                 {{stop, kYes}, {quit, kYes}, {save, Answer::No}},
+                 true});
   all.push_back(
-      {name + ", not saved", Effect::Ends, false, close, {{stop, kYes}, {quit, kYes}, {save, Answer::No}}});
-  all.push_back({name + ", saved", Effect::Ends, false, close, {{stop, kYes}, {quit, kYes}, {save, kYes}}});
+      {name + ", saved", Effect::Ends, false, close, {{stop, kYes}, {quit, kYes}, {save, kYes}}, true});
   all.push_back({name + ", cancelled",
                  Effect::Ends,
                  false,
                  close,
-                 {{stop, kYes}, {quit, kYes}, {save, Answer::Cancel}}});
+                 {{stop, kYes}, {quit, kYes}, {save, Answer::Cancel}},
+                 true});
 }
 
 void AddCommands(std::vector<Happening>& all) {
@@ -161,10 +167,14 @@ void AddCommands(std::vector<Happening>& all) {
       // One that is disabled is refused by the routing as well.
       action->isEnabled() ? action->trigger() : yard.Main().RunCommand(command);
     };
-    all.push_back({name, Happening::Effect::None, false, choose, {}});
+    all.push_back({name, Happening::Effect::None, false, choose, {}, false});
     if (row.Number == kStopTest) {
-      all.push_back(
-          {name + ", sure", Happening::Effect::Ends, false, choose, {{Words(kStopQuestion), Answer::Yes}}});
+      all.push_back({name + ", sure",
+                     Happening::Effect::Ends,
+                     false,
+                     choose,
+                     {{Words(kStopQuestion), Answer::Yes}},
+                     false});
     }
   }
 }
@@ -172,7 +182,7 @@ void AddCommands(std::vector<Happening>& all) {
 /// What neither asks nor starts anything.
 void AddLooks(std::vector<Happening>& all) {
   const auto add = [&all](const char* name, std::function<void(YieldYard&)> look) {
-    all.push_back({name, Happening::Effect::None, true, std::move(look), {}});
+    all.push_back({name, Happening::Effect::None, true, std::move(look), {}, false});
   };
   add("precision", [](YieldYard& yard) {
     DisplayFormats& formats = yard.Main().Link().Formats;
@@ -201,15 +211,20 @@ void AddLooks(std::vector<Happening>& all) {
 
 void AddOutside(std::vector<Happening>& all) {
   using Effect = Happening::Effect;
-  all.push_back({"unplugged", Effect::Ends, true, [](YieldYard& yard) { yard.PullCable(); }, {}});
-  all.push_back(
-      {"SampleTimer", Effect::None, true, [](YieldYard& yard) { yard.Fire(yard.Main().SampleTimer()); }, {}});
+  all.push_back({"unplugged", Effect::Ends, true, [](YieldYard& yard) { yard.PullCable(); }, {}, false});
+  all.push_back({"SampleTimer",
+                 Effect::None,
+                 true,
+                 [](YieldYard& yard) { yard.Fire(yard.Main().SampleTimer()); },
+                 {},
+                 false});
   // Later than it would ever come.
   all.push_back({"SampleTimer, late",
                  Effect::None,
                  true,
                  [](YieldYard& yard) { yard.Main().Link().Live.SampleTimerTick(); },
-                 {}});
+                 {},
+                 false});
   all.push_back({"TimerConnect",
                  Effect::None,
                  true,
@@ -218,8 +233,9 @@ void AddOutside(std::vector<Happening>& all) {
                    yard.Fire(yard.ConnectTimer());
                    yard.ConnectTimer().stop();
                  },
-                 {}});
-  all.push_back({"hand-over", Effect::None, true, [](YieldYard& yard) { yard.HandOver(); }, {}});
+                 {},
+                 false});
+  all.push_back({"hand-over", Effect::None, true, [](YieldYard& yard) { yard.HandOver(); }, {}, false});
 }
 
 std::vector<Happening> MakeHappenings() {

@@ -30,6 +30,7 @@ struct Happening {
   std::function<void(YieldYard&)> Do;
   /// What the person says.
   std::map<QString, Answer> Says;
+  bool Closes = false;
 };
 const std::vector<Happening>& Happenings();
 

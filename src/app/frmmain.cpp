@@ -298,7 +298,11 @@ void FrmMain::changeEvent(QEvent* event) {
 }
 
 void FrmMain::FormatsChanged() {
-  for (DocumentWindow* document : workspace_->Documents()) document->FormatsChanged();
+  for (DocumentWindow* document : workspace_->Documents()) {
+    // A grid that is written anew takes the text out of an editor that is open in it.
+    document->CommitEditors();
+    document->FormatsChanged();
+  }
   const InstrumentState& state = link_->State;
   if (!state.InstrumentConnected || display_->FieldText(DataDisplay::Field::Trans).isEmpty()) return;
   link_->Live.ToolsBarWaveLength(state.CurrentWavelength);

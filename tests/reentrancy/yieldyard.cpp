@@ -134,15 +134,17 @@ void YieldYard::HandOver() {
 
 void YieldYard::AcceptDialog(const char* name) {
   auto* const hand = new QTimer(&Guard);
-  QObject::connect(hand, &QTimer::timeout, hand, [hand, name = QLatin1String(name)] {
-    auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-    if (!dialog || dialog->objectName() != name) return;
-    hand->stop();
-    hand->deleteLater();
-    dialog->accept();
-    // One that could not do what it was to do stays open.
-    if (dialog->isVisible()) dialog->reject();
-  });
+  QObject::connect(hand, &QTimer::timeout, hand,
+                   [hand, name = QLatin1String(name), pressed = false]() mutable {
+                     auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+                     if (dialog && dialog->objectName() == name) {
+                       // One that could not do what it was to do stays open.
+                       std::exchange(pressed, true) ? dialog->reject() : dialog->accept();
+                     } else if (pressed) {
+                       hand->stop();
+                       hand->deleteLater();
+                     }
+                   });
   hand->start(0);
 }
 

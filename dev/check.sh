@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # The rules of the code that a script can hold: format, floors, headers that stand alone, no string connects, names,
-# and clang-tidy. `dev/check.sh --fast` leaves the last one out. Needs a configured build/dev, and build/asan built for the
-# last one.
+# cppcheck and clang-tidy. `dev/check.sh --fast` leaves the last two out. Needs a configured build/dev, and build/asan built
+# for the last one.
 set -uo pipefail
 source "$(dirname "$0")/common.sh"
 
@@ -98,6 +98,16 @@ if [ -f build/dev/compile_commands.json ]; then
     'echo "#include \"${1#src/}\"" | g++ -std=c++20 -fPIC -fsyntax-only -x c++ -DSPECTRANE_VERSION="\"0\"" -DSPECTRANE_BRAND_NUMBER=9 '"$flags"' -Isrc - >/dev/null 2>&1 ||
        echo "Header does not stand alone: $1"' _ {})
   [ -z "$lone" ] || fail "$lone"
+fi
+
+# cppcheck, over every branch of the platform code alike. It keeps what it found outside the tree, a folder for each
+# checkout, and looks again only at sources that changed.
+if [ "${1:-}" != --fast ]; then
+  known=${XDG_CACHE_HOME:-${HOME:-/tmp}/.cache}/spectrane-cppcheck/$(pwd | sha256sum | cut -c1-16)
+  mkdir -p "$known"
+  cppcheck -q -j "$jobs" --std=c++20 --language=c++ --library=qt --enable=warning,style,performance,portability -Isrc \
+    --suppressions-list=dev/cppcheck.suppress --cppcheck-build-dir="$known" --error-exitcode=1 \
+    --template='{file}:{line}: {message} [{id}]' src fuzz/checks >&2 || fail "cppcheck found something"
 fi
 
 # clang-tidy, over the units that the build for sanitizers compiles.

@@ -78,26 +78,28 @@ inline void* WritableElement(const LayoutField& field, void* object, std::size_t
   return const_cast<void*>(field.Element(object, index));
 }
 
+/// An element as a T, const where `VoidT` is.
+template <typename T, typename VoidT>
+constexpr auto& ElementAs(VoidT* element) {
+  return *static_cast<std::conditional_t<std::is_const_v<VoidT>, const T, T>*>(element);
+}
+
 /// Calls `visit` with the element as what it is in the program; `VoidT` is void or const void.
 template <typename VoidT, typename Visit>
 constexpr decltype(auto) VisitElement(FieldType type, VoidT* element, Visit&& visit) {
-  using std::is_const_v;
-  const auto as = [element]<typename T>(T*) -> auto& {
-    return *static_cast<std::conditional_t<is_const_v<VoidT>, const T, T>*>(element);
-  };
   switch (type) {
     case FieldType::Long:
-      return visit(as(static_cast<std::int32_t*>(nullptr)));
+      return visit(ElementAs<std::int32_t>(element));
     case FieldType::Integer:
-      return visit(as(static_cast<std::int16_t*>(nullptr)));
+      return visit(ElementAs<std::int16_t>(element));
     case FieldType::Double:
-      return visit(as(static_cast<double*>(nullptr)));
+      return visit(ElementAs<double>(element));
     case FieldType::Boolean:
-      return visit(as(static_cast<bool*>(nullptr)));
+      return visit(ElementAs<bool>(element));
     case FieldType::Text:
       break;
   }
-  return visit(as(static_cast<std::string*>(nullptr)));
+  return visit(ElementAs<std::string>(element));
 }
 
 namespace layoutdetail {

@@ -26,7 +26,7 @@ namespace {
 class NamedExclusion : public Exclusion {
  public:
   explicit NamedExclusion(const std::string& name) : name_("Global\\" + name) {}
-  ~NamedExclusion() override { Release(); }
+  ~NamedExclusion() override { NamedExclusion::Release(); }
 
   bool Acquire() override {
     // Open to every user of the machine: all share the line.

@@ -47,7 +47,7 @@ QString SystemReason(const char* what) {
 PtyTransport::PtyTransport(QString link, QObject* parent) : Transport(parent), link_(std::move(link)) {}
 
 PtyTransport::~PtyTransport() {
-  HangUp();
+  PtyTransport::HangUp();
 }
 
 bool PtyTransport::Open(QString& reason) {

@@ -53,7 +53,8 @@ inline constexpr std::array kCompareViewRows = {
 };
 
 /// Name and colour of each row, a name and then its colour.
-inline constexpr auto kComparedFileRows = []<std::size_t... I>(std::index_sequence<I...>) {
+template <std::size_t... I>
+constexpr auto ComparedFileRows(std::index_sequence<I...>) {
   constexpr const char* kNameKeys[] = {"File name 0", "File name 1", "File name 2", "File name 3",
                                        "File name 4", "File name 5", "File name 6", "File name 7",
                                        "File name 8", "File name 9"};
@@ -67,7 +68,8 @@ inline constexpr auto kComparedFileRows = []<std::size_t... I>(std::index_sequen
                                [](CompareSettings& s) -> std::int32_t& { return s.CurveColor[I / 2]; }, 0,
                                kHighestColour})...};
 }
-(std::make_index_sequence<2 * kMostCompared>());
+
+inline constexpr auto kComparedFileRows = ComparedFileRows(std::make_index_sequence<2 * kMostCompared>());
 
 inline constexpr auto kCompareSettingRows = JoinedRows(kCompareViewRows, kComparedFileRows);
 

@@ -53,7 +53,7 @@ FrmTS::FrmTS(MainWindow& frame)
 }
 
 FrmTS::~FrmTS() {
-  if (test_.TestRunning) StopTest();
+  if (test_.TestRunning) FrmTS::StopTest();
   delete curveDataTabel_;
 }
 

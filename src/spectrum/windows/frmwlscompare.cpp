@@ -46,7 +46,7 @@ FrmWLSCompare::FrmWLSCompare(MainWindow& frame) : CurveWindow(frame), legend_(ne
   setWindowIcon(CommandIcon(kSpectrumCompare));
   SetCaption(Words(kCompareCaption));
   LoadSettings<CompareSettings>(frame.Settings(), kCompareSettingRows, settings_);
-  TakeHomeView();
+  FrmWLSCompare::TakeHomeView();
   PutBeside(legend_);
   connect(legend_, &CompareLegend::Ticked, this, [this](std::size_t row, bool shown) { Hide(row, !shown); });
   BuildTables();

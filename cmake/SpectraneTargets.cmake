@@ -34,6 +34,8 @@ if(SPECTRANE_SANITIZE)
     # The instrumented standard library looks uninitialised to the compiler.
     target_compile_options(spectrane_rules INTERFACE -Wno-maybe-uninitialized)
   endif()
+elseif(NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
+  include(Hardening)
 endif()
 
 # Where several sources are compiled as one, they are sources of one folder, twelve at most: two folders may give the same
@@ -66,6 +68,9 @@ function(spectrane_program name)
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE spectrane_rules ${ARG_USES})
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+  if(COMMAND spectrane_hardened_program)
+    spectrane_hardened_program(${name})
+  endif()
 endfunction()
 
 # Headers that most sources of a target with windows begin with.

@@ -1,0 +1,48 @@
+# Reads a linked program and fails unless all that Hardening.cmake asks for is in it:
+#   cmake -DPROGRAM=build/release/bin/spectrane [-DREADELF=readelf] [-DCOMPILER=GNU] [-DFLAGS=...] -P cmake/HardenedProgram.cmake
+if(NOT READELF)
+  set(READELF readelf)
+endif()
+
+set(missing "")
+macro(expect text pattern what)
+  if(NOT "${text}" MATCHES "${pattern}")
+    list(APPEND missing "${what}")
+  endif()
+endmacro()
+
+# A static program without dynamic symbols would fail here, as it should: nothing of this could be seen.
+execute_process(COMMAND ${READELF} -hldW --dyn-syms ${PROGRAM} OUTPUT_VARIABLE found ERROR_VARIABLE trouble RESULT_VARIABLE result)
+if(NOT result EQUAL 0)
+  message(FATAL_ERROR "${PROGRAM} cannot be read: ${trouble}")
+endif()
+expect("${found}" "Type: +DYN" "it is not position independent")
+expect("${found}" "FLAGS_1[^\n]*PIE" "it is not linked as position-independent program (-pie)")
+expect("${found}" "FLAGS_1[^\n]*NOW" "symbols are bound late (-z now)")
+expect("${found}" "GNU_RELRO" "tables of the loader stay writable (-z relro)")
+expect("${found}" "GNU_STACK [^\n]* RW " "the stack can be executed")
+expect("${found}" "__stack_chk_fail" "no stack protector")
+expect("${found}" "__[a-z]+_chk@GLIBC" "no fortified call")
+if(COMPILER STREQUAL "GNU")
+  expect("${found}" "__glibcxx_assert_fail" "the standard library is without assertions")
+
+  # One line for each set of switches that sources were compiled with: all of them hold every flag.
+  execute_process(COMMAND ${READELF} -p .GCC.command.line ${PROGRAM} OUTPUT_VARIABLE switches ERROR_QUIET)
+  string(REGEX MATCHALL "GNU C[^\n]*" units "${switches}")
+  expect("${units}" "GNU C" "the switches of its sources are not recorded")
+  foreach(unit IN LISTS units)
+    foreach(flag IN LISTS FLAGS ITEMS -fPIC)
+      string(FIND "${unit} " " ${flag} " at)
+      if(at EQUAL -1)
+        list(APPEND missing "sources are compiled without ${flag}")
+      endif()
+    endforeach()
+  endforeach()
+endif()
+
+if(missing)
+  list(REMOVE_DUPLICATES missing)
+  list(JOIN missing "\n  " missing)
+  message(FATAL_ERROR "${PROGRAM} is not hardened:\n  ${missing}")
+endif()
+message(STATUS "Hardened: ${PROGRAM}")

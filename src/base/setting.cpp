@@ -78,7 +78,6 @@ std::string ReadingOf(std::string_view stored) {
   std::string value = IsUtf8(stored) ? std::string(stored) : FromSingleByte(stored);
   CutText(value);
   TrimRight(value);
-  if (!value.empty() && value.back() == '\0') value.pop_back();
   return value;
 }
 

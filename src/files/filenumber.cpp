@@ -56,7 +56,8 @@ class OpenFile {
 
   const unsigned char* View(std::int64_t offset, std::size_t size) {
     if (file_ == nullptr || offset < 0 || size > kLargestPiece) return nullptr;
-    if (!Inside(offset, size) && !(LookAgain() && Inside(offset, size))) return nullptr;
+    if (!Inside(offset, size)) LookAgain();
+    if (!Inside(offset, size)) return nullptr;
     if (!InBlock(offset, size) && !Fill(offset, size)) return nullptr;
     return block_.get() + (offset - start_);
   }
@@ -96,10 +97,9 @@ class OpenFile {
   }
 
   /// The file may have grown since.
-  bool LookAgain() {
+  void LookAgain() {
     Flush();
     length_ = PlatformFileLength(file_);
-    return true;
   }
 
   /// What the block held is gone when it has to grow. Bytes that nobody filled are never looked at, so that

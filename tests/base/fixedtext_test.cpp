@@ -126,6 +126,14 @@ TEST(FixedText, TheWidthCountsBytesOfTheFieldNotOfTheText) {
   EXPECT_EQ(PadField("\u00B5\u20AC\u00E4", 2), "\xB5\x80");
 }
 
+TEST(FixedText, ALoneCharacterOfALongFieldIsFoundAtEveryPlace) {
+  for (std::size_t at = 0; at < 100; ++at) {
+    std::string field(100, ' ');
+    field[at] = 'x';
+    EXPECT_EQ(TrimField(field), std::string(at, ' ') + "x");
+  }
+}
+
 TEST(FixedText, OnlyBlanksAtTheRightAreTrimmed) {
   EXPECT_EQ(TrimField("  a b  "), "  a b");
   EXPECT_EQ(TrimField("a\t  "), "a\t");

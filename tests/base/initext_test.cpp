@@ -157,6 +157,15 @@ const WithRow kWithRows[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Rows, IniWithTest, testing::ValuesIn(kWithRows), NameOfRow<WithRow>);
 
+TEST(IniText, NamesAreTheSameInCapitalAndSmallLetters) {
+  for (char c = 'A'; c <= 'Z'; ++c) {
+    EXPECT_TRUE(SameName(std::string(1, c), std::string(1, static_cast<char>(c + 32)))) << c;
+  }
+  EXPECT_FALSE(SameName("@", "`"));
+  EXPECT_FALSE(SameName("[", "{"));
+  EXPECT_FALSE(SameName("A", "AA"));
+}
+
 // A second reader of the same form, written elsewhere, must find the same in files of ordinary shape.
 TEST(IniText, AnotherReaderFindsTheSame) {
   std::mt19937 random(42);

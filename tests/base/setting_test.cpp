@@ -109,6 +109,22 @@ TEST_F(SettingTest, AnUnchangedFileIsNotReadAgain) {
   EXPECT_EQ(settings_.GetSetting("A", "k"), "1") << "same size, time and file: nothing tells of the change";
 }
 
+TEST_F(SettingTest, AWriteKeepsWhatAnotherProgramPutThereUnderTheSameSizeAndTime) {
+  Put("[A]\nk=1\n");
+  const auto time = fs::last_write_time(Ini());
+  EXPECT_EQ(settings_.GetSetting("A", "k"), "1");
+  Put("[A]\nk=2\n");
+  fs::last_write_time(Ini(), time);
+  EXPECT_TRUE(settings_.PutSetting("A", "l", "3"));
+  EXPECT_EQ(Stored(), "[A]\nk=2\nl=3\n");
+}
+
+TEST_F(SettingTest, AChangeByAnotherProgramAfterAnOwnWriteIsSeen) {
+  EXPECT_TRUE(settings_.PutSetting("A", "k", "1"));
+  Put("[A]\nk=22\n");
+  EXPECT_EQ(settings_.GetSetting("A", "k"), "22");
+}
+
 struct ValueRow {
   const char* Name;
   std::string Put;
@@ -182,10 +198,14 @@ TEST_F(SettingTest, TextOfAnOlderFileIsReadAsSingleBytes) {
 
 TEST_F(SettingTest, MalformedUtf8IsReadAsSingleBytes) {
   const std::pair<std::string, std::string> rows[] = {
-      {"\xC0\x80", "\xC3\x80\xE2\x82\xAC"},                              // overlong
-      {"\xED\xA0\x80", "\xC3\xAD\xC2\xA0\xE2\x82\xAC"},                  // half of a pair
-      {"\xF4\x90\x80\x80", "\xC3\xB4\xC2\x90\xE2\x82\xAC\xE2\x82\xAC"},  // beyond the last character
-      {"\xE6\xAF", "\xC3\xA6\xC2\xAF"},                                  // cut
+      {"\xC0\x80", "\xC3\x80\xE2\x82\xAC"},                                  // overlong
+      {"\xED\xA0\x80", "\xC3\xAD\xC2\xA0\xE2\x82\xAC"},                      // half of a pair
+      {"\xF4\x90\x80\x80", "\xC3\xB4\xC2\x90\xE2\x82\xAC\xE2\x82\xAC"},      // beyond the last character
+      {"\xE6\xAF", "\xC3\xA6\xC2\xAF"},                                      // cut
+      {"\xE0\x9F\xBF", "\xC3\xA0\xC5\xB8\xC2\xBF"},                          // two bytes in three
+      {"\xF0\x8F\xBF\xBF", "\xC3\xB0\xC2\x8F\xC2\xBF\xC2\xBF"},              // three bytes in four
+      {"\xF5\x80\x80\x80", "\xC3\xB5\xE2\x82\xAC\xE2\x82\xAC\xE2\x82\xAC"},  // no such lead
+      {"\xE6\x41\xAF", "\xC3\xA6\x41\xC2\xAF"},                              // broken off inside
   };
   for (const auto& [stored, expected] : rows) {
     Put("[A]\nk=" + stored + "\n");
@@ -274,6 +294,24 @@ TEST_F(SettingTest, AMissingFolderKeepsValuesInMemory) {
   EXPECT_EQ(settings.Problem(), folder_.Path("none/config.ini") + ": No such file or directory");
 }
 
+TEST_F(SettingTest, AFolderOfANameThatNoSystemTakesKeepsValuesInMemory) {
+  const std::string folder = folder_.Path(std::string(300, 'n'));
+  Setting settings(folder);
+  EXPECT_EQ(settings.GetSetting("A", "k"), "");
+  EXPECT_EQ(settings.Problem(), folder + "/config.ini: File name too long");
+  EXPECT_FALSE(settings.PutSetting("A", "k", "2"));
+  EXPECT_EQ(settings.GetSetting("A", "k"), "2");
+}
+
+TEST_F(SettingTest, WhatTheFileCannotHoldAnyMoreStaysInMemory) {
+  Put("[A]\nk=1\n" + std::string((16U << 20) - 20, ';'));
+  EXPECT_FALSE(settings_.PutSetting("A", "long", std::string(40, 'x')));
+  EXPECT_EQ(settings_.Problem(), Ini() + ": File too large");
+  EXPECT_EQ(settings_.GetSetting("A", "long"), std::string(40, 'x'));
+  EXPECT_EQ(Setting(folder_.Path()).GetSetting("A", "long"), "");
+  EXPECT_EQ(fs::file_size(Ini()), (16U << 20) - 12);
+}
+
 TEST_F(SettingTest, AFileInThePlaceOfTheFolderKeepsValuesInMemory) {
   WriteBytes(folder_.Path("file"), "x");
   Setting settings(folder_.Path("file"));
@@ -288,6 +326,7 @@ TEST_F(SettingTest, ValuesInMemoryFollowTheLastPut) {
   settings.PutSetting("a", "K", "2");
   EXPECT_EQ(settings.GetSetting("A", "k"), "2");
   EXPECT_EQ(settings.GetSetting("a", "K"), "2");
+  EXPECT_EQ(settings.GetSetting("B", "k"), "") << "the key of another section";
 }
 
 TEST_F(SettingTest, ALinkIsFollowed) {

@@ -107,6 +107,13 @@ TEST_F(WindowSettingsTest, AnEmptyKeyGetsItsDefault) {
   EXPECT_EQ(settings_.GetSetting("Main Window", "Big Icon"), "False");
 }
 
+TEST_F(WindowSettingsTest, ABaselineThatIsChosenAlreadyIsTheDefault) {
+  window_.BaselinePath = "/measured/own.bsl";
+  EXPECT_TRUE(Load());
+  EXPECT_EQ(window_.BaselinePath, "/measured/own.bsl");
+  EXPECT_EQ(settings_.GetSetting("Base Line", "File Path"), "/measured/own.bsl");
+}
+
 TEST_F(WindowSettingsTest, OtherKeysOfTheFileStay) {
   Put("; mine\n[Time Scanning]\nPeak Height=0.001\n");
   EXPECT_TRUE(Load());
@@ -187,7 +194,7 @@ const BadRow kBadRows[] = {
     {"PortNegative", "Option", "Port ID", "-1"},
     {"PortName", "Option", "Port ID", "COM3"},
     {"FileTypeSeven", "New File", "File Type", "7"},
-    {"WindowStateSeven", "Main Window", "Windows States", "7"},
+    {"WindowStateThree", "Main Window", "Windows States", "3"},
     {"WindowHeightZero", "Main Window", "Windows Height", "0"},
     {"WindowHeightNegative", "Main Window", "Windows Height", "-5"},
     {"WindowHeightHuge", "Main Window", "Windows Height", "1000000"},

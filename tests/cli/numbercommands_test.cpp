@@ -109,14 +109,6 @@ TEST(BatchRefusal, StaysOneLineWithTheLastPartOfThePath) {
   EXPECT_STREQ(Refusal("/a/", "so").what(), "/a/: so");
 }
 
-TEST(BatchRefusal, SaysWhatIsDamaged) {
-  EXPECT_EQ(FaultWords({FileError::Damaged, 300, 0, 0, {}}), "damaged: ends too early, at byte 300");
-  EXPECT_EQ(FaultWords({FileError::Damaged, 768, 5, 1, {}}),
-            "damaged: has 1 of the 5 records that it states");
-  EXPECT_EQ(FaultWords({FileError::Damaged, 104, -1, 0, {}}),
-            "damaged: states a number of records that makes no sense");
-}
-
 TEST(JsonTextOf, ADoubleIsTheShortestDecimalThatReadsBack) {
   EXPECT_EQ(JsonText(Json(0.1)), "0.1");
   EXPECT_EQ(JsonText(Json(1.0)), "1.0");

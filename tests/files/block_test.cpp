@@ -132,6 +132,14 @@ TEST(Layout, TheShapeFollowsFromTheMember) {
   EXPECT_EQ(kSample[7].ElementWidth, 3u);
 }
 
+TEST(Layout, EachTypeHasItsWidthOnDisk) {
+  // Asked as the program goes, not of the compiler.
+  std::size_t widths = 0;
+  for (const LayoutField& field : kSample) widths += FixedWidth(field.Type) * field.Count;
+  EXPECT_EQ(widths, 4U + 2 + 8 + 2 + 0 + 2 * 4 + 6 * 8 + 0);
+  EXPECT_EQ(FixedWidth(FieldType::Text), 0U);
+}
+
 TEST(Layout, ATableWithAFaultDoesNotHold) {
   constexpr auto kNumber = Field<&Sample::Number>("Number", 0, 4);
   EXPECT_TRUE(LayoutHolds(std::array{kNumber}, 4));

@@ -65,6 +65,53 @@ TEST_F(FileNumber, ANumberWithoutAFileIsHarmless) {
   }
 }
 
+TEST_F(FileNumber, ANumberThatWasNeverGivenOutTakesNothing) {
+  for (const int number : {-1, 0, 99}) {
+    EXPECT_FALSE(CreateBinaryFile(folder_.Path("a"), number));
+    EXPECT_FALSE(OpenBinaryFile(folder_.Path("a"), number));
+    NoteFault(number, {FileError::Damaged, 7, 0, 0, {}});
+    NoteTextLost(number);
+    EXPECT_FALSE(FaultOf(number));
+    EXPECT_FALSE(TextLost(number));
+  }
+  EXPECT_FALSE(std::filesystem::exists(folder_.Path("a")));
+}
+
+TEST_F(FileNumber, ANumberInUseKeepsItsFile) {
+  WriteBytes(folder_.Path("b"), "other");
+  const NumberAtEnd file{Create("a")};
+  EXPECT_FALSE(CreateBinaryFile(folder_.Path("c"), file.Number));
+  EXPECT_FALSE(OpenBinaryFile(folder_.Path("b"), file.Number));
+  EXPECT_FALSE(FaultOf(file.Number));
+  EXPECT_TRUE(Put(file.Number, 0, "mine"));
+  EXPECT_EQ(Get(file.Number, 0, 4), "mine");
+  EXPECT_FALSE(std::filesystem::exists(folder_.Path("c")));
+}
+
+TEST_F(FileNumber, ANameThatNoFileCanHaveIsNotCreated) {
+  for (const std::string& path : {std::string(), folder_.Path("a") + std::string("\0b", 2)}) {
+    const int number = FreeFileNumber();
+    EXPECT_FALSE(CreateBinaryFile(path, number));
+    EXPECT_EQ(FaultOf(number).Error, FileError::Missing);
+    EXPECT_FALSE(IsOpenFileNumber(number));
+  }
+  EXPECT_FALSE(std::filesystem::exists(folder_.Path("a")));
+}
+
+TEST_F(FileNumber, AProgramThatRunsIsReadAlthoughNobodyMayWriteIt) {
+  const NumberAtEnd file{Open("/proc/self/exe")};
+  EXPECT_FALSE(FaultOf(file.Number));
+  EXPECT_EQ(Get(file.Number, 1, 3), "ELF");
+}
+
+TEST_F(FileNumber, APieceThatIsTooLargeIsAFaultAndWritesNothing) {
+  const int number = Create("a");
+  EXPECT_EQ(PlaceBytes(number, 0, kLargestPiece + 1), nullptr);
+  CloseFileNumber(number);
+  EXPECT_EQ(FaultOf(number).Error, FileError::InputOutput);
+  EXPECT_EQ(ReadBytes(folder_.Path("a")), "");
+}
+
 TEST_F(FileNumber, AReusedNumberHasNoOldFault) {
   const int number = Open(folder_.Path("none"));
   EXPECT_EQ(FaultOf(number).Error, FileError::Missing);
@@ -221,6 +268,15 @@ TEST_F(FileNumber, TheFirstFaultStays) {
   CloseFileNumber(number);
   EXPECT_EQ(FaultOf(number).Error, FileError::Damaged);
   EXPECT_EQ(FaultOf(number).Offset, 7);
+}
+
+TEST_F(FileNumber, AFileThatIsGivenUpTakesNothingMore) {
+  const int number = Create("a");
+  EXPECT_TRUE(Put(number, 0, "before"));
+  NoteFault(number, {FileError::Damaged, 7, 0, 0, {}});
+  EXPECT_TRUE(Put(number, 6, "behind"));
+  CloseFileNumber(number);
+  EXPECT_EQ(ReadBytes(folder_.Path("a")), "");
 }
 
 TEST_F(FileNumber, AFailedWriteShowsUnderTheNumber) {

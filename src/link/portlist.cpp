@@ -4,6 +4,7 @@
 
 #include <QSerialPortInfo>
 
+#include "link/portnames.h"
 #include "link/serialport.h"
 
 namespace spectrane {
@@ -15,20 +16,6 @@ constexpr char kSeparator = ';';
 constexpr char kSeparator = ':';
 #endif
 
-#ifndef _WIN32
-// "ttyS2" before "ttyS10": digits compare as numbers.
-bool NameBefore(const std::string& a, const std::string& b) {
-  const auto stem = [](const std::string& name) { return name.find_last_not_of("0123456789") + 1; };
-  const std::size_t endA = stem(a);
-  const std::size_t endB = stem(b);
-  const int names = a.compare(0, endA, b, 0, endB);
-  if (names != 0) return names < 0;
-  const std::size_t digitsA = a.size() - endA;
-  const std::size_t digitsB = b.size() - endB;
-  return digitsA != digitsB ? digitsA < digitsB : a < b;
-}
-#endif
-
 std::vector<std::string> MachinePaths() {
   std::vector<std::string> paths;
 #ifdef _WIN32
@@ -38,7 +25,7 @@ std::vector<std::string> MachinePaths() {
   for (const QSerialPortInfo& info : QSerialPortInfo::availablePorts()) {
     paths.push_back(info.systemLocation().toStdString());
   }
-  std::sort(paths.begin(), paths.end(), NameBefore);
+  std::sort(paths.begin(), paths.end(), PortNameBefore);
 #endif
   return paths;
 }

@@ -82,9 +82,13 @@ bool SerialPort::Open(const std::string& path) {
   }
   opening_ = true;  // errors raised inside open() are told by its result
   port_->setPortName(name);
-  const bool opened = port_->setBaudRate(QSerialPort::Baud115200) && port_->setDataBits(QSerialPort::Data8) &&
-                      port_->setParity(QSerialPort::NoParity) && port_->setStopBits(QSerialPort::OneStop) &&
-                      port_->setFlowControl(QSerialPort::NoFlowControl) && port_->open(QIODevice::ReadWrite);
+  // A closed port notes these down; open() fails when the device does not take one.
+  port_->setBaudRate(QSerialPort::Baud115200);
+  port_->setDataBits(QSerialPort::Data8);
+  port_->setParity(QSerialPort::NoParity);
+  port_->setStopBits(QSerialPort::OneStop);
+  port_->setFlowControl(QSerialPort::NoFlowControl);
+  const bool opened = port_->open(QIODevice::ReadWrite);
   opening_ = false;
   return opened || OpenFailed(path);
 }

@@ -187,6 +187,27 @@ TEST_F(FileReplacementTest, APipeIsRefusedAtOnce) {
 }
 
 // Root could really put a file in the place of the machine's own device, so it gets one to play with.
+TEST_F(FileReplacementTest, CommitOverAPipeIsRefusedAndTheTemporaryFileGoes) {
+  ASSERT_EQ(::mkfifo(Path("pipe").c_str(), 0600), 0);
+  FileReplacement replacement(Path("pipe"));
+  WriteBytes(replacement.TemporaryPath(), "new");
+  std::string reason;
+  EXPECT_FALSE(replacement.Commit(&reason));
+  EXPECT_EQ(reason, "not a regular file");
+  EXPECT_TRUE(fs::is_fifo(Path("pipe")));
+  EXPECT_EQ(FilesInFolder(), Names{"pipe"});
+}
+
+TEST_F(FileReplacementTest, WhatIsNotForEverybodyIsNeverOpenToAllOnItsWay) {
+  const std::pair<mode_t, bool> rows[] = {{0600, true}, {0640, true}, {0644, false}, {0664, false}};
+  for (const auto& [mode, ownerOnly] : rows) {
+    WriteBytes(Path("a"), "old");
+    ASSERT_EQ(::chmod(Path("a").c_str(), mode), 0);
+    EXPECT_EQ(FileReplacement(Path("a")).OwnerOnly(), ownerOnly) << std::oct << mode;
+  }
+  EXPECT_FALSE(FileReplacement(Path("none")).OwnerOnly());
+}
+
 TEST_F(FileReplacementTest, ADeviceIsRefused) {
   std::string device = "/dev/full";
   if (::geteuid() == 0) {

@@ -180,6 +180,26 @@ TEST_F(ConnectionTest, FailedRezeroLeavesTheTimerOff) {
   EXPECT_EQ(Link.State.FullEnergy, 0);
 }
 
+TEST_F(ConnectionTest, AReconnectionWithoutAReferenceKeepsTheGainThatIsKnown) {
+  ConnectNow();
+  EXPECT_EQ(Link.State.GainIndex, 3);
+  Link.Connect.ReleaseConnection();
+  Peer.NextText("rezero", "rezero\r\n50000\r\n>");
+  EXPECT_TRUE(Link.Connect.mmuOperationConnect());
+  EXPECT_EQ(Link.State.GainIndex, 3);
+}
+
+TEST_F(ConnectionTest, TheReportTellsOfTheLastAttemptAlone) {
+  ConnectNow();
+  EXPECT_TRUE(Link.Connect.Report().HasWavelength && Link.Connect.Report().HasReference);
+  Link.Connect.ReleaseConnection();
+  Peer.Next("company", {});
+  EXPECT_FALSE(Link.Connect.mmuOperationConnect());
+  EXPECT_FALSE(Link.Connect.Report().HasWavelength);
+  EXPECT_FALSE(Link.Connect.Report().HasDark);
+  EXPECT_FALSE(Link.Connect.Report().HasReference);
+}
+
 TEST_F(ConnectionTest, IncompleteDarkTableIsSaidInTheStatusBar) {
   Peer.NextText("getdark", "getdark\r\n11\r\n12\r\n13\r\n>");
   EXPECT_TRUE(Link.Connect.mmuOperationConnect());
@@ -336,18 +356,23 @@ TEST_F(ConnectionTest, EveryFaultInEveryQueryEndsAsDefined) {
   }
 }
 
-TEST(DescribeAttempts, TellsFourCausesApart) {
+TEST(DescribeAttempts, TellsTheCausesApart) {
   const std::vector<PortAttempt> attempts = {
       {1, PortFault::Missing, ""},
       {2, PortFault::NoRights, "/dev/ttyS0: no right; its group is \"dialout\""},
       {3, PortFault::InUse, "/dev/ttyS1: locked"},
       {4, PortFault::None, ""},
-      {5, PortFault::Missing, ""}};
+      {5, PortFault::Missing, ""},
+      {6, PortFault::Missing, "memory6: gone"},
+      {7, PortFault::Other, "memory7: no line"}};
   EXPECT_EQ(DescribeAttempts(attempts),
             "port 2: no rights (/dev/ttyS0: no right; its group is \"dialout\")\n"
             "port 3: in use (/dev/ttyS1: locked)\n"
             "port 4: no answer of an instrument\n"
+            "port 6: no such port (memory6: gone)\n"
+            "port 7: cannot be opened (memory7: no line)\n"
             "no such port: 1, 5");
+  EXPECT_EQ(DescribeAttempts({{4, PortFault::None, ""}}), "port 4: no answer of an instrument");
   EXPECT_EQ(DescribeAttempts({}), "No port was tried: the stored port number is not one of 1 to 8.");
 }
 

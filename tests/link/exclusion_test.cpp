@@ -50,6 +50,14 @@ void Kill(pid_t child) {
   waitpid(child, nullptr, 0);
 }
 
+TEST(Exclusion, ANameThatNoFolderTakesCannotBeHadAndSaysWhy) {
+  const auto turn = MakeNamedExclusion("no such folder/" + OwnName("nowhere"));
+  EXPECT_FALSE(turn->Acquire());
+  EXPECT_EQ(turn->Reason(), "/tmp/no such folder/" + OwnName("nowhere") + ": No such file or directory");
+  turn->Release();
+  EXPECT_FALSE(turn->Acquire());
+}
+
 TEST(Exclusion, CanBeTakenAgainAfterRelease) {
   const Tidy tidy{OwnName("again")};
   const auto turn = MakeNamedExclusion(tidy.Name);

@@ -430,6 +430,8 @@ TEST_F(SearchTest, DevicesThatAnswerOtherwiseArePassedOver) {
 }
 
 TEST_F(SearchTest, FixedPortOutsideOneToEightTouchesNoPort) {
+  ScriptedPeer instrument;
+  Ports.Put(9, instrument);
   Link.State.PortSearchMode = 1;
   EXPECT_FALSE(I().FindInstrument()) << "no such key";
   for (const char* stored : {"9", "0", "-1", "COM3", "1e9", "99999999999"}) {

@@ -53,6 +53,20 @@ TEST_F(LiveReadingTest, TickInsideOtherTrafficIsSkipped) {
   EXPECT_TRUE(Link.State.InstrumentBusy) << "the other routine's flag stays";
 }
 
+TEST_F(LiveReadingTest, WithoutAnInstrumentNothingIsReadAndNothingZeroed) {
+  Link.State.InstrumentConnected = false;
+  Tick(5);
+  EXPECT_FALSE(Link.Live.mmuToolsbarReZero());
+  EXPECT_TRUE(Peer.Commands.empty());
+}
+
+TEST_F(LiveReadingTest, AToolbarRezeroInsideARunDoesNothing) {
+  const InstrumentRun run(Link.State);
+  ASSERT_TRUE(run.Owns());
+  EXPECT_FALSE(Link.Live.mmuToolsbarReZero());
+  EXPECT_TRUE(Peer.Commands.empty());
+}
+
 // 20 readings of 25000: %T = (25000 - 103) / (50000 - 103) * 100 = 49.8967..., Abs = 0.30192...
 TEST_F(LiveReadingTest, TwentyEqualReadingsGiveThatReading) {
   Tick(20);
@@ -167,6 +181,29 @@ class CountingTarget : public RezeroTarget {
   void mmuOperationRezero() override { ++Calls; }
   int Calls = 0;
 };
+
+TEST_F(LiveReadingTest, ABlankAsDarkAsTheDarkGivesNoLight) {
+  Link.State.DarkEnergy = 103;
+  const std::pair<std::int32_t, const char*> rows[] = {
+      {102, "The blank gives no light."}, {103, "The blank gives no light."}, {104, ""}};
+  for (const auto& [blank, remark] : rows) {
+    Link.State.FullEnergy = blank;
+    Link.Live.ShowReference();
+    EXPECT_EQ(Display.Remark, remark) << blank;
+  }
+}
+
+TEST_F(LiveReadingTest, EveryGainOfTheTableHasItsDarkEnergy) {
+  for (std::int32_t gain = 0; gain < kGainTableSize; ++gain) {
+    Link.State.DarkEnergies[static_cast<std::size_t>(gain)] = 500 + gain;
+    Link.Live.TakeDarkEnergyOf(gain);
+    EXPECT_EQ(Link.State.DarkEnergy, 500 + gain);
+  }
+  for (const std::int32_t gain : {-1, kGainTableSize, kUnknownGain}) {
+    Link.Live.TakeDarkEnergyOf(gain);
+    EXPECT_EQ(Link.State.DarkEnergy, 500 + kGainTableSize - 1) << gain;
+  }
+}
 
 TEST_F(LiveReadingTest, UserRezeroGoesToTheActiveWindow) {
   CountingTarget window;

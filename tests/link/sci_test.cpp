@@ -1,6 +1,8 @@
 #include "link/sci.h"
 
+#include <functional>
 #include <limits>
+#include <utility>
 
 #include "link/linkfixture.h"
 
@@ -277,6 +279,102 @@ TEST_F(SCITest, OpenAndCloseTellWhatTheyDid) {
   EXPECT_TRUE(Link.Transport.OpenPort(number));
   EXPECT_TRUE(Link.Transport.ClosePort());
   EXPECT_FALSE(Link.Transport.ClosePort());
+}
+
+TEST_F(SCITest, ALineThatGoesWhileItsRestIsWaitedForEndsAtOnce) {
+  OpenLine();
+  Peer.Next("getwl", {{10, "getwl"}, {3040, "", true}});
+  EXPECT_FALSE(Exchange("getwl", 3));
+  EXPECT_EQ(Link.Transport.LastEnd(), ExchangeEnd::TimedOut);
+  EXPECT_FALSE(Exchange("getwl", 3));
+  EXPECT_EQ(Link.Transport.LastEnd(), ExchangeEnd::HungUp);
+  EXPECT_LT(Took, 100);
+}
+
+/// A message loop in which something happens once, when it is let run behind an exchange.
+class LoopWithAnEvent : public MessageLoop {
+ public:
+  std::function<void()> Event;
+  void RunOnce() override {
+    if (++runs_ == 2 && Event) Event();
+  }
+  void RunUntil(const Clock&, std::int64_t) override {}
+
+ private:
+  int runs_ = 0;
+};
+
+TEST_F(SCITest, TheEndOfAnExchangeIsItsOwnWhateverTheLoopExchanges) {
+  LoopWithAnEvent loop;
+  SCI sci(Ports, Time, loop, Turn);
+  int number = 1;
+  ASSERT_TRUE(sci.OpenPort(number));
+  Peer.Next("silent", {});
+  ExchangeEnd inner = ExchangeEnd::Passed;
+  loop.Event = [&] {
+    std::string other;
+    EXPECT_FALSE(sci.Exchange("silent", other, 1));
+    inner = sci.LastEnd();
+  };
+  std::string reply;
+  EXPECT_TRUE(sci.Exchange("getwl", reply, 3));
+  EXPECT_EQ(inner, ExchangeEnd::TimedOut);
+  EXPECT_EQ(sci.LastEnd(), ExchangeEnd::Passed);
+  EXPECT_EQ(reply, "getwl\r\n546.0\r\n>");
+}
+
+/// Opens, and takes no byte; the line may go away at that.
+class StuckPort : public Port {
+ public:
+  explicit StuckPort(bool goesAway) : goesAway_(goesAway) {}
+  bool Open(const std::string&) override { return open_ = true; }
+  bool Close() override { return std::exchange(open_, false); }
+  bool IsOpen() const override { return open_; }
+  void DiscardInput() override {}
+  bool Write(std::string_view, int) override {
+    if (goesAway_) open_ = false;
+    return false;
+  }
+  std::string Read(int) override { return {}; }
+
+ private:
+  bool goesAway_;
+  bool open_ = false;
+};
+
+class StuckPorts : public PortList {
+ public:
+  bool GoesAway = false;
+  std::string Path(int) const override { return "stuck"; }
+  std::unique_ptr<Port> MakePort(int) override { return std::make_unique<StuckPort>(GoesAway); }
+};
+
+TEST_F(SCITest, ACommandThatCannotBeSentTellsWhetherTheLineIsStillThere) {
+  StuckPorts ports;
+  SCI sci(ports, Time, Loop, Turn);
+  const std::pair<bool, ExchangeEnd> rows[] = {{false, ExchangeEnd::WriteFailed},
+                                               {true, ExchangeEnd::HungUp}};
+  for (const auto& [goesAway, end] : rows) {
+    ports.GoesAway = goesAway;
+    int number = 1;
+    ASSERT_TRUE(sci.OpenPort(number));
+    std::string reply = "old";
+    EXPECT_FALSE(sci.Exchange("getwl", reply, 3));
+    EXPECT_EQ(sci.LastEnd(), end);
+    EXPECT_EQ(reply, "");
+    EXPECT_EQ(sci.IsPortOpen(), !goesAway);
+  }
+}
+
+TEST(DescribeEnd, OfEachEnd) {
+  EXPECT_EQ(DescribeEnd(ExchangeEnd::Passed), "");
+  EXPECT_EQ(DescribeEnd(ExchangeEnd::PortClosed), "the port is not open");
+  EXPECT_EQ(DescribeEnd(ExchangeEnd::WriteFailed), "the command could not be sent");
+  EXPECT_EQ(DescribeEnd(ExchangeEnd::HungUp), "the line went away");
+  EXPECT_EQ(DescribeEnd(ExchangeEnd::TimedOut), "no whole answer came in time");
+  EXPECT_EQ(DescribeEnd(ExchangeEnd::WrongEcho), "the answer does not begin with the command");
+  EXPECT_EQ(DescribeEnd(ExchangeEnd::NoExclusion),
+            "the lock that keeps programs apart on the line cannot be had");
 }
 
 TEST_F(SCITest, OpenTellsItsCauses) {

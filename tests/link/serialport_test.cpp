@@ -15,6 +15,7 @@
 #include "link/exclusion.h"
 #include "link/messageloop.h"
 #include "link/portlist.h"
+#include "link/portnames.h"
 #include "link/ptyline.h"
 #include "link/sci.h"
 
@@ -163,6 +164,34 @@ TEST_F(SerialLine, OutputThatStuckIsNotSentLater) {
   close(master);
 }
 
+TEST_F(SerialLine, WhatNobodyAskedForIsThrownAwayWhileTheLoopRuns) {
+  PtyLine line;
+  SerialPort port;
+  ASSERT_TRUE(port.Open(line.Path));
+  line.Send("nobody asked");
+  QElapsedTimer clock;
+  clock.start();
+  while (clock.elapsed() < 200) QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+  EXPECT_EQ(port.Read(50), "");
+  line.Send("answer");
+  std::string reply;
+  for (int i = 0; i < 20 && reply.size() < 6; ++i) reply += port.Read(100);
+  EXPECT_EQ(reply, "answer");
+}
+
+TEST(SerialPortOpen, APortThatIsNotOpenDoesNothing) {
+  SerialPort port;
+  port.DiscardInput();
+  EXPECT_FALSE(port.Write("getwl\r", 100));
+  EXPECT_EQ(port.Read(100), "");
+  EXPECT_FALSE(port.Close());
+  PtyLine line;
+  ASSERT_TRUE(port.Open(line.Path));
+  EXPECT_TRUE(port.Close());
+  EXPECT_FALSE(port.Close());
+  EXPECT_FALSE(port.Write("getwl\r", 100));
+}
+
 TEST(SerialPortOpen, MissingDevice) {
   SerialPort port;
   EXPECT_FALSE(port.Open("/dev/no-such-device"));
@@ -227,6 +256,25 @@ TEST(PortPaths, EntriesOfTheList) {
   EXPECT_EQ(SplitPortPaths(":", ':'), (Paths{"", ""}));
   EXPECT_EQ(SplitPortPaths("/dev/a", ':'), Paths{"/dev/a"});
   EXPECT_EQ(SplitPortPaths("/dev/a::/dev/c", ':'), (Paths{"/dev/a", "", "/dev/c"}));
+}
+
+TEST(PortPaths, TheNumberAtTheEndOfANameOrdersThem) {
+  const std::vector<std::string> ordered = {"/dev/ttyS0",   "/dev/ttyS2",   "/dev/ttyS9", "/dev/ttyS10",
+                                            "/dev/ttyS11",  "/dev/ttyS100", "/dev/ttyU",  "/dev/ttyUSB0",
+                                            "/dev/ttyUSB3", "/dev/ttyUSB20"};
+  for (std::size_t a = 0; a < ordered.size(); ++a) {
+    for (std::size_t b = 0; b < ordered.size(); ++b) {
+      EXPECT_EQ(PortNameBefore(ordered[a], ordered[b]), a < b) << ordered[a] << " and " << ordered[b];
+    }
+  }
+}
+
+TEST(PortPaths, WithoutTheEnvironmentTheyAreTheMachines) {
+  qunsetenv("SPECTRANE_PORTS");
+  const SerialPortList ports;
+  int number = 1;
+  for (; !ports.Path(number).empty(); ++number) EXPECT_TRUE(ports.Path(number).starts_with("/dev/"));
+  EXPECT_EQ(ports.Path(number + 1), "") << "nothing behind the last one";
 }
 
 TEST(PortPaths, NumbersComeFromTheEnvironment) {

@@ -87,9 +87,6 @@ class FrmMain : public QMainWindow, public MainWindow, public MainDisplay {
   void Lock(bool locked) override;
   void UpdateCommands() override;
 
-  /// A fault has ended what a command or an event had begun: says so, and leaves nothing of it behind.
-  void TellFault(const std::exception& fault);
-
   // Commands. Those that talk to the instrument or ask something yield.
   void RunCommand(int command);
   void mmuFileNew();

@@ -9,6 +9,7 @@
 #else
 #include <QSerialPortInfo>
 
+#include "link/portnames.h"
 #include "link/serialport.h"
 #endif
 

@@ -199,9 +199,10 @@ TEST_F(FileReplacementTest, CommitOverAPipeIsRefusedAndTheTemporaryFileGoes) {
 }
 
 TEST_F(FileReplacementTest, WhatIsNotForEverybodyIsNeverOpenToAllOnItsWay) {
-  for (const auto& [mode, ownerOnly] : {std::pair{0600, true}, {0640, true}, {0644, false}, {0664, false}}) {
+  const std::pair<mode_t, bool> rows[] = {{0600, true}, {0640, true}, {0644, false}, {0664, false}};
+  for (const auto& [mode, ownerOnly] : rows) {
     WriteBytes(Path("a"), "old");
-    ASSERT_EQ(::chmod(Path("a").c_str(), static_cast<mode_t>(mode)), 0);
+    ASSERT_EQ(::chmod(Path("a").c_str(), mode), 0);
     EXPECT_EQ(FileReplacement(Path("a")).OwnerOnly(), ownerOnly) << std::oct << mode;
   }
   EXPECT_FALSE(FileReplacement(Path("none")).OwnerOnly());

@@ -184,8 +184,9 @@ class CountingTarget : public RezeroTarget {
 
 TEST_F(LiveReadingTest, ABlankAsDarkAsTheDarkGivesNoLight) {
   Link.State.DarkEnergy = 103;
-  for (const auto& [blank, remark] :
-       {std::pair{102, "The blank gives no light."}, {103, "The blank gives no light."}, {104, ""}}) {
+  const std::pair<std::int32_t, const char*> rows[] = {
+      {102, "The blank gives no light."}, {103, "The blank gives no light."}, {104, ""}};
+  for (const auto& [blank, remark] : rows) {
     Link.State.FullEnergy = blank;
     Link.Live.ShowReference();
     EXPECT_EQ(Display.Remark, remark) << blank;

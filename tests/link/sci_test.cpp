@@ -352,8 +352,9 @@ class StuckPorts : public PortList {
 TEST_F(SCITest, ACommandThatCannotBeSentTellsWhetherTheLineIsStillThere) {
   StuckPorts ports;
   SCI sci(ports, Time, Loop, Turn);
-  for (const auto& [goesAway, end] :
-       {std::pair{false, ExchangeEnd::WriteFailed}, std::pair{true, ExchangeEnd::HungUp}}) {
+  const std::pair<bool, ExchangeEnd> rows[] = {{false, ExchangeEnd::WriteFailed},
+                                               {true, ExchangeEnd::HungUp}};
+  for (const auto& [goesAway, end] : rows) {
     ports.GoesAway = goesAway;
     int number = 1;
     ASSERT_TRUE(sci.OpenPort(number));

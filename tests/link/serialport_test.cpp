@@ -15,6 +15,7 @@
 #include "link/exclusion.h"
 #include "link/messageloop.h"
 #include "link/portlist.h"
+#include "link/portnames.h"
 #include "link/ptyline.h"
 #include "link/sci.h"
 

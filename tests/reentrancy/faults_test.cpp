@@ -1,5 +1,6 @@
 // Faults that are thrown: the line to the instrument throws at one request after another.
 
+#include <functional>
 #include <stdexcept>
 
 #include "app/documentkinds.h"
@@ -13,12 +14,16 @@ namespace {
 class ThrownFaults : public QuickRuns {
  protected:
   ThrownFaults() {
-    static_cast<GuardedApplication*>(qApp)->OnFault = [this](const std::exception& fault) {
+    Border().swap(before_);
+    Border() = [this](const std::exception& fault) {
       ++atTheBorder_;
       Main().CommandEndedEarly(fault);
     };
   }
-  ~ThrownFaults() override { static_cast<GuardedApplication*>(qApp)->OnFault = {}; }
+  ~ThrownFaults() override { Border() = before_; }
+  static std::function<void(const std::exception&)>& Border() {
+    return static_cast<GuardedApplication*>(qApp)->OnFault;
+  }
 
   /// The answer to that request [from 1] throws.
   void ThrowAt(std::size_t request) {
@@ -35,6 +40,7 @@ class ThrownFaults : public QuickRuns {
   }
 
   int atTheBorder_ = 0;
+  std::function<void(const std::exception&)> before_;
 };
 
 TEST_F(ThrownFaults, W09_AFaultInAnyExchangeEndsThereAndTheNextRunIsWhole) {

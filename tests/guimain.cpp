@@ -1,10 +1,10 @@
 #include <gmock/gmock.h>
 
-#include <QApplication>
 #include <QDir>
 
 #include <clocale>
 
+#include "app/ground/guardedapplication.h"
 #include "app/ground/languagefont.h"
 
 namespace {
@@ -35,7 +35,8 @@ int main(int argc, char** argv) {
   }
   QDir().mkpath(QString::fromLocal8Bit(home));
   standardHandler = qInstallMessageHandler(LeaveOutRemarks);
-  QApplication application(argc, argv);
+  spectrane::GuardedApplication application(argc, argv);
+  application.OnFault = [](const std::exception& fault) { ADD_FAILURE() << "not caught: " << fault.what(); };
   std::setlocale(LC_ALL, "C");
   spectrane::SelectLanguage();
   return RUN_ALL_TESTS();

@@ -43,6 +43,13 @@ FrmAbout::FrmAbout(MainWindow& frame, const Brand& brand)
   company_ = MakeLabel("LabelCompany", this);
   edition_ = MakeLabel("LabelEdition", this);
   toolkit_ = MakeLabel("LabelToolkit", this);
+  folder_ = MakeLabel("LabelFolder", this);
+  const QString settings = QStringLiteral("Settings: ") + QString::fromStdString(frame.Settings().Path());
+  folder_->setText(folder_->fontMetrics().elidedText(settings, Qt::ElideMiddle, kPictureRoom.width()));
+  folder_->setToolTip(settings);
+  folder_->setAccessibleName(settings);
+  folder_->setTextFormat(Qt::PlainText);
+  folder_->setForegroundRole(QPalette::PlaceholderText);
   QFont large = title_->font();
   large.setPointSizeF(large.pointSizeF() * kAboutTitleScale);
   large.setBold(true);
@@ -70,6 +77,7 @@ FrmAbout::FrmAbout(MainWindow& frame, const Brand& brand)
   text->addLayout(MakeContacts());
   text->addSpacing(fontMetrics().lineSpacing() / 2);
   text->addWidget(toolkit_);
+  text->addWidget(folder_);
   auto* const all = new QVBoxLayout(this);
   all->addWidget(logo_, 0, Qt::AlignHCenter);
   all->addLayout(text);

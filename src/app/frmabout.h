@@ -36,6 +36,7 @@ class FrmAbout : public QDialog {
   QLabel* company_;
   QLabel* edition_;
   QLabel* toolkit_;
+  QLabel* folder_;
 };
 
 }  // namespace spectrane

@@ -123,6 +123,8 @@ class FrmMain : public QMainWindow, public MainWindow, public MainDisplay {
   void Arrange(int windowCommand);
   void ShowOption();
   void ShowAbout();
+  /// A fault ended a command, or what a click in a dialog began: the window stays usable and says so.
+  void CommandEndedEarly(const std::exception& fault);
 
   QTimer& SampleTimer() { return sampleTimer_; }
 

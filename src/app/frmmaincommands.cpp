@@ -93,6 +93,9 @@ void FrmMain::UpdateCommands() {
 
 QString FrmMain::IdleHint() const {
   if (runs_ > 0) return tr("Measuring ...");
+  if (const std::string& problem = parts_.Settings.Problem(); !problem.empty()) {
+    return tr("Settings hold until the end of this run only (%1).").arg(QString::fromStdString(problem));
+  }
   if (!link_->State.InstrumentConnected)
     return tr("Next: Operate, Connect (F9). Saved files open without an instrument.");
   if (!ActiveForm()) return tr("Next: File, New File guide (Ctrl+N).");
@@ -127,10 +130,17 @@ void FrmMain::Guarded(const std::function<void()>& work) {
   try {
     work();
   } catch (const std::exception& fault) {
+    CommandEndedEarly(fault);
+  }
+}
+
+void FrmMain::CommandEndedEarly(const std::exception& fault) {
+  // What goes on around it keeps the instrument and the lock.
+  if (!link_->State.RunUnderWay && !ticking_) {
     Lock(false);
     link_->State.InstrumentBusy = false;
-    SetRemark("The command ended early: " + std::string(fault.what()));
   }
+  SetRemark("The command ended early: " + std::string(fault.what()));
 }
 
 void FrmMain::OnSampleTimer() {

@@ -153,11 +153,20 @@ bool FrmMain::OpenDataFile(const QString& path, bool chosen) {
     return false;
   }
   DocumentWindow* document = ShowNew(*kind, QFileInfo(path).fileName());
-  const bool whole = document->mmuOpenFile(path);
-  if (document->OpenFileName().isEmpty()) {
-    // Nothing could be read: an empty window under the file's name would only mislead.
+  // An empty window under the file's name would only mislead.
+  const auto close = [document] {
     document->AllowClose();
     if (document->parentWidget()) document->parentWidget()->close();
+  };
+  bool whole = false;
+  try {
+    whole = document->mmuOpenFile(path);
+  } catch (...) {
+    close();
+    throw;
+  }
+  if (document->OpenFileName().isEmpty()) {
+    close();
     return false;
   }
   window_.OpenFilePath = path.toStdString();

@@ -13,6 +13,7 @@
 #include "app/desktop/keepawake.h"
 #include "app/frmmain.h"
 #include "app/ground/commandicon.h"
+#include "app/ground/guardedapplication.h"
 #include "app/ground/languagefont.h"
 #include "base/applicationfolder.h"
 #include "base/version.h"
@@ -34,7 +35,7 @@ void RegisterOwnFileTypes() {
   RegisterFileTypes(QCoreApplication::applicationFilePath(), icons);
 }
 
-int Run(QApplication& application) {
+int Run(GuardedApplication& application) {
   RegisterOwnFileTypes();
   SelectLanguage();
   QApplication::setFont(LanguageFont());
@@ -46,6 +47,7 @@ int Run(QApplication& application) {
   Setting settings(folder);
   FrmMain frame({ports, time, loop, *turn, settings, folder, nullptr,
                  FileOfCommandLine(QCoreApplication::arguments())});
+  application.OnFault = [&frame](const std::exception& fault) { frame.CommandEndedEarly(fault); };
   HandoverServer server;
   QObject::connect(&server, &HandoverServer::PathReceived, &frame, [&frame](const QString& path) {
     frame.ComeForward();
@@ -57,7 +59,9 @@ int Run(QApplication& application) {
     awake.Start();
   });
   frame.ShowStored();
-  return application.exec();
+  const int status = application.exec();
+  application.OnFault = nullptr;
+  return status;
 }
 
 }  // namespace
@@ -77,7 +81,7 @@ int Main(int argc, char** argv) {
   QCoreApplication::setApplicationName(QStringLiteral("spectrane"));
   QCoreApplication::setApplicationVersion(QString::fromStdString(VersionText()));
   QGuiApplication::setDesktopFileName(QString::fromLatin1(kDesktopId));
-  QApplication application(argc, argv);
+  GuardedApplication application(argc, argv);
   // The toolkit takes the locale of the environment; numbers are read and written in one way only.
   std::setlocale(LC_ALL, "C");
   QLocale::setDefault(QLocale::c());

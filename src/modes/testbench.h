@@ -18,4 +18,26 @@ struct TestBench {
   const DisplayFormats& Formats;
 };
 
+/// A test that measures: `running` is set and the live reading stands. However the test ends, an exception
+/// included, the live reading goes on and the instrument is free.
+class RunningTest {
+ public:
+  RunningTest(const TestBench& bench, bool& running) : bench_(bench), running_(running) {
+    running_ = true;
+    bench_.Live.SampleTimerStop();
+    bench_.State.InstrumentBusy = true;
+  }
+  ~RunningTest() {
+    running_ = false;
+    bench_.State.InstrumentBusy = false;
+    bench_.Live.SampleTimerStart();
+  }
+  RunningTest(const RunningTest&) = delete;
+  RunningTest& operator=(const RunningTest&) = delete;
+
+ private:
+  const TestBench& bench_;
+  bool& running_;
+};
+
 }  // namespace spectrane

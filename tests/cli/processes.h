@@ -121,14 +121,15 @@ class SimulatorProcess : public ::testing::Test {
     return requests;
   }
 
-  /// SPECTRANE_PORTS of the batch command.
-  std::string Ports = ":";
-
- private:
+  qint64 SimulatorNumber() const { return simulator_.processId(); }
   static QString Program(const char* name) {
     return QStringLiteral(SPECTRANE_BIN "/") + QString::fromUtf8(name);
   }
 
+  /// SPECTRANE_PORTS of the batch command.
+  std::string Ports = ":";
+
+ private:
   QTemporaryDir folder_;
   QProcess simulator_;
 };

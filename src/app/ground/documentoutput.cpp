@@ -1,8 +1,10 @@
 // Exports and reports of all document windows.
 
 #include <QBuffer>
+#include <QClipboard>
 #include <QDir>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QPointer>
 
 #include "app/ground/documentwindow.h"
@@ -19,6 +21,7 @@ constexpr int kPictureFilter = 934;
 constexpr int kWorkbookFilter = 935;
 constexpr int kOutputError = 1213;
 constexpr const char* kSimulatedMark = "Simulated instrument";
+constexpr const char* kNoPicture = "There is no picture: the curve has no room in its window.";
 
 std::string PictureBytes(const QImage& picture, const char* format) {
   QBuffer buffer;
@@ -113,8 +116,21 @@ void DocumentWindow::mmuFileOutputXLS() {
   });
 }
 
+void DocumentWindow::CopyToClipboard(const QImage& picture) {
+  // A picture that is none would empty the clipboard.
+  if (picture.isNull()) {
+    frame_.Display().SetRemark(kNoPicture);
+  } else {
+    QGuiApplication::clipboard()->setImage(picture);
+  }
+}
+
 void DocumentWindow::OutputPicture(const QImage& picture) {
-  if (RunsNow() || picture.isNull()) return;
+  if (RunsNow()) return;
+  if (picture.isNull()) {
+    frame_.Display().SetRemark(kNoPicture);
+    return;
+  }
   const QString path = AskOutputPath(kPictureFilter, ".bmp");
   if (path.isEmpty()) return;
   WriteOutput(path, [&picture](const WorkProgress&) {

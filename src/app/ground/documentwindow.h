@@ -148,8 +148,10 @@ class DocumentWindow : public QWidget, public RezeroTarget {
   virtual QImage MakePicture() { return {}; }
   /// Above every report and export of this window, as of now.
   DocumentHead OutputHead() const;
-  /// Saves the picture into a file that the person names. Yields.
+  /// Saves the picture into a file that the person names; says so when there is none. Yields.
   void OutputPicture(const QImage& picture);
+  /// Leaves the clipboard alone, and says so, when there is no picture.
+  void CopyToClipboard(const QImage& picture);
   /// Asks whether row `number` (from 1) of `count` is to go; says that there is none otherwise. Yields.
   bool AskToRemoveRecord(int number, int count);
   /// To be called after every change of the document.

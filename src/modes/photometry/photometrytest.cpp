@@ -92,18 +92,12 @@ bool PhotometryTest::mmuStartTest() {
     bench_.Boxes.Show(kBlankWanted);
     return false;
   }
-  TestRunning = true;
-  bench_.Live.SampleTimerStop();
-  const bool done = MeasureAll();
-  TestRunning = false;
-  bench_.State.InstrumentBusy = false;
-  bench_.Live.SampleTimerStart();
-  return done;
+  const RunningTest test(bench_, TestRunning);
+  return MeasureAll();
 }
 
 bool PhotometryTest::MeasureAll() {
   InstrumentState& state = bench_.State;
-  state.InstrumentBusy = true;
   double wavelength = kUnknownWavelength;
   if (!bench_.Instrument.GetWavelength(wavelength)) return LinkFailed();
   if (Stopped()) return false;

@@ -121,14 +121,8 @@ bool QuantitationTest::mmuStartTest() {
     bench_.Boxes.ShowError(kCurveError);
     return false;
   }
-  TestRunning = true;
-  bench_.Live.SampleTimerStop();
-  bench_.State.InstrumentBusy = true;
-  const bool done = AskWavelength() ? MeasureAll() : Failed();
-  TestRunning = false;
-  bench_.State.InstrumentBusy = false;
-  bench_.Live.SampleTimerStart();
-  return done;
+  const RunningTest test(bench_, TestRunning);
+  return AskWavelength() ? MeasureAll() : Failed();
 }
 
 bool QuantitationTest::MeasureAll() {
@@ -177,14 +171,8 @@ bool QuantitationTest::MeasureStandard(std::int32_t row) {
   }
   const InstrumentRun run(bench_.State);
   if (!run.Owns()) return false;
-  TestRunning = true;
-  bench_.Live.SampleTimerStop();
-  bench_.State.InstrumentBusy = true;
-  const bool done = AskWavelength() ? ReadStandard(row) : Failed();
-  TestRunning = false;
-  bench_.State.InstrumentBusy = false;
-  bench_.Live.SampleTimerStart();
-  return done;
+  const RunningTest test(bench_, TestRunning);
+  return AskWavelength() ? ReadStandard(row) : Failed();
 }
 
 bool QuantitationTest::ReadStandard(std::int32_t row) {

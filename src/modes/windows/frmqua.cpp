@@ -1,8 +1,6 @@
 #include "modes/windows/frmqua.h"
 
 #include <QAction>
-#include <QClipboard>
-#include <QGuiApplication>
 #include <QHeaderView>
 #include <QLabel>
 #include <QPointer>
@@ -372,7 +370,7 @@ void FrmQua::RecordsReplaced() {
 }
 
 void FrmQua::CopyPicture() {
-  QGuiApplication::clipboard()->setImage(MakePicture());
+  CopyToClipboard(MakePicture());
 }
 
 QString FrmQua::StandardsHint() const {

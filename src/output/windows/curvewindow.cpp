@@ -1,7 +1,5 @@
 #include "output/windows/curvewindow.h"
 
-#include <QClipboard>
-#include <QGuiApplication>
 #include <QHBoxLayout>
 
 #include <utility>
@@ -82,7 +80,7 @@ void CurveWindow::mmuZoomOut() {
 }
 
 void CurveWindow::CopyPicture() {
-  QGuiApplication::clipboard()->setImage(curve_->Image());
+  CopyToClipboard(MakePicture());
 }
 
 QImage CurveWindow::MakePicture() {

@@ -1,8 +1,6 @@
 #include "spectrum/windows/frmwlscompare.h"
 
-#include <QClipboard>
 #include <QFileInfo>
-#include <QGuiApplication>
 
 #include <algorithm>
 #include <cmath>
@@ -217,10 +215,6 @@ QString FrmWLSCompare::PointText(std::size_t line, std::size_t point) const {
 
 QImage FrmWLSCompare::MakePicture() {
   return WithLegend(CurveWindow::MakePicture(), LegendEntries(), font());
-}
-
-void FrmWLSCompare::CopyPicture() {
-  QGuiApplication::clipboard()->setImage(WithLegend(Curve().Image(), LegendEntries(), font()));
 }
 
 void FrmWLSCompare::mmuFileOutputXLS() {

@@ -32,7 +32,6 @@ class FrmWLSCompare : public CurveWindow {
   void mmuFileOutputXLS() override;
   void mmuFileOutputTXT() override;
   /// With the legend, as in picture files.
-  void CopyPicture() override;
 
   int CheckFileType() const override { return 3; }
   QString OpenFileName() const override { return {}; }

@@ -100,6 +100,24 @@ if [ -f build/dev/compile_commands.json ]; then
   [ -z "$lone" ] || fail "$lone"
 fi
 
+# The catalogue of faults names every row, and only tests that exist.
+catalogue=$(awk '/^## /{ inside = /^## The catalogue$/ } inside' docs/reliability.md)
+known=$(cat $(printf '%s\n' "${sources[@]}" | grep '^tests/.*\.cpp$') | tr -d '\n' |
+  grep -oE 'TEST(_F|_P)?\( *[A-Za-z0-9_]+, *[A-Za-z0-9_]+' | sed -E 's/.*\( *//; s/, */./' | sort -u)
+untested=$(grep -oE '`[A-Za-z0-9_]+\.[A-Za-z0-9_]+`' <<<"$catalogue" | tr -d '`' | grep -vE '\.(sh|md|ini|py)$' |
+  sort -u | comm -23 - <(printf '%s\n' "$known"))
+[ -z "$untested" ] || fail "docs/reliability.md names tests that there are not:
+$untested"
+for row in S{01..15} P{01..16} D{01..15} C{01..08} E{01..06} W{01..10} H{01..06} N{01..05}; do
+  grep -q "^| $row |" <<<"$catalogue" || fail "docs/reliability.md has no row $row"
+done
+
+# The wall clock makes dates; every wait goes by a clock that nobody sets.
+wall=$(grep -rnlE 'system_clock|currentDateTime|currentMSecs|gettimeofday' src |
+  grep -vE '^src/(base/dateserial|app/ground/documentoutput|cli/exportcommand)\.cpp$' || true)
+[ -z "$wall" ] || fail "The wall clock is asked in:
+$wall"
+
 # clang-tidy, over the units that the build for sanitizers compiles.
 if [ "${1:-}" != --fast ] && [ -f build/asan/compile_commands.json ]; then
   tidied=$(grep -oE "\"file\": \"$PWD/(src/|build/asan/src/.*/Unity/)[^\"]*" build/asan/compile_commands.json | sed 's/.*"//' |

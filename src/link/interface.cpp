@@ -309,6 +309,8 @@ bool Interface::Send(Command command, const std::string& argument, std::string& 
   if (lastReply_.End == ExchangeEnd::WrongEcho && reply.find(text) == std::string::npos) {
     state_.GainIndex = kUnknownGain;
   }
+  // Data begin behind the echo's line end: an echo that goes on, as a doubled one does, would be cut as data.
+  if (passed && text.size() < reply.size() && reply[text.size()] != '\r') lastReply_.LinesLost = 1;
   return passed;
 }
 

@@ -54,6 +54,18 @@ TEST_F(About, TheBrandOfTheBuild) {
   });
 }
 
+TEST_F(About, N01_SaysWhereTheSettingsAre) {
+  Open([this](QWidget& dialog) {
+    const auto* folder = Find<QLabel>(dialog, "LabelFolder");
+    EXPECT_EQ(folder->toolTip().toStdString(), "Settings: " + Settings.Path());
+    EXPECT_TRUE(folder->isVisible());
+    EXPECT_TRUE(folder->text().startsWith(QStringLiteral("Settings: /")));
+    EXPECT_TRUE(folder->text().endsWith(QStringLiteral("config.ini")));
+    EXPECT_LE(folder->sizeHint().width(), Find<QLabel>(dialog, "LogoPic")->width());
+    Press(dialog, Qt::Key_Return);
+  });
+}
+
 TEST_F(About, EachBrandHasItsTitleAndCompany) {
   for (int number = 0; number <= 9; ++number) {
     const Brand& brand = BrandRow(number);

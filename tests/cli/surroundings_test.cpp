@@ -8,6 +8,7 @@
 #include <QThread>
 
 #include "cli/processes.h"
+#include "files/filesupport.h"
 
 namespace spectrane::testing_processes {
 namespace {
@@ -81,6 +82,22 @@ TEST_F(Surroundings, N02_ThirtyTwoFilesAreEnoughToMeasure) {
   StartWindows({}, "ulimit -n 32; ");
   ExpectMeasuring();
 }
+
+#if !defined(__SANITIZE_ADDRESS__)
+TEST_F(Surroundings, N02_AFileForWhichThereIsNoMemoryIsRefused) {
+  constexpr int kRows = 2'000'000;
+  const std::size_t row = BasicRecordBytes(0, "").size();
+  WriteBytes(Path("large.bas"), BasicFileBytes(1, kRows));
+  std::filesystem::resize_file(Path("large.bas"), BasicFileBytes(0, 0).size() + kRows * row);
+  QProcess process;
+  process.start(
+      QStringLiteral("/bin/sh"),
+      {QStringLiteral("-c"), QStringLiteral("ulimit -v 400000; exec \"$0\" \"$@\""), Program("spectrane-cli"),
+       QStringLiteral("dump"), QString::fromStdString(Path("large.bas"))});
+  ASSERT_TRUE(process.waitForStarted(5000));
+  ExpectRefusal(Finish(process), "not enough memory");
+}
+#endif
 
 TEST_F(Surroundings, N05_WithoutFontsOrABusAndAtTwiceTheScaleItRuns) {
   StartSimulator({"--instant"});

@@ -265,6 +265,31 @@ TEST_F(ReplyFaults, S13_OtherDevicesArePassedOverInASecondAndHearTheProbeAlone) 
   for (OtherDevice* other : others) EXPECT_EQ(other->Received, "check\r");
 }
 
+TEST_F(ReplyFaults, P03_ADoubledEchoIsNoReading) {
+  OpenLine();
+  const auto twice = [this](const std::string& command, const std::vector<std::string>& lines) {
+    Peer.NextText(command, command + ScriptedPeer::Reply(command, lines));
+  };
+  for (std::int32_t samples : {1, 2, 10}) {
+    const std::string command = "ge " + std::to_string(samples);
+    twice(command, std::vector<std::string>(static_cast<std::size_t>(samples), "25000"));
+    I().GetEnergy(samples);
+    EXPECT_FALSE(I().LastReply().Complete()) << "the rest of \"" << command << "\" reads as a number";
+  }
+  double w = 1.0;
+  twice("getwl", {"546.0"});
+  I().GetWavelength(w);
+  EXPECT_EQ(w, 1.0);
+  EXPECT_FALSE(I().LastReply().Complete());
+  std::int32_t energy = 77;
+  std::int32_t gain = 78;
+  twice("rezero", {"50000", "3"});
+  I().Rezero(energy, gain);
+  EXPECT_FALSE(I().LastReply().Complete());
+  twice("connect", {"ok."});
+  EXPECT_FALSE(I().ConnectInstrument());
+}
+
 TEST_F(ReplyFaults, P06_NonsenseInAnyAnswerIsNeverANumber) {
   OpenLine();
   const std::string nul("1\0002", 3);

@@ -276,6 +276,22 @@ class ImpatientLoop : public MessageLoop {
   std::function<void()> OnYield;
 };
 
+TEST_F(PhotometryRun, P10_ADriveThatAnswersAndDoesNotGoIsTold) {
+  Blank();
+  ASSERT_TRUE(Test.mmuStartTest());
+  EXPECT_EQ(Display.Remark, "") << "where it was sent";
+  Peer.Lines["getwl"] = {"500.0"};
+  Peer.Commands.clear();
+  EXPECT_TRUE(Test.mmuStartTest());
+  EXPECT_EQ(Peer.Commands, (Commands{"getwl", "swl  546", "ge 10"})) << "nothing is asked beyond the usual";
+  EXPECT_NE(Display.Remark.find("stood at 500.0nm"), std::string::npos) << Display.Remark;
+  // A person who moved it by the dialog is not told.
+  Display.SetRemark({});
+  Link.State.CurrentWavelength = 500.0;
+  EXPECT_TRUE(Test.mmuStartTest());
+  EXPECT_EQ(Display.Remark, "");
+}
+
 TEST_F(PhotometryRun, ARestartSeenAtAnyCommandAsksForANewBlank) {
   Blank();
   Peer.NextText("getwl", "Spectrophotometer 1.0\r\nready\r\n>");

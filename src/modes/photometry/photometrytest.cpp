@@ -1,6 +1,7 @@
 #include "modes/photometry/photometrytest.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 #include "base/language.h"
@@ -16,6 +17,9 @@ constexpr int kTestNeedsInstrument = 970;
 constexpr int kBlankWanted = 971;
 constexpr int kTestCommunicationError = 972;
 constexpr int kSamplerError = 1912;
+/// Finest step of a monochromator [nm].
+constexpr double kDriveStep = 0.1001;
+constexpr const char* kAstrayFormat = "0.0nm";
 // Differs from every wavelength, so that an instrument that tells none is moved.
 constexpr double kUnknownWavelength = std::numeric_limits<double>::quiet_NaN();
 
@@ -101,8 +105,14 @@ bool PhotometryTest::MeasureAll() {
   double wavelength = kUnknownWavelength;
   if (!bench_.Instrument.GetWavelength(wavelength)) return LinkFailed();
   if (Stopped()) return false;
+  // Nobody has sent it elsewhere since the blank: a drive that answers a move and does not go stands there.
+  const bool astray = state.CurrentWavelength == WaveLength && std::abs(wavelength - WaveLength) > kDriveStep;
   if (!MoveFrom(wavelength)) return LinkFailed();
   TellWavelength();
+  if (astray) {
+    bench_.Display.SetRemark("The instrument stood at " + Format(wavelength, kAstrayFormat) +
+                             ", not where it was sent: what was read last may be of that wavelength.");
+  }
   // The range of another instrument may have held the wavelength elsewhere.
   if (!BlankHolds()) {
     bench_.Boxes.Show(kBlankWanted);

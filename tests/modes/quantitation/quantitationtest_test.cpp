@@ -279,6 +279,26 @@ TEST_F(QuantitationRun, AReadingThatIsShortOfLinesIsNoReading) {
   EXPECT_EQ(TwoBoxes.Ids, Ids{1045});
 }
 
+TEST_F(QuantitationRun, P11_ARestartAtAnyCommandEndsTheRunAndTheBlank) {
+  UseCoefficients();
+  for (const char* command : {"getwl", "swl  500", "sa 3", "ge 10"}) {
+    Blank();
+    if (std::string(command) == "swl  500") Peer.Lines["getwl"] = {"620.0"};
+    Peer.NextText(command, "\r\nSPECTROMETER V1.2\r\n>");
+    const std::size_t rows = static_cast<std::size_t>(Document.RecordCount());
+    TwoBoxes.Ids.clear();
+    EXPECT_FALSE(Test.mmuStartTest()) << command;
+    EXPECT_EQ(TwoBoxes.Ids, Ids{1045}) << command;
+    EXPECT_EQ(static_cast<std::size_t>(Document.RecordCount()), rows) << command;
+    EXPECT_FALSE(Test.BlankHolds()) << command;
+    TwoBoxes.Ids.clear();
+    Peer.Commands.clear();
+    EXPECT_FALSE(Test.mmuStartTest()) << command;
+    EXPECT_EQ(TwoBoxes.Ids, Ids{1048}) << "until a new blank: " << command;
+    EXPECT_TRUE(Peer.Commands.empty()) << command;
+  }
+}
+
 TEST_F(QuantitationRun, ABlankOfSomebodyElseEndsThisOne) {
   UseCoefficients();
   Blank();

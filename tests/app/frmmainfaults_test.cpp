@@ -5,9 +5,12 @@
 #include <sys/stat.h>
 
 #include <QAbstractButton>
+#include <QDialogButtonBox>
 #include <QElapsedTimer>
 #include <QFileDialog>
+#include <QLineEdit>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QScopedValueRollback>
 #include <QTest>
 
@@ -18,7 +21,7 @@
 #include "app/framefixture.h"
 #include "app/ground/guardedapplication.h"
 #include "app/ground/words.h"
-#include "files/samplefiles.h"
+#include "files/filesupport.h"
 #include "files/wlsfile2.h"
 
 namespace spectrane {
@@ -108,11 +111,12 @@ TEST_F(FrameFaults, W09_AnExceptionInASlotIsToldAndTheWindowGoesOn) {
     auto* const cancel = testing_windows::Find<QAbstractButton>(dialog, "CancelCmd");
     QMetaObject::Connection once =
         QObject::connect(cancel, &QAbstractButton::pressed, cancel, [] { throw std::bad_alloc(); });
-    QTest::mouseClick(cancel, Qt::LeftButton);
+    QTest::mousePress(cancel, Qt::LeftButton);
     QObject::disconnect(once);
     EXPECT_EQ(Remark(), "The command ended early: std::bad_alloc");
     EXPECT_TRUE(dialog.isVisible()) << "the dialog does not go with it";
-    dialog.close();
+    QTest::mouseRelease(cancel, Qt::LeftButton);
+    EXPECT_FALSE(dialog.isVisible()) << "and can be left as ever";
   });
   Choose(kProgramOption);
   ConnectNow();
@@ -380,8 +384,8 @@ TEST_F(FrameFaults, W05_TheCableGoesWhileAFileDialogIsOpen) {
     QTest::qWait(250);
     Main->SampleTimer().stop();
     EXPECT_TRUE(dialog.isVisible());
-    dynamic_cast<QFileDialog&>(dialog).selectFile(path);
-    dynamic_cast<QFileDialog&>(dialog).accept();
+    testing_windows::Find<QLineEdit>(dialog, "fileNameEdit")->setText(path);
+    QTest::mouseClick(dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Save), Qt::LeftButton);
   });
   EXPECT_TRUE(window->mmuSaveAsFile());
   EXPECT_TRUE(QFile::exists(path));

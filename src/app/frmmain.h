@@ -84,6 +84,9 @@ class FrmMain : public QMainWindow, public MainWindow, public MainDisplay {
   void Lock(bool locked) override;
   void UpdateCommands() override;
 
+  /// A fault has ended what a command or an event had begun: says so, and leaves nothing of it behind.
+  void TellFault(const std::exception& fault);
+
   // Commands. Those that talk to the instrument or ask something yield.
   void RunCommand(int command);
   void mmuFileNew();
@@ -123,8 +126,6 @@ class FrmMain : public QMainWindow, public MainWindow, public MainDisplay {
   void Arrange(int windowCommand);
   void ShowOption();
   void ShowAbout();
-  /// A fault ended a command, or what a click in a dialog began: the window stays usable and says so.
-  void CommandEndedEarly(const std::exception& fault);
 
   QTimer& SampleTimer() { return sampleTimer_; }
 

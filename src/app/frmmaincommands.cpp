@@ -130,17 +130,19 @@ void FrmMain::Guarded(const std::function<void()>& work) {
   try {
     work();
   } catch (const std::exception& fault) {
-    CommandEndedEarly(fault);
+    TellFault(fault);
   }
 }
 
-void FrmMain::CommandEndedEarly(const std::exception& fault) {
-  // What goes on around it keeps the instrument and the lock.
-  if (!link_->State.RunUnderWay && !ticking_) {
+void FrmMain::TellFault(const std::exception& fault) {
+  // A run in whose middle it happened goes on, and still has the instrument.
+  if (!link_->State.RunUnderWay) {
     Lock(false);
     link_->State.InstrumentBusy = false;
+    if (link_->State.InstrumentConnected) link_->Live.SampleTimerStart();
   }
   SetRemark("The command ended early: " + std::string(fault.what()));
+  UpdateCommands();
 }
 
 void FrmMain::OnSampleTimer() {

@@ -1,6 +1,5 @@
 #include "app/program.h"
 
-#include <QApplication>
 #include <QFileInfo>
 #include <QLocale>
 
@@ -47,7 +46,7 @@ int Run(GuardedApplication& application) {
   Setting settings(folder);
   FrmMain frame({ports, time, loop, *turn, settings, folder, nullptr,
                  FileOfCommandLine(QCoreApplication::arguments())});
-  application.OnFault = [&frame](const std::exception& fault) { frame.CommandEndedEarly(fault); };
+  application.OnFault = [&frame](const std::exception& fault) { frame.TellFault(fault); };
   HandoverServer server;
   QObject::connect(&server, &HandoverServer::PathReceived, &frame, [&frame](const QString& path) {
     frame.ComeForward();
@@ -60,7 +59,7 @@ int Run(GuardedApplication& application) {
   });
   frame.ShowStored();
   const int status = application.exec();
-  application.OnFault = nullptr;
+  application.OnFault = {};
   return status;
 }
 

@@ -18,26 +18,16 @@ struct TestBench {
   const DisplayFormats& Formats;
 };
 
-/// A test that measures: `running` is set and the live reading stands. However the test ends, an exception
-/// included, the live reading goes on and the instrument is free.
-class RunningTest {
+/// Marks a test as running while it lives, however the test ends.
+class RunningMark {
  public:
-  RunningTest(const TestBench& bench, bool& running) : bench_(bench), running_(running) {
-    running_ = true;
-    bench_.Live.SampleTimerStop();
-    bench_.State.InstrumentBusy = true;
-  }
-  ~RunningTest() {
-    running_ = false;
-    bench_.State.InstrumentBusy = false;
-    bench_.Live.SampleTimerStart();
-  }
-  RunningTest(const RunningTest&) = delete;
-  RunningTest& operator=(const RunningTest&) = delete;
+  explicit RunningMark(bool& mark) : mark_(mark) { mark_ = true; }
+  ~RunningMark() { mark_ = false; }
+  RunningMark(const RunningMark&) = delete;
+  RunningMark& operator=(const RunningMark&) = delete;
 
  private:
-  const TestBench& bench_;
-  bool& running_;
+  bool& mark_;
 };
 
 }  // namespace spectrane

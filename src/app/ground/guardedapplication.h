@@ -7,16 +7,16 @@
 
 namespace spectrane {
 
-/// The application of every window: a C++ exception that leaves a slot or an event ends where the event was
-/// handed over, never in the message loop, whose frames are not made for it.
+/// An application whose windows survive a fault in what an event starts: it ends at the border to the toolkit
+/// and never runs through a message loop, whose callers would be left in the middle of their work.
 class GuardedApplication : public QApplication {
  public:
   using QApplication::QApplication;
 
   bool notify(QObject* receiver, QEvent* event) override;
 
-  /// Told of each exception that ended an event. Must not throw.
-  std::function<void(const std::exception& fault)> OnFault;
+  /// Tells the person. Without it a fault goes on its way.
+  std::function<void(const std::exception&)> OnFault;
 };
 
 }  // namespace spectrane

@@ -96,12 +96,17 @@ bool PhotometryTest::mmuStartTest() {
     bench_.Boxes.Show(kBlankWanted);
     return false;
   }
-  const RunningTest test(bench_, TestRunning);
-  return MeasureAll();
+  const RunningMark running(TestRunning);
+  bench_.Live.SampleTimerStop();
+  const bool done = MeasureAll();
+  bench_.State.InstrumentBusy = false;
+  bench_.Live.SampleTimerStart();
+  return done;
 }
 
 bool PhotometryTest::MeasureAll() {
   InstrumentState& state = bench_.State;
+  state.InstrumentBusy = true;
   double wavelength = kUnknownWavelength;
   if (!bench_.Instrument.GetWavelength(wavelength)) return LinkFailed();
   if (Stopped()) return false;

@@ -121,8 +121,13 @@ bool QuantitationTest::mmuStartTest() {
     bench_.Boxes.ShowError(kCurveError);
     return false;
   }
-  const RunningTest test(bench_, TestRunning);
-  return AskWavelength() ? MeasureAll() : Failed();
+  const RunningMark running(TestRunning);
+  bench_.Live.SampleTimerStop();
+  bench_.State.InstrumentBusy = true;
+  const bool done = AskWavelength() ? MeasureAll() : Failed();
+  bench_.State.InstrumentBusy = false;
+  bench_.Live.SampleTimerStart();
+  return done;
 }
 
 bool QuantitationTest::MeasureAll() {
@@ -171,8 +176,13 @@ bool QuantitationTest::MeasureStandard(std::int32_t row) {
   }
   const InstrumentRun run(bench_.State);
   if (!run.Owns()) return false;
-  const RunningTest test(bench_, TestRunning);
-  return AskWavelength() ? ReadStandard(row) : Failed();
+  const RunningMark running(TestRunning);
+  bench_.Live.SampleTimerStop();
+  bench_.State.InstrumentBusy = true;
+  const bool done = AskWavelength() ? ReadStandard(row) : Failed();
+  bench_.State.InstrumentBusy = false;
+  bench_.Live.SampleTimerStart();
+  return done;
 }
 
 bool QuantitationTest::ReadStandard(std::int32_t row) {

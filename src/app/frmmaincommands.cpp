@@ -133,8 +133,6 @@ void FrmMain::Guarded(const std::function<void()>& work) {
   } catch (const std::exception& fault) {
     CommandEndedEarly(fault);
   }
-  SetRemark("The command ended early: " + std::string(fault.what()));
-  UpdateCommands();
 }
 
 void FrmMain::CommandEndedEarly(const std::exception& fault) {

@@ -19,8 +19,8 @@ void LeaveOutRemarks(QtMsgType type, const QMessageLogContext& context, const QS
 
 }  // namespace
 
-// The platform's bus library keeps a block of its own to the end of the process. A fault that is thrown through the
-// toolkit leaves the counters of guards of its own behind, 16 bytes each.
+// The platform's bus library keeps a block of its own to the end of the process. A fault that is thrown
+// through the toolkit leaves the counters of guards of its own behind, 16 bytes each.
 extern "C" const char* __lsan_default_suppressions();
 extern "C" const char* __lsan_default_suppressions() {
   return "leak:libdbus-1.so\nleak:ExternalRefCountData::getAndRef";

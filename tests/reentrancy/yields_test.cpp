@@ -12,7 +12,7 @@ namespace spectrane::testing_reentrancy {
 namespace {
 
 /// Cells tried in the default tests, and after which a broken program is broken enough.
-constexpr std::size_t kCells = 600;
+constexpr std::size_t kCells = 400;
 constexpr int kMostFailures = 20;
 
 using Effect = Happening::Effect;

@@ -37,9 +37,6 @@ class SerialPortList : public PortList {
   mutable std::optional<std::vector<std::string>> paths_;
 };
 
-/// The order of the machine's devices: digits at the end compare as a number, "ttyS2" before "ttyS10".
-bool PortNameBefore(const std::string& a, const std::string& b);
-
 /// The entries of a list of paths; an empty text gives no entry, ":" two empty ones.
 std::vector<std::string> SplitPortPaths(const std::string& list, char separator);
 

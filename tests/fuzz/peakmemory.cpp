@@ -1,9 +1,15 @@
 #include "fuzz/peakmemory.h"
 
+#include <cstddef>
 #include <cstdint>
 
 #ifdef __SANITIZE_ADDRESS__
-#include <sanitizer/allocator_interface.h>
+// Of the sanitizer's library; not every compiler brings the header that declares them.
+extern "C" {
+int __sanitizer_install_malloc_and_free_hooks(void (*taken)(const volatile void*, std::size_t),
+                                              void (*given)(const volatile void*));
+std::size_t __sanitizer_get_allocated_size(const volatile void*);
+}
 #else
 #include <malloc.h>
 
@@ -35,8 +41,7 @@ void BeginPeakMemory() {
   static const int installed = __sanitizer_install_malloc_and_free_hooks(
       [](const volatile void* /*block*/, std::size_t size) { Taken(size); },
       [](const volatile void* block) {
-        if (counting && block != nullptr)
-          Given(__sanitizer_get_allocated_size(const_cast<const void*>(block)));
+        if (counting && block != nullptr) Given(__sanitizer_get_allocated_size(block));
       });
   static_cast<void>(installed);
 #endif

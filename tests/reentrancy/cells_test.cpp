@@ -119,6 +119,7 @@ class OpenCells : public YieldYard {
 TEST_F(OpenCells, W07_WhatIsTypedIsKeptWhateverComes) {
   int cells = 0;
   for (const char* file : kEditedFiles) {
+    const int first = cells;
     for (int column = 0; column < 8; ++column) {
       for (const Disturbance& disturbance : Disturbances()) {
         SCOPED_TRACE(std::string(file) + ", " + disturbance.Name + ", column " + std::to_string(column));
@@ -128,9 +129,10 @@ TEST_F(OpenCells, W07_WhatIsTypedIsKeptWhateverComes) {
         // A column that takes no text.
         if (cells == before) break;
       }
+      if (cells > first && !IsLongForm()) break;
     }
   }
-  EXPECT_GT(cells, 80);
+  EXPECT_GE(cells, static_cast<int>(std::size(kEditedFiles) * Disturbances().size()));
 }
 
 }  // namespace

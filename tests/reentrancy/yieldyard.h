@@ -14,6 +14,11 @@
 
 namespace spectrane::testing_reentrancy {
 
+/// The tests are to try everything, however long it takes.
+inline bool IsLongForm() {
+  return qEnvironmentVariableIsSet("SPECTRANE_LONG");
+}
+
 /// The message loop of the program on simulated time. One thing happens at one yield, in the middle of it.
 class WatchedLoop : public MessageLoop {
  public:

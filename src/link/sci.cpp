@@ -114,16 +114,25 @@ bool SCI::SendAndWait(std::string_view command, std::string& reply, int timeoutM
 }
 
 // The same request was sent before and not answered: what came first may be the answer to that one. Its own
-// answer follows then, before the line has been quiet for kQuietMs. False: it began, and did not end in time.
+// answer follows then, before the line has been quiet for kQuietMs; a line that is never quiet is waited for
+// kClearLimitMs. False: it began, and did not end in time.
 bool SCI::TakeLastOf(std::string_view command, std::string& reply, std::int64_t endMs) {
+  const std::size_t whole = reply.size();
+  endMs = std::min(endMs, clock_.NowMs() + kClearLimitMs);
   for (;;) {
     const std::int64_t rest = std::min<std::int64_t>(kQuietMs, endMs - clock_.NowMs());
     const std::string piece = rest > 0 ? port_->Read(static_cast<int>(rest)) : std::string();
     if (piece.empty()) break;
     reply.append(piece, 0, ReplyBuffer::kLimit - reply.size());
   }
-  const std::size_t last = reply.rfind(std::string(command) + '\r');
-  if (last != std::string::npos) reply.erase(0, last);
+  const std::size_t next = reply.rfind(ReplyBuffer::kPrompt + std::string(command) + '\r');
+  if (next == std::string::npos) {
+    reply.resize(whole);
+    return true;
+  }
+  const std::size_t rest = std::max(whole, next + 1) - (next + 1);
+  reply.erase(0, next + 1);
+  if (rest > 0) reply.resize(rest);
   return reply.ends_with(ReplyBuffer::kPrompt);
 }
 

@@ -231,6 +231,11 @@ void ExpectIntegers(const CommandCase& command, const std::vector<std::optional<
   }
 }
 
+/// Data begin behind the line end of the echo: of one that goes on nothing is known for sure.
+bool EchoGoesOn(const std::string& request, const std::string& reply) {
+  return request.size() < reply.size() && reply[request.size()] != '\r';
+}
+
 /// `collected`: all that came in time, up to the prompt that ended it; nothing when none did.
 Expected ExpectedOf(const CommandCase& command, const std::string& request,
                     const std::optional<std::string>& collected) {
@@ -260,7 +265,8 @@ Expected ExpectedOf(const CommandCase& command, const std::string& request,
       break;
     }
     case Data::Wavelength: {
-      const auto wavelength = lines->empty() ? std::nullopt : Nanometres(first);
+      const bool known = !lines->empty() && !EchoGoesOn(request, *collected);
+      const auto wavelength = known ? Nanometres(first) : std::nullopt;
       expected.Complete = wavelength.has_value();
       if (wavelength) expected.Out.Wavelength = *wavelength;
       break;
@@ -272,6 +278,7 @@ Expected ExpectedOf(const CommandCase& command, const std::string& request,
       break;
     }
   }
+  if (EchoGoesOn(request, *collected)) expected.Complete = false;
   return expected;
 }
 

@@ -21,17 +21,17 @@ namespace spectrane::fuzz {
 namespace {
 
 thread_local bool counting = false;
-thread_local std::int64_t now = 0;
-thread_local std::int64_t peak = 0;
+thread_local std::int64_t held = 0;
+thread_local std::int64_t highest = 0;
 
 void Taken(std::size_t size) {
   if (!counting) return;
-  now += static_cast<std::int64_t>(size);
-  if (now > peak) peak = now;
+  held += static_cast<std::int64_t>(size);
+  if (held > highest) highest = held;
 }
 
 void Given(std::size_t size) {
-  if (counting) now -= static_cast<std::int64_t>(size);
+  if (counting) held -= static_cast<std::int64_t>(size);
 }
 
 }  // namespace
@@ -45,13 +45,13 @@ void BeginPeakMemory() {
       });
   static_cast<void>(installed);
 #endif
-  now = peak = 0;
+  held = highest = 0;
   counting = true;
 }
 
 std::size_t EndPeakMemory() {
   counting = false;
-  return static_cast<std::size_t>(peak);
+  return static_cast<std::size_t>(highest);
 }
 
 #ifndef __SANITIZE_ADDRESS__

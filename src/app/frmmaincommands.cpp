@@ -150,10 +150,10 @@ void FrmMain::OnSampleTimer() {
   if (ticking_) return;
   // After a reading that failed the next one may block for long: the window gets time in between.
   if (link_->Live.LinkLost() && parts_.Time.NowMs() - lastTickMs_ < kLostLinkPauseMs) return;
-  {
+  Guarded([this] {
     const QScopedValueRollback<bool> ticking(ticking_, true);
-    Guarded([this] { link_->Live.SampleTimerTick(); });
-  }
+    link_->Live.SampleTimerTick();
+  });
   lastTickMs_ = parts_.Time.NowMs();
   OpenWaitingLater();
   while (!waitingCommands_.empty()) {

@@ -51,6 +51,11 @@ std::array<unsigned char, 12> ValuesFor(char byte) {
 
 class SmallDamage : public testing::TestWithParam<Target> {
  protected:
+  void SetUp() override {
+    // The first run makes the objects that stay.
+    ASSERT_EQ(target_.Check(Bytes()), "");
+  }
+
   /// Every number below `count`, or `part` of them.
   template <typename Do>
   std::size_t ForEach(std::size_t count, std::size_t part, Do todo) {

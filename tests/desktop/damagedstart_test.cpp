@@ -73,7 +73,7 @@ class DamagedStart : public testing::Test {
         {"XDG_DATA_HOME", place_.Home() + "/data"},
         {"TMPDIR", place_.Temporary()},
         {"QT_QPA_PLATFORM", "offscreen"},
-        {"QT_LOGGING_RULES", "qt.widgets.painting.debug=true"},
+        {"QT_LOGGING_RULES", "qt.widgets.painting=true"},
         {"QT_LOGGING_TO_CONSOLE", "1"},
         {"DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere"},
     };

@@ -18,16 +18,16 @@ using testing::HasSubstr;
 class InstalledTree : public testing::Test {
  protected:
   static void SetUpTestSuite() {
-    folder_ = std::make_unique<TemporaryFolder>();
+    folder_ = std::make_unique<ShortFolder>();
     install_ = RunTool(QStringLiteral("cmake"), {QStringLiteral("--install"), QStringLiteral(SPECTRANE_BUILD),
-                                                 QStringLiteral("--prefix"), Q(folder_->Path("usr"))});
+                                                 QStringLiteral("--prefix"), Q(Path(""))});
   }
   static void TearDownTestSuite() { folder_.reset(); }
   void SetUp() override { ASSERT_EQ(install_.ExitCode, 0) << install_.Output; }
 
-  static std::string Path(const std::string& name) { return folder_->Path("usr/" + name); }
+  static std::string Path(const std::string& name) { return folder_->Path() + "/usr/" + name; }
 
-  inline static std::unique_ptr<TemporaryFolder> folder_;
+  inline static std::unique_ptr<ShortFolder> folder_;
   inline static ToolResult install_;
 };
 
@@ -65,6 +65,7 @@ TEST_F(InstalledTree, EachIconStandsWhereTheDesktopLooks) {
 
 TEST_F(InstalledTree, TheTypesOfItsFilesAreTakenIn) {
   if (!HasTool("update-mime-database")) GTEST_SKIP() << "update-mime-database is not installed";
+  const ScopedVariable searched("XDG_DATA_DIRS", Path("share").c_str());
   const ToolResult result = RunTool(QStringLiteral("update-mime-database"), {Q(Path("share/mime"))});
   EXPECT_EQ(result.ExitCode, 0);
   EXPECT_EQ(result.Output, "");

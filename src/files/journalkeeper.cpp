@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
+#include <iterator>
 #include <map>
 #include <random>
 #include <string_view>
@@ -128,7 +129,7 @@ bool JournalKeeper::Append(const JournalImage& image, std::size_t first) {
   const auto [oldBegin, newBegin] = std::mismatch(old, hashes_.end(), hashes.begin(), hashes.end());
   auto oldEnd = hashes_.end();
   auto newEnd = hashes.end();
-  while (oldEnd != oldBegin && newEnd != newBegin && oldEnd[-1] == newEnd[-1]) {
+  while (oldEnd != oldBegin && newEnd != newBegin && *std::prev(oldEnd) == *std::prev(newEnd)) {
     --oldEnd;
     --newEnd;
   }

@@ -75,7 +75,7 @@ bool Configure(HANDLE device) {
 }  // namespace
 
 Win32Port::~Win32Port() {
-  Close();
+  CloseDevice();
 }
 
 bool Win32Port::Open(const std::string& path) {
@@ -112,6 +112,10 @@ bool Win32Port::OpenFailed(const std::string& path, unsigned long error) {
 }
 
 bool Win32Port::Close() {
+  return CloseDevice();
+}
+
+bool Win32Port::CloseDevice() {
   if (device_ == nullptr) return false;
   CloseHandle(device_);
   CloseHandle(event_);

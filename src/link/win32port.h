@@ -24,6 +24,7 @@ class Win32Port : public Port {
   std::string Read(int timeoutMs) override;
 
  private:
+  bool CloseDevice();
   bool OpenFailed(const std::string& path, unsigned long error);
   /// Reads up to `size` bytes; ends with the first byte, or without one after one slice of waiting.
   /// False when the line has gone.

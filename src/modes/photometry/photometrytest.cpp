@@ -101,7 +101,7 @@ bool PhotometryTest::mmuStartTest() {
 }
 
 bool PhotometryTest::MeasureAll() {
-  InstrumentState& state = bench_.State;
+  const InstrumentState& state = bench_.State;
   double wavelength = kUnknownWavelength;
   if (!bench_.Instrument.GetWavelength(wavelength)) return LinkFailed();
   if (Stopped()) return false;

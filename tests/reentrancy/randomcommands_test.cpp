@@ -13,7 +13,7 @@
 namespace spectrane::testing_reentrancy {
 namespace {
 
-constexpr int kPresses = 1000;
+constexpr int kPresses = 600;
 /// A program is begun anew from its settings after so many.
 constexpr int kMostWindows = 12;
 

@@ -12,7 +12,7 @@ namespace spectrane::testing_reentrancy {
 namespace {
 
 /// Cells tried in the default tests, and after which a broken program is broken enough.
-constexpr std::size_t kCells = 250;
+constexpr std::size_t kCells = 120;
 constexpr int kMostFailures = 20;
 
 using Effect = Happening::Effect;

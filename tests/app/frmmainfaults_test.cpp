@@ -24,10 +24,28 @@
 #include "files/filesupport.h"
 #include "files/wlsfile2.h"
 
+#ifdef __SANITIZE_ADDRESS__
+#include <sanitizer/lsan_interface.h>
+#endif
+
 namespace spectrane {
 namespace {
 
 using testing::HasSubstr;
+
+/// What a fault leaves behind on its way through the toolkit, whose frames do not clean up after it.
+struct LeftByTheToolkit {
+#ifdef __SANITIZE_ADDRESS__
+  LeftByTheToolkit() {
+    __lsan_disable();
+  }
+  ~LeftByTheToolkit() {
+    __lsan_enable();
+  }
+#else
+  LeftByTheToolkit() {}
+#endif
+};
 
 class FrameFaults : public testing_windows::FrameFixture {
  protected:
@@ -111,7 +129,10 @@ TEST_F(FrameFaults, W09_AnExceptionInASlotIsToldAndTheWindowGoesOn) {
     auto* const cancel = testing_windows::Find<QAbstractButton>(dialog, "CancelCmd");
     QMetaObject::Connection once =
         QObject::connect(cancel, &QAbstractButton::pressed, cancel, [] { throw std::bad_alloc(); });
-    QTest::mousePress(cancel, Qt::LeftButton);
+    {
+      const LeftByTheToolkit notCounted;
+      QTest::mousePress(cancel, Qt::LeftButton);
+    }
     QObject::disconnect(once);
     EXPECT_EQ(Remark(), "The command ended early: std::bad_alloc");
     EXPECT_TRUE(dialog.isVisible()) << "the dialog does not go with it";

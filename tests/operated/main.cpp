@@ -60,6 +60,12 @@ void Later(QObject* context, std::function<void()> work) {
   QTimer::singleShot(0, context, std::move(work));
 }
 
+/// What was chosen before may have begun meanwhile: then the command waits until it can be chosen again.
+void Trigger(QAction* action) {
+  if (action->isEnabled()) return action->trigger();
+  QTimer::singleShot(10, action, [action] { Trigger(action); });
+}
+
 QString Press(const QString& button) {
   auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
   if (!box) return QStringLiteral("no box");
@@ -101,7 +107,7 @@ QString Answer(const QString& line) {
   if (verb != QStringLiteral("do")) return QStringLiteral("what?");
   QAction* const action = frame->ActionOf(rest.toInt());
   if (!action || !action->isEnabled() || !frame->isEnabled() || modal) return QStringLiteral("not now");
-  Later(action, [action] { action->trigger(); });
+  Later(action, [action] { Trigger(action); });
   return QStringLiteral("done");
 }
 

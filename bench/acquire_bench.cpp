@@ -3,24 +3,20 @@
 // overhead_percent.
 
 #include <benchmark/benchmark.h>
-#include <fcntl.h>
-#include <poll.h>
-#include <stdlib.h>
-#include <termios.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <atomic>
 #include <chrono>
 #include <filesystem>
+#include <memory>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "acquire/spectrumscan.h"
 #include "base/brand.h"
+#include "farend.h"
 #include "link/exclusion.h"
 #include "link/instrumentlink.h"
+#include "link/silentdisplay.h"
 #include "simulator/simulatedline.h"
 
 namespace spectrane {
@@ -28,72 +24,16 @@ namespace {
 
 using ScanClock = std::chrono::steady_clock;
 
-/// The simulated instrument at the far end of a pseudo-terminal.
-class InstantInstrument {
+/// The simulated instrument at the far end of a line.
+FarEnd::Serve InstantInstrument() {
+  const auto instrument = std::make_shared<SimulatedLine>(InstrumentOptions{.Instant = true});
+  return [instrument](FarEnd& line, std::string_view bytes) {
+    for (const Delivery& piece : instrument->Receive(std::string(bytes), 0)) line.Write(piece.Bytes);
+  };
+}
+
+class NoBoxes : public Messages {
  public:
-  InstantInstrument() {
-    master_ = posix_openpt(O_RDWR | O_NOCTTY);
-    grantpt(master_);
-    unlockpt(master_);
-    path_ = ptsname(master_);
-    slave_ = open(path_.c_str(), O_RDWR | O_NOCTTY);
-    termios raw = {};
-    tcgetattr(slave_, &raw);
-    cfmakeraw(&raw);
-    tcsetattr(slave_, TCSANOW, &raw);
-    thread_ = std::thread([this] { Serve(); });
-  }
-  ~InstantInstrument() {
-    stop_ = true;
-    thread_.join();
-    close(slave_);
-    close(master_);
-  }
-  const std::string& Path() const { return path_; }
-
- private:
-  void Serve() {
-    SimulatedLine instrument({.Instant = true});
-    while (!stop_) {
-      pollfd wait = {master_, POLLIN, 0};
-      if (poll(&wait, 1, 50) <= 0) continue;
-      char buffer[256];
-      const ssize_t count = read(master_, buffer, sizeof buffer);
-      if (count <= 0) continue;
-      for (const Delivery& piece : instrument.Receive({buffer, static_cast<std::size_t>(count)}, 0)) {
-        static_cast<void>(!write(master_, piece.Bytes.data(), piece.Bytes.size()));
-      }
-    }
-  }
-
-  int master_ = -1;
-  int slave_ = -1;
-  std::string path_;
-  std::atomic<bool> stop_{false};
-  std::thread thread_;
-};
-
-class ScanPort : public SerialPortList {
- public:
-  explicit ScanPort(std::string path) : path_(std::move(path)) {}
-  std::string Path(int number) const override { return number == 1 ? path_ : std::string(); }
-
- private:
-  std::string path_;
-};
-
-/// Nothing is shown.
-class NoDisplay : public MainDisplay, public Messages {
- public:
-  void SetWavelengthField(const std::string&) override {}
-  void SetAbsField(const std::string&) override {}
-  void SetTransField(const std::string&) override {}
-  void SetStatus(StatusPane, const std::string&) override {}
-  void SetRemark(const std::string&) override {}
-  bool DataDisplayShown() const override { return false; }
-  void EnableSampleTimer(bool) override {}
-  void Lock(bool) override {}
-  void UpdateCommands() override {}
   void Show(int, const std::string&) override {}
 };
 
@@ -128,17 +68,18 @@ class TimedLoop : public MessageLoop {
 };
 
 void ScanOfASpectrum(benchmark::State& state) {
-  const InstantInstrument instrument;
+  const FarEnd instrument(InstantInstrument());
   const std::string folder = std::filesystem::temp_directory_path() / "spectrane-acquire-bench";
   std::filesystem::create_directories(folder);
-  ScanPort ports(instrument.Path());
+  NearEnd ports(instrument.Path());
   SteadyClock clock;
   TimedLoop loop;
   const auto turn = MakeNamedExclusion("ex_sim_sci");
   Setting settings(folder);
-  NoDisplay display;
-  InstrumentLink link({ports, clock, loop, *turn, settings, display, display, BuildBrand()});
-  AcquisitionSteps steps({link.Instrument, link.State, link.Live, display, display, link.Formats});
+  SilentDisplay display;
+  NoBoxes boxes;
+  InstrumentLink link({ports, clock, loop, *turn, settings, display, boxes, BuildBrand()});
+  AcquisitionSteps steps({link.Instrument, link.State, link.Live, display, boxes, link.Formats});
   std::vector<BSLRecord> references;
   if (!link.Connect.mmuOperationConnect() ||
       ScanReferences(steps, ScanGrid::Between(2300, 6600, 5), references) != AcquisitionEnd::Finished) {

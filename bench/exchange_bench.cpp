@@ -5,25 +5,23 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <pthread.h>
-#include <stdlib.h>
 #include <sys/resource.h>
-#include <termios.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <atomic>
 #include <chrono>
 #include <filesystem>
 #include <QCoreApplication>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <vector>
 
 #include "base/setting.h"
+#include "farend.h"
 #include "link/exclusion.h"
 #include "link/interface.h"
 #include "link/messageloop.h"
-#include "link/portlist.h"
 
 namespace spectrane {
 namespace {
@@ -31,81 +29,42 @@ namespace {
 using WallClock = std::chrono::steady_clock;
 constexpr double kMicrosecondsPerByte = 10.0 / 115200 * 1e6;  // 8N1: ten bits a byte
 
-/// The far end of a pseudo-terminal: answers every line, at once, in pieces as on the wire, or after a delay.
+/// Answers every line, at once, in pieces as on the wire, or after a delay.
 class Peer {
  public:
-  Peer(std::size_t pieceBytes, int delayMs) : pieceBytes_(pieceBytes), delayMs_(delayMs) {
-    master_ = posix_openpt(O_RDWR | O_NOCTTY);
-    grantpt(master_);
-    unlockpt(master_);
-    path_ = ptsname(master_);
-    slave_ = open(path_.c_str(), O_RDWR | O_NOCTTY);
-    termios raw = {};
-    tcgetattr(slave_, &raw);
-    cfmakeraw(&raw);
-    tcsetattr(slave_, TCSANOW, &raw);
-    thread_ = std::thread([this] { Serve(); });
-  }
-  ~Peer() {
-    stop_ = true;
-    thread_.join();
-    close(slave_);
-    close(master_);
-  }
-  const std::string& Path() const { return path_; }
+  Peer(std::size_t pieceBytes, int delayMs) : pieceBytes_(pieceBytes), delayMs_(delayMs) {}
 
- private:
-  void Serve() {
-    std::string line;
-    while (!stop_) {
-      pollfd wait = {master_, POLLIN, 0};
-      if (poll(&wait, 1, 50) <= 0) continue;
-      char buffer[256];
-      const ssize_t count = read(master_, buffer, sizeof buffer);
-      if (count <= 0) continue;
-      line.append(buffer, static_cast<std::size_t>(count));
-      for (std::size_t end; (end = line.find('\r')) != std::string::npos; line.erase(0, end + 1)) {
-        Answer(line.substr(0, end));
-      }
+  void operator()(FarEnd& line, std::string_view bytes) {
+    received_ += bytes;
+    for (std::size_t end; (end = received_.find('\r')) != std::string::npos; received_.erase(0, end + 1)) {
+      Answer(line, received_.substr(0, end));
     }
   }
 
-  void Answer(const std::string& command) {
+ private:
+  void Answer(FarEnd& line, const std::string& command) const {
     std::string reply = command + "\r\n";
     for (int i = 0; i < 10; ++i) reply += "25000\r\n";
     reply += ">";
     if (delayMs_ > 0) std::this_thread::sleep_for(std::chrono::milliseconds(delayMs_));
     if (pieceBytes_ == 0) {
-      static_cast<void>(!write(master_, reply.data(), reply.size()));
+      line.Write(reply);
       return;
     }
     // The command's own bytes took their time on the wire too.
     double due = static_cast<double>(command.size() + 1) * kMicrosecondsPerByte;
     const auto start = WallClock::now();
     for (std::size_t at = 0; at < reply.size(); at += pieceBytes_) {
-      const std::size_t size = std::min(pieceBytes_, reply.size() - at);
-      due += static_cast<double>(size) * kMicrosecondsPerByte;
+      const std::string_view piece = std::string_view(reply).substr(at, pieceBytes_);
+      due += static_cast<double>(piece.size()) * kMicrosecondsPerByte;
       std::this_thread::sleep_until(start + std::chrono::microseconds(static_cast<std::int64_t>(due)));
-      static_cast<void>(!write(master_, reply.data() + at, size));
+      line.Write(piece);
     }
   }
 
   std::size_t pieceBytes_;
   int delayMs_;
-  int master_ = -1;
-  int slave_ = -1;
-  std::string path_;
-  std::atomic<bool> stop_{false};
-  std::thread thread_;
-};
-
-class OnePort : public SerialPortList {
- public:
-  explicit OnePort(std::string path) : path_(std::move(path)) {}
-  std::string Path(int) const override { return path_; }
-
- private:
-  std::string path_;
+  std::string received_;
 };
 
 double ThreadCpuSeconds() {
@@ -144,7 +103,7 @@ Peer MakePeer(const benchmark::State& state) {
 }
 
 void BareLoop(benchmark::State& state) {
-  Peer peer = MakePeer(state);
+  const FarEnd peer(MakePeer(state));
   const int line = open(peer.Path().c_str(), O_RDWR | O_NOCTTY);
   Measure(state, [line] {
     const std::string command = "ge 10\r";
@@ -164,10 +123,10 @@ void BareLoop(benchmark::State& state) {
 }
 
 void InterfaceGetEnergy(benchmark::State& state) {
-  Peer peer = MakePeer(state);
+  const FarEnd peer(MakePeer(state));
   const std::string folder = std::filesystem::temp_directory_path() / "spectrane-exchange-bench";
   std::filesystem::create_directories(folder);
-  OnePort ports(peer.Path());
+  NearEnd ports(peer.Path());
   SteadyClock clock;
   QtMessageLoop loop;
   const auto turn = MakeNamedExclusion("ex_sim_sci");

@@ -1,20 +1,22 @@
 #!/usr/bin/env bash
-# Feeds what reads foreign bytes with broken ones: dev/fuzz.sh [--fast] SECONDS [TARGET...], two targets at a time. Fails
-# on a finding; its input stays in fuzz/found/TARGET/, where the tests take it from. What was learned of good inputs stays
-# in build/fuzz/corpus. --fast: without sanitizers, for numbers; the checks of the answers are the same.
+# Feeds what reads foreign bytes with broken ones: dev/fuzz.sh [--fast] SECONDS [TARGET...], two targets at a time; 500x
+# in the place of SECONDS: so many executions. Fails on a finding; its input stays in fuzz/found/TARGET/, where the tests
+# take it from. What was learned of good inputs stays in build/fuzz/corpus. --fast: without sanitizers, for numbers; the
+# checks of the answers are the same.
 set -euo pipefail
 source "$(dirname "$0")/common.sh"
 
 # Target, ending of its example files, and longest input: a few records of each kind.
 all=(filetype:*:1024 qua:qua:16384 tis:tis:2048 wls:wls:2048 wls2:wls:2048 mul:mul:4096 dna:dna:4096 bsl:bsl:2048 bas:bas:4096
-  config:-:1024 reply:-:512 handover:-:256 journal:-:2048 pack:-:4096)
+  config:-:1024 reply:-:512 exchange:-:200 handover:-:256 journal:-:2048 pack:-:4096)
 names=("${all[@]%%:*}")
-usage() { printf 'usage: dev/fuzz.sh [--fast] SECONDS [TARGET...]\ntargets: %s\n' "${names[*]}" >&2; exit 2; }
+usage() { printf 'usage: dev/fuzz.sh [--fast] SECONDS|EXECUTIONSx [TARGET...]\ntargets: %s\n' "${names[*]}" >&2; exit 2; }
 
 fast=OFF
 [ "${1:-}" != --fast ] || { fast=ON; shift; }
-[[ ${1:-} =~ ^[1-9][0-9]*$ ]] || usage
-seconds=$1
+[[ ${1:-} =~ ^[1-9][0-9]*x?$ ]] || usage
+limit=-max_total_time=$1
+[ "${1%x}" = "$1" ] || limit=-runs=${1%x}
 shift
 chosen=() rows=()
 for name in "${@:-${names[@]}}"; do
@@ -49,10 +51,13 @@ run() {
   [ ! -e "fuzz/$1.dict" ] || dictionary=fuzz/$1.dict
   if [ "$2" = '*' ]; then find examples -type f ! -name '*.md' -exec cp {} "$examples" \; 2>/dev/null || true
   else cp examples/*."$2" "$examples" 2>/dev/null || true; fi
-  "$build/fuzz-$1" -max_total_time="$seconds" -max_len="$3" -dict="$dictionary" -timeout=5 -rss_limit_mb=1024 -entropic=0 \
+  "$build/fuzz-$1" "$limit" -max_len="$3" -dict="$dictionary" -timeout=5 -rss_limit_mb=1024 -entropic=0 \
     -malloc_limit_mb=64 -print_final_stats=1 -artifact_prefix="$found/" "$corpus" "fuzz/corpus/$1" "$examples" \
     >"$log" 2>&1 || : >"$build/$1.finding"
   grep -E '^[a-z0-9]+: [0-9]+ executions' "$log" || echo "$1: ended early"
+  # Where the last line of code was reached for the first time.
+  awk -v name="$1" '/^#[0-9]+\t/ { for (i = 2; i < NF; ++i) if ($i == "cov:" && $(i + 1) + 0 > most) {
+    most = $(i + 1) + 0; at = substr($1, 2) } } END { if (most) print name ": " most " edges, the last at " at }' "$log"
   if [ -e "$build/$1.finding" ]; then
     grep -m 3 -E '^Violation|^==.*ERROR|^SUMMARY|runtime error' "$log" || tail -3 "$log"
     echo "$1: FINDING, see $log and $found/"

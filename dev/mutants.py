@@ -67,7 +67,7 @@ def plant(tree):
     by_path = {}
     for mutant in table():
         by_path.setdefault(mutant.path, []).append(mutant)
-    listed = subprocess.run(["git", "ls-files", "-co", "--exclude-standard", "CMakeLists.txt", "cmake", "src", "dev"],
+    listed = subprocess.run(["git", "ls-files", "-co", "--exclude-standard", "CMakeLists.txt", "cmake", "src", "dev", "packaging"],
                             capture_output=True, text=True, check=True).stdout.split()
     paths = {path for path in listed if os.path.exists(path)}
     if by_path.keys() - paths:
@@ -113,6 +113,12 @@ def run_tests(folder, mutant_number, program, tests, wall=900, processor=300):
 
 def run(folder, chosen):
     mutants = [m for m in table() if not chosen or m.number in chosen]
+    # A suite with parameters has their name before its own, and is left out by a pattern that begins with the suite's.
+    for program, pattern in sorted({(m.program, p) for m in mutants for p in m.tests.split("-")[0].split(":")}):
+        listed = subprocess.run([f"{folder}/{program}", "--gtest_list_tests", f"--gtest_filter={pattern}"],
+                                capture_output=True, errors="replace", check=True)
+        if not listed.stdout.strip():
+            sys.exit(f"{program}: no test is named {pattern}")
     limits = {}
     for program, tests in sorted({(m.program, m.tests) for m in mutants}):
         end, wall, processor = run_tests(folder, 0, program, tests)

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # The whole program against the simulator beside it: dev/soak.sh MINUTES [SEED]. At the same time a day at the instrument
 # again and again, with memory and handles looked at, and scripts with faults drawn by seeds from SEED on; then the cable is
-# pulled a hundred times. A violation prints its seed: build/release/bin/fault_campaign seeds 1 SEED repeats it.
+# pulled a hundred times. A violation prints its seed and haste: build/release/bin/fault_campaign seeds 1 SEED HASTE repeats it.
 set -euo pipefail
 source "$(dirname "$0")/common.sh"
 

@@ -7,6 +7,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <vector>
 
 #ifdef SPECTRANE_FUZZ_CHECK
 #include SPECTRANE_FUZZ_HEADER
@@ -64,6 +65,37 @@ void Given(const volatile void* block) {
 }
 #endif
 
+#ifdef SPECTRANE_FUZZ_NEIGHBOURS
+/// Without sanitizers most of the time of an execution is that of choosing its input and of looking what it
+/// reached. Each input therefore brings so many others along, of which one byte is another; which ones
+/// follows from the input, so that a finding comes again with it.
+constexpr int kNeighbours = 15;
+
+void CheckNeighbours(Bytes input) {
+  static std::vector<unsigned char> bytes;
+  bytes.assign(input.begin(), input.end());
+  std::uint64_t state = 0x9E3779B97F4A7C15U ^ bytes.size();
+  for (const unsigned char byte : bytes) state = (state ^ byte) * 0x100000001B3U;
+  for (int i = 0; i < kNeighbours; ++i) {
+    state = state * 6364136223846793005U + 1442695040888963407U;
+    unsigned char& byte = bytes[(state >> 33) % bytes.size()];
+    const unsigned char before = byte;
+    constexpr unsigned char kValues[] = {0x00, 0x01, 0x7F, 0x80, 0xFE, 0xFF};
+    const std::uint64_t way = (state >> 24) % 16;
+    if (way < 6)
+      byte = kValues[way];
+    else if (way < 8)
+      byte = static_cast<unsigned char>(byte + (way == 6 ? 1 : -1));
+    else
+      byte = static_cast<unsigned char>(byte ^ (1U << (way - 8)));
+    ++executions;
+    const std::string wrong = Check(bytes);
+    if (!wrong.empty()) Violation(("with another byte: " + wrong).c_str());
+    byte = before;
+  }
+}
+#endif
+
 }  // namespace
 
 extern "C" int LLVMFuzzerInitialize(int* /*count*/, char*** /*arguments*/) {
@@ -88,6 +120,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 #endif
   const std::string wrong = Check(input);
   if (!wrong.empty()) Violation(wrong.c_str());
+#ifdef SPECTRANE_FUZZ_NEIGHBOURS
+  if (!input.empty()) CheckNeighbours(input);
+#endif
 #ifndef SPECTRANE_FUZZ_FAST
   counting = false;
   if (peak > static_cast<std::int64_t>(kRoom + kTimesTheInput * size)) Violation("takes too much memory");

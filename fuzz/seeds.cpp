@@ -1,5 +1,5 @@
 // Writes the inputs that fuzzing begins with: fuzz-seeds FOLDER, in practice fuzz/corpus. Those of `pack` are
-// what `spectrane-cli dump` prints of the files "two-records".
+// what `spectrane-cli dump` prints of the files "two-records", those of `exchange` were written by hand.
 
 #include <cstdio>
 #include <filesystem>
@@ -60,6 +60,9 @@ void WriteSettings(const fs::path& folder) {
   Write(folder, "missing", std::string(1, '\0') + changes);
   Write(folder, "mark-and-carriage-returns",
         "\xEF\xBB\xBF[option]\r\nport id=3\r\nport id=4"s + '\0' + changes);
+  // The second mark is a part of the first line.
+  Write(folder, "two-marks-of-the-encoding",
+        "\xEF\xBB\xBF\xEF\xBB\xBF[option]\r=6rt8\0Option\0P\0004\0New\0Ke\0"s);
   Write(folder, "old-line-ends", "[a]\rk=1\r[A]\rk=2\r[b\r=x\rlost\r"s + "\0A\0K\0v\0"s);
   Write(folder, "a-nul-in-it", "[Option]\nPort ID=\xFF\0\n"s + '\0' + changes);
   Write(folder, "other-letters",

@@ -85,13 +85,15 @@ class WatchedLoop : public MessageLoop {
 class Bystander : public Questions {
  public:
   void Show(int textId, const std::string&) override { std::printf("box %d\n", textId); }
-  void ShowWords(const QString& words, const QString&) override { std::puts(words.toUtf8().constData()); }
-  Answer AskYesNo(const QString& words) override {
+  void ShowWords(const QString& words, const QString&, int) override {
+    std::puts(words.toUtf8().constData());
+  }
+  Answer AskYesNo(const QString& words, int) override {
     if (!words.contains(QStringLiteral("Stop"))) return Answer::No;
     AnsweredAt = Wall::now();
     return Answer::Yes;
   }
-  Answer AskYesNoCancel(const QString&) override { return Answer::No; }
+  Answer AskYesNoCancel(const QString&, int) override { return Answer::No; }
   QString OpenFileName(const QString&, const QString&) override { return {}; }
   QString SaveFileName(const QString&, const QString&) override { return {}; }
   QColor AskColour(const QColor&, const QString&) override { return {}; }

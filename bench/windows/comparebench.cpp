@@ -2,17 +2,15 @@
 // confirmed, then drawn anew. QT_QPA_PLATFORM=offscreen build/release/bin/compare_bench
 #include <QApplication>
 #include <QDialog>
-#include <QTemporaryDir>
 #include <QTimer>
 
 #include <cmath>
 #include <random>
 
-#include "app/frmmain.h"
-#include "app/ground/languagefont.h"
 #include "files/wlsfile.h"
 #include "output/windows/piccurve.h"
 #include "spectrum/windows/frmwlscompare.h"
+#include "windows/benchframe.h"
 #include "windows/windowreport.h"
 
 namespace {
@@ -31,12 +29,6 @@ void WriteComparedFile(const QString& path, int number) {
   });
 }
 
-class NoPorts : public PortList {
- public:
-  std::string Path(int) const override { return {}; }
-  std::unique_ptr<Port> MakePort(int) override { return nullptr; }
-};
-
 /// Confirms the options as soon as they are open; from then on the clock runs.
 void ConfirmOptions(Wall::time_point& from) {
   QTimer::singleShot(0, qApp, [&from] {
@@ -51,22 +43,13 @@ void ConfirmOptions(Wall::time_point& from) {
 
 int main(int argc, char** argv) {
   QApplication application(argc, argv);
-  SelectLanguage();
-  QTemporaryDir folder;
-  ManualClock time;
-  QtMessageLoop loop;
-  NoExclusion turn;
-  NoPorts ports;
-  Setting settings(folder.path().toStdString());
+  BenchFrame bench;
   for (int i = 0; i < 10; ++i) {
-    const QString path = folder.filePath(QStringLiteral("%1.wls").arg(i));
+    const QString path = bench.Folder().filePath(QStringLiteral("%1.wls").arg(i));
     WriteComparedFile(path, i);
-    settings.PutSetting(kCompareSection, "File name " + std::to_string(i), path.toStdString());
+    bench.Settings().PutSetting(kCompareSection, "File name " + std::to_string(i), path.toStdString());
   }
-  FrmMain frame({ports, time, loop, turn, settings, folder.path().toStdString()});
-  frame.resize(1600, 1000);
-  frame.show();
-  QCoreApplication::processEvents();
+  FrmMain& frame = bench.Show();
 
   std::vector<double> loaded;
   std::vector<double> drawn;

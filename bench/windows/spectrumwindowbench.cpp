@@ -3,7 +3,6 @@
 // QT_QPA_PLATFORM=offscreen build/release/bin/spectrum_window_bench
 #include <QApplication>
 #include <QTableView>
-#include <QTemporaryDir>
 
 #include <cmath>
 #include <cstdio>
@@ -12,11 +11,10 @@
 #include <string>
 #include <vector>
 
-#include "app/frmmain.h"
 #include "app/ground/frmdatatabel.h"
-#include "app/ground/languagefont.h"
 #include "files/wlsfile.h"
 #include "spectrum/windows/frmwls.h"
+#include "windows/benchframe.h"
 #include "windows/windowreport.h"
 
 namespace {
@@ -65,35 +63,20 @@ struct Times {
   }
 };
 
-class NoPorts : public PortList {
- public:
-  std::string Path(int) const override { return {}; }
-  std::unique_ptr<Port> MakePort(int) override { return nullptr; }
-};
-
 }  // namespace
 
 int main(int argc, char** argv) {
   QApplication application(argc, argv);
-  SelectLanguage();
-  QTemporaryDir folder;
-  ManualClock time;
-  QtMessageLoop loop;
-  NoExclusion turn;
-  NoPorts ports;
-  Setting settings(folder.path().toStdString());
-  settings.PutSetting(kScanSection, "Smooth Enable", "False");
-  FrmMain frame({ports, time, loop, turn, settings, folder.path().toStdString()});
-  frame.resize(1600, 1000);
-  frame.show();
-  QCoreApplication::processEvents();
+  BenchFrame bench;
+  bench.Settings().PutSetting(kScanSection, "Smooth Enable", "False");
+  FrmMain& frame = bench.Show();
   const double empty = ResidentMB();
 
   Times opened;
   Times searched;
   std::size_t marks = 0;
   for (int i = 0; i < 10; ++i) {
-    const QString path = folder.filePath(QStringLiteral("%1.wls").arg(i));
+    const QString path = bench.Folder().filePath(QStringLiteral("%1.wls").arg(i));
     WriteSpectrum(path);
     opened.Take([&] { frame.OpenDataFile(path); });
   }

@@ -7,12 +7,12 @@
 
 #include "base/clock.h"
 #include "base/setting.h"
-#include "link/displays.h"
 #include "link/exclusion.h"
 #include "link/instrumentlink.h"
 #include "link/memoryport.h"
 #include "link/messageloop.h"
 #include "link/portlist.h"
+#include "link/silentdisplay.h"
 #include "modes/testbench.h"
 #include "simulator/simulatedline.h"
 
@@ -34,7 +34,7 @@ struct Blank {
 /// A simulated instrument, connected, and the hands of somebody who works on it. Time is simulated: the
 /// lamps, the drive and a reaction take their time, the caller does not wait for it. The same seed and the
 /// same moves give the same readings. Every step that fails throws ExampleFailure.
-class ExampleBench : private MainDisplay, private Messages {
+class ExampleBench : private SilentDisplay, private Messages {
  public:
   /// `scratch`: a folder that does not exist yet, for the settings that a connection leaves; it goes with
   /// this object. `sampler`: the eight-cell sampler is fitted.
@@ -75,15 +75,6 @@ class ExampleBench : private MainDisplay, private Messages {
     LinePeer& peer_;
   };
 
-  void SetWavelengthField(const std::string&) override {}
-  void SetAbsField(const std::string&) override {}
-  void SetTransField(const std::string&) override {}
-  void SetStatus(StatusPane, const std::string&) override {}
-  void SetRemark(const std::string&) override {}
-  bool DataDisplayShown() const override { return false; }
-  void EnableSampleTimer(bool) override {}
-  void Lock(bool) override {}
-  void UpdateCommands() override {}
   /// Nothing that asks for a box belongs into the making of an example.
   void Show(int textId, const std::string& details) override;
 

@@ -7,6 +7,7 @@
 #include <QLineEdit>
 #include <QLocale>
 #include <QPushButton>
+#include <QSplitter>
 #include <QTableView>
 #include <QTabWidget>
 #include <QTemporaryDir>
@@ -17,6 +18,7 @@
 #include "app/ground/colourbutton.h"
 #include "app/ground/commands.h"
 #include "app/ground/languagefont.h"
+#include "app/ground/readablehints.h"
 #include "base/language.h"
 #include "examplefiles/examples.h"
 #include "files/wlsfile.h"
@@ -26,6 +28,11 @@
 using namespace spectrane;
 
 namespace {
+
+/// Of the main window [px].
+constexpr int kWidth = 960;
+constexpr int kWidthForNotes = 1120;
+constexpr int kHeight = 660;
 
 /// A spectrum with the blank taken anew at each point.
 void MakeSpectrum(const QString& folder, const char* sample, const char* file) {
@@ -66,7 +73,7 @@ void MakeFiles(const QString& examples, const QString& files) {
 }
 
 void TakeFrame(Studio& studio) {
-  studio.Resize(960, 660);
+  studio.Resize(kWidth, kHeight);
   studio.TakeMain("main-window");
   studio.TakeDialogOf(kNewFileGuide, "FrmNew", "new-file-guide");
   studio.TakeDialogOf(kAbout, "FrmAbout", "about");
@@ -113,14 +120,20 @@ void TakeMode(Studio& studio, const char* file, const char* dialog, const char* 
 }
 
 void TakeModes(Studio& studio) {
-  TakeMode(studio, "dye.qua", "FrmQuaConfig", "quantitation");
+  studio.Resize(kWidthForNotes, kHeight);
+  TakeMode(studio, "dye.qua", "FrmQuaConfig", "quantitation", [&] {
+    studio.Main().findChild<QSplitter*>(QStringLiteral("QuaColumns"))->setSizes({540, 580});
+  });
   studio.CloseAll();
+  studio.Resize(kWidth, kHeight);
   TakeMode(studio, "enzyme.tis", "FrmTSConfig", "kinetics");
   studio.CloseAll();
   TakeMode(studio, "multi.mul", "FrmMultiConfig", "multi-wavelength");
   studio.CloseAll();
+  studio.Resize(kWidthForNotes, kHeight);
   TakeMode(studio, "nucleic.dna", "FrmDNAConfig", "dna-protein");
   studio.CloseAll();
+  studio.Resize(kWidth, kHeight);
   TakeMode(studio, "holmium.wls", "FrmWLSConfig", "wavelength-scan", [&] { studio.Choose(kSearchPeak); });
   studio.TakeDialogOf(kPeakValueSetup, "FrmPeakHeight", "peak-value-setup");
   studio.TakeDialogOf(kMaxMinAverage, "FrmMaxMinAverage", "max-min-average");
@@ -253,6 +266,8 @@ void TakeAll(const QString& examples, const QString& pictures) {
 
 int main(int argc, char** argv) {
   QApplication application(argc, argv);
+  // As in the program, whose application would hold back the faults of this one.
+  QApplication::setPalette(WithReadableHints(QApplication::palette()));
   std::setlocale(LC_ALL, "C");
   QLocale::setDefault(QLocale::c());
   SelectLanguage();

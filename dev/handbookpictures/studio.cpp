@@ -57,9 +57,10 @@ InstrumentOptions Studio::QuietInstrument() {
   return options;
 }
 
-Studio::Studio(QString folder, QString files) : folder_(std::move(folder)), files_(std::move(files)) {
-  main_ = std::make_unique<FrmMain>(
-      ProgramParts{ports_, time_, loop_, turn_, settings_, home_.path().toStdString()});
+Studio::Studio(QString folder, QString files)
+    : folder_(std::move(folder)), files_(std::move(files)), home_(PathOf("settings").toStdString()) {
+  QDir().mkpath(PathOf("settings"));
+  main_ = std::make_unique<FrmMain>(ProgramParts{ports_, time_, loop_, turn_, settings_, home_});
   main_->findChild<QTimer*>(QStringLiteral("TimerFileOpen"))->disconnect();
   // Simulated time must not depend on how long this machine takes.
   main_->SampleTimer().disconnect();

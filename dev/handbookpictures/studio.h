@@ -1,10 +1,10 @@
 #pragma once
 
 #include <QString>
-#include <QTemporaryDir>
 
 #include <functional>
 #include <memory>
+#include <string>
 
 #include "app/frmmain.h"
 #include "base/clock.h"
@@ -15,11 +15,11 @@
 namespace spectrane {
 
 /// The program on a simulated instrument and on simulated time, in front of a camera. What fails ends the
-/// session with std::runtime_error.
+/// tour with std::runtime_error.
 class Studio {
  public:
-  /// Pictures go into `folder`. The files that are shown stand in `files`, whose path can be read on some of
-  /// the pictures.
+  /// Pictures go into `folder`. The files that are shown stand in `files`, the settings below it; its path
+  /// can be read on some of the pictures.
   Studio(QString folder, QString files);
   ~Studio();
 
@@ -77,13 +77,13 @@ class Studio {
 
   QString folder_;
   QString files_;
-  QTemporaryDir home_;
+  std::string home_;
   ManualClock time_;
   Loop loop_{time_};
   NoExclusion turn_;
   SimulatedLine instrument_{QuietInstrument()};
   OnePort ports_{time_, instrument_};
-  Setting settings_{home_.path().toStdString()};
+  Setting settings_{home_};
   std::unique_ptr<FrmMain> main_;
 };
 

@@ -1,10 +1,13 @@
 // Paints the program's pictures into PNG files: all command icons on one sheet, to be looked at side by side,
-// and the icons of the application and of its files in the sizes that desktops want.
+// the icons of the application and of its files in the sizes that desktops want, and all of them for programs
+// that cannot read drawings. Makes icon files too.
 #include <algorithm>
 #include <array>
+#include <initializer_list>
 #include <iterator>
 #include <QApplication>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QImage>
 #include <QPainter>
@@ -14,6 +17,7 @@
 #include <vector>
 
 #include "app/ground/commandicon.h"
+#include "iconsheet/buildpictures.h"
 
 using namespace spectrane;
 
@@ -86,22 +90,40 @@ bool WriteSheet(const QString& path) {
   return both.save(path);
 }
 
-/// Writes FOLDER/SIDExSIDE/KIND/NAME.png of one drawing.
-bool WriteSizes(const QString& drawing, const QString& folder, const QString& kind) {
+/// A picture of the drawing for each side; empty when there is no such drawing.
+std::vector<QImage> Painted(const QString& drawing, std::initializer_list<int> sides) {
+  std::vector<QImage> pictures;
   QSvgRenderer renderer(drawing);
-  if (!renderer.isValid()) return false;
-  for (const int side : {16, 32, 48, 128, 256}) {
+  if (!renderer.isValid()) return pictures;
+  for (const int side : sides) {
     QImage picture(side, side, QImage::Format_ARGB32_Premultiplied);
     picture.fill(Qt::transparent);
     QPainter painter(&picture);
     renderer.render(&painter, QRectF(0, 0, side, side));
     painter.end();
+    pictures.push_back(picture);
+  }
+  return pictures;
+}
+
+/// Writes FOLDER/SIDExSIDE/KIND/NAME.png of one drawing.
+bool WriteSizes(const QString& drawing, const QString& folder, const QString& kind) {
+  const std::vector<QImage> pictures = Painted(drawing, {16, 32, 48, 128, 256});
+  for (const QImage& picture : pictures) {
+    const int side = picture.width();
     const QString place = QStringLiteral("%1/%2x%2/%3").arg(folder).arg(side).arg(kind);
     if (!QDir().mkpath(place)) return false;
     if (!picture.save(QStringLiteral("%1/%2.png").arg(place, QFileInfo(drawing).completeBaseName())))
       return false;
   }
-  return true;
+  return !pictures.empty();
+}
+
+/// Writes FOLDER/NAME.ico of one drawing.
+bool WriteIcon(const QString& drawing, const QString& folder) {
+  const std::vector<QImage> pictures = Painted(drawing, {16, 20, 24, 32, 40, 48, 64, 256});
+  QFile file(QStringLiteral("%1/%2.ico").arg(folder, QFileInfo(drawing).completeBaseName()));
+  return !pictures.empty() && file.open(QIODevice::WriteOnly) && file.write(IconFile(pictures)) > 0;
 }
 
 }  // namespace
@@ -117,6 +139,14 @@ int main(int argc, char** argv) {
       done = WriteSizes(drawing, arguments.at(2), arguments.at(3)) && done;
     return done ? 0 : 1;
   }
-  QTextStream(stderr) << "iconsheet sheet PICTURE.png | iconsheet sizes FOLDER KIND DRAWING.svg...\n";
+  if (arguments.size() == 3 && arguments.at(1) == QStringLiteral("stored"))
+    return WriteStoredDrawings(arguments.at(2)) ? 0 : 1;
+  if (arguments.size() >= 4 && arguments.at(1) == QStringLiteral("icons")) {
+    bool done = true;
+    for (const QString& drawing : arguments.mid(3)) done = WriteIcon(drawing, arguments.at(2)) && done;
+    return done ? 0 : 1;
+  }
+  QTextStream(stderr) << "iconsheet sheet PICTURE.png | iconsheet sizes FOLDER KIND DRAWING.svg...\n"
+                         "iconsheet stored FOLDER | iconsheet icons FOLDER DRAWING.svg...\n";
   return 2;
 }

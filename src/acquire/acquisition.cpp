@@ -4,11 +4,11 @@ namespace spectrane {
 
 bool AcquisitionSteps::MoveTo(double wavelength) {
   bench_.State.CurrentWavelength = wavelength;
-  return bench_.Instrument.SetWavelength(wavelength);
+  return bench_.Instrument.SetWavelength(wavelength) && SameInstrument();
 }
 
 bool AcquisitionSteps::UseGain(std::int32_t gain) {
-  return bench_.Instrument.SetGain(gain);
+  return bench_.Instrument.SetGain(gain) && SameInstrument();
 }
 
 bool AcquisitionSteps::Read(std::int32_t samples, std::int32_t& energy) {
@@ -30,7 +30,7 @@ bool AcquisitionSteps::TakeReference(std::int32_t& energy, std::int32_t& gain) {
 }
 
 bool AcquisitionSteps::MoveSampler(std::int32_t cell) {
-  return bench_.Instrument.SetSampler(cell);
+  return bench_.Instrument.SetSampler(cell) && SameInstrument();
 }
 
 bool AcquisitionSteps::MoveToBlankCell() {
@@ -48,10 +48,11 @@ std::int32_t AcquisitionSteps::DarkOf(std::int32_t gain) const {
   return bench_.State.DarkEnergies.at(static_cast<std::size_t>(gain));
 }
 
-AcquisitionEnd AcquisitionSteps::Own(const std::function<AcquisitionEnd()>& pass) {
+AcquisitionEnd AcquisitionSteps::RunAlone(const std::function<AcquisitionEnd()>& pass) {
   if (!bench_.State.InstrumentConnected) return AcquisitionEnd::NotBegun;
   const InstrumentRun run(bench_.State);
   if (!run.Owns()) return AcquisitionEnd::NotBegun;
+  if (!restarts_) restarts_ = bench_.State.RestartCount;
   bench_.Live.SampleTimerStop();
   bench_.State.InstrumentBusy = true;
   const AcquisitionEnd end = pass();

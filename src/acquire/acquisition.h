@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 
 #include "modes/testbench.h"
 
@@ -20,7 +21,7 @@ enum class AcquisitionEnd {
 
 /// The steps of which runs are made, each one exchange: move, gain, reading, blank, cell. A step that fails
 /// is not tried again: an instrument that restarted has forgotten how it was trimmed, and what it reads then
-/// no longer fits the reference. Every step yields.
+/// no longer fits the reference; from then on every step fails. Every step yields.
 class AcquisitionSteps {
  public:
   explicit AcquisitionSteps(const TestBench& bench) : bench_(bench) {}
@@ -51,14 +52,17 @@ class AcquisitionSteps {
   std::function<void(std::int32_t done)> OnDone;
 
   /// Runs `pass` as the one routine that owns the instrument. `pass` gives the end that it came to.
-  AcquisitionEnd Own(const std::function<AcquisitionEnd()>& pass);
+  AcquisitionEnd RunAlone(const std::function<AcquisitionEnd()>& pass);
   /// One step for each index below `count`, with the stop looked at before each.
   AcquisitionEnd ForEach(std::int32_t count, const std::function<bool(std::int32_t)>& step);
 
  private:
-  bool Complete() const { return bench_.Instrument.LastReply().Complete(); }
+  bool Complete() const { return bench_.Instrument.LastReply().Complete() && SameInstrument(); }
+  /// It has not restarted since the first pass began: a reference of one pass serves the next.
+  bool SameInstrument() const { return !restarts_ || *restarts_ == bench_.State.RestartCount; }
 
   TestBench bench_;
+  std::optional<std::int64_t> restarts_;
 };
 
 }  // namespace spectrane

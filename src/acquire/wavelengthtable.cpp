@@ -16,7 +16,7 @@ WavelengthTable::WavelengthTable(AcquisitionSteps& steps, std::vector<double> wa
 
 AcquisitionEnd WavelengthTable::TakeBlanks() {
   blanks_.clear();
-  return steps_.Own([this] {
+  return steps_.RunAlone([this] {
     return steps_.ForEach(static_cast<std::int32_t>(wavelengths_.size()), [this](std::int32_t i) {
       Blank blank;
       if (!steps_.MoveTo(wavelengths_[static_cast<std::size_t>(i)]) ||
@@ -30,7 +30,7 @@ AcquisitionEnd WavelengthTable::TakeBlanks() {
 
 AcquisitionEnd WavelengthTable::MeasureSample(std::vector<double>& abs) {
   std::vector<double> row;
-  const AcquisitionEnd end = steps_.Own([&] {
+  const AcquisitionEnd end = steps_.RunAlone([&] {
     return steps_.ForEach(static_cast<std::int32_t>(blanks_.size()), [&](std::int32_t i) {
       const Blank& blank = blanks_[static_cast<std::size_t>(i)];
       std::int32_t energy = 0;

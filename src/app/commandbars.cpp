@@ -115,6 +115,9 @@ void CommandBars::BuildMenus(const std::function<void(QMenu&)>& fillRecentFiles)
       case MenuRow::Kind::Item:
         open.back()->addAction(Action(row.Number));
         break;
+      case MenuRow::Kind::NewFiles:
+        for (const int command : kNewFileCommands) open.back()->addAction(Action(command));
+        break;
       case MenuRow::Kind::Separator:
         open.back()->addSeparator();
         break;
@@ -192,6 +195,21 @@ bool CommandBars::eventFilter(QObject* watched, QEvent* event) {
   if (!forward && key != Qt::Key_Left && key != Qt::Key_Up) return false;
   if (QToolButton* next = Neighbour(bar, button, forward ? 1 : -1)) next->setFocus(Qt::TabFocusReason);
   return true;
+}
+
+QList<QWidget*> CommandBars::Entrances() const {
+  QList<QWidget*> entrances;
+  for (const QToolBar* bar : bars_) {
+    if (!bar->isVisible()) continue;
+    for (QAction* action : bar->actions()) {
+      QWidget* const button = bar->widgetForAction(action);
+      if (!button || !button->isVisible() || !button->isEnabled() || button->focusPolicy() == Qt::NoFocus)
+        continue;
+      entrances.append(button);
+      break;
+    }
+  }
+  return entrances;
 }
 
 void CommandBars::SetBigIcons(bool big) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QObject>
 
 #include <functional>
@@ -11,6 +12,7 @@ class QMainWindow;
 class QMenu;
 class QToolBar;
 class QToolButton;
+class QWidget;
 
 namespace spectrane {
 
@@ -32,7 +34,8 @@ class CommandBars : public QObject {
   void Explain(int command, const QString& reason);
   /// Null for a view command that is no bar of buttons.
   QToolBar* Bar(int viewCommand) const;
-  const std::vector<QToolBar*>& Bars() const { return bars_; }
+  /// Of each bar on show the first button that takes the focus.
+  QList<QWidget*> Entrances() const;
   QMenu* PopupMenu() { return popup_; }
   void SetBigIcons(bool big);
   void ShowExpandButtons(bool shown);

@@ -1,8 +1,11 @@
 #include "app/commandtable.h"
 
+#include <algorithm>
+#include <array>
+#include <iterator>
 #include <stdexcept>
 
-#include "app/frmmain.h"
+#include "app/framecommands.h"
 #include "app/ground/documentwindow.h"
 #include "app/ground/reportprinter.h"
 
@@ -11,7 +14,7 @@ namespace {
 
 using When = EnabledWhen;
 using D = DocumentWindow;
-using F = FrmMain;
+using F = FrameCommands;
 
 /// Acts on windows of recorded spectra only.
 void DeriveSpectrum(D& window) {
@@ -39,7 +42,7 @@ const CommandRow kRows[] = {
     {kPrinterSetup, 115, When::NoRun, "", false, [](F& f) { f.Printer().Setup(); }, nullptr},
     {kPrint, 116, When::Document, "Ctrl+P", false, nullptr, [](D& d) { d.PrintReport(); }},
     {kPrintPreview, 0, When::Document, "", false, nullptr, [](D& d) { d.PreviewReport(); }, "Print Preview"},
-    {kExit, 117, When::Always, "Ctrl+Q", false, [](F& f) { f.close(); }, nullptr},
+    {kExit, 117, When::Always, "Ctrl+Q", false, [](F& f) { f.Frame().close(); }, nullptr},
 
     {kMainBar, 202, When::Always, "", true, [](F& f) { f.ToggleBar(kMainBar); }, nullptr},
     {kOperateBar, 204, When::Always, "", true, [](F& f) { f.ToggleBar(kOperateBar); }, nullptr},
@@ -106,12 +109,7 @@ const MenuRow kMenus[] = {
     {Kind::Menu, 101},
     {Kind::Item, kNewFileGuide},
     {Kind::Submenu, 103},
-    {Kind::Item, kNewBasic},
-    {Kind::Item, kNewQua},
-    {Kind::Item, kNewTS},
-    {Kind::Item, kNewWLS},
-    {Kind::Item, kNewMulti},
-    {Kind::Item, kNewDNA},
+    {Kind::NewFiles},
     {Kind::SubmenuEnd},
     {Kind::Item, kOpen},
     {Kind::Separator},
@@ -202,10 +200,19 @@ const MenuRow kMenus[] = {
     {Kind::Item, kAbout},
 };
 
-constexpr int kPopup[] = {kConnect, kNewBasic, kNewQua, kNewTS, kNewWLS, kNewMulti, kNewDNA};
+/// `first`, the new documents, `then`.
+template <std::size_t N, std::size_t M>
+constexpr auto AroundNewFiles(const std::array<int, N>& first, const std::array<int, M>& then) {
+  std::array<int, N + std::size(kNewFileCommands) + M> commands = {};
+  auto at = std::ranges::copy(first, commands.begin()).out;
+  at = std::ranges::copy(kNewFileCommands, at).out;
+  std::ranges::copy(then, at);
+  return commands;
+}
 
-constexpr int kMainItems[] = {kNewFileGuide, kNewBasic, kNewQua, kNewTS, kNewWLS,
-                              kNewMulti,     kNewDNA,   kOpen,   kSave,  kPrint};
+constexpr auto kPopup = AroundNewFiles(std::array<int, 1>{kConnect}, std::array<int, 0>{});
+constexpr auto kMainItems =
+    AroundNewFiles(std::array<int, 1>{kNewFileGuide}, std::array<int, 3>{kOpen, kSave, kPrint});
 constexpr int kSpectrumItems[] = {
     kSearchPeak,          kPeakValueSetup,         kSpectrumCompare,  kSpectrumSmooth,    kSpectrumAdd,
     kSpectrumSubtraction, kSpectrumMultiplication, kSpectrumDivision, kSpectrumDerivative};
@@ -215,9 +222,9 @@ constexpr int kOperateItems[] = {
     kDeleteRecord, kCopyPicture, kSystemBaseline, kSetBlank,      kTestOption};
 
 const BarRow kBars[] = {
-    {kMainBar, "MainToolsbar", "Main toolsbar", kMainItems},
-    {kOperateBar, "OperateToolsbar", "Operate toolsbar", kOperateItems},
-    {kSpectrumBar, "SpectrumToolsbar", "spectrum toolsbar", kSpectrumItems},
+    {kMainBar, "MainToolsbar", kMainItems},
+    {kOperateBar, "OperateToolsbar", kOperateItems},
+    {kSpectrumBar, "SpectrumToolsbar", kSpectrumItems},
 };
 
 }  // namespace

@@ -7,7 +7,7 @@
 namespace spectrane {
 
 class DocumentWindow;
-class FrmMain;
+class FrameCommands;
 
 /// When a command can be chosen.
 enum class EnabledWhen {
@@ -32,7 +32,7 @@ struct CommandRow {
   const char* Keys;
   bool Checkable;
   /// One of the two: what the main window does, or what the active child does.
-  void (*OnFrame)(FrmMain&);
+  void (*OnFrame)(FrameCommands&);
   void (*OnDocument)(DocumentWindow&);
   const char* Own = nullptr;
 };
@@ -43,7 +43,7 @@ const CommandRow& CommandRowOf(int command);
 
 /// The menu bar, in order.
 struct MenuRow {
-  enum class Kind { Menu, Submenu, SubmenuEnd, Item, Separator, RecentFiles } Is;
+  enum class Kind { Menu, Submenu, SubmenuEnd, Item, NewFiles, Separator, RecentFiles } Is;
   /// Command number, or text number of a menu's caption.
   int Number = 0;
 };
@@ -55,8 +55,6 @@ std::span<const int> PopupCommands();
 struct BarRow {
   int ViewCommand;
   const char* ObjectName;
-  /// Key in section `Main Window` of config.ini.
-  const char* Key;
   std::span<const int> Commands;
 };
 std::span<const BarRow> BarRows();

@@ -18,13 +18,13 @@ DocumentWindow* Make(MainWindow& frame) {
 }
 
 const DocumentKind kKinds[] = {
-    {kQuantitationFile, 1, kNewQua, 104, "FrmQua", &Make<FrmQua>},
-    {kKineticsFile, 2, kNewTS, 105, "FrmTS", &Make<FrmTS>},
-    {kScanFile, 3, kNewWLS, 106, "FrmWLS", &Make<FrmWLS>},
-    {kMultiFile, 4, kNewMulti, 107, "FrmMulti", &Make<FrmMulti>},
-    {kDNAFile, 5, kNewDNA, 108, "FrmDNA", &Make<FrmDNA>},
-    {kPhotometryFile, 11, kNewBasic, 121, "FrmBasic", &Make<FrmBasic>},
-    {0, 12, 0, 0, "FrmWLSVer2", &Make<FrmWLSVer2>},
+    {kPhotometryFile, 11, kNewBasic, 121, "FrmBasic", &Make<FrmBasic>, "BasicOption", 1084},
+    {kQuantitationFile, 1, kNewQua, 104, "FrmQua", &Make<FrmQua>, "QuaOption", 1085},
+    {kKineticsFile, 2, kNewTS, 105, "FrmTS", &Make<FrmTS>, "TimeScanOption", 1086},
+    {kScanFile, 3, kNewWLS, 106, "FrmWLS", &Make<FrmWLS>, "WaveLengthOption", 1087},
+    {kMultiFile, 4, kNewMulti, 107, "FrmMulti", &Make<FrmMulti>, "MultiOption", 1088},
+    {kDNAFile, 5, kNewDNA, 108, "FrmDNA", &Make<FrmDNA>, "DNAOption", 1089},
+    {0, 12, 0, 0, "FrmWLSVer2", &Make<FrmWLSVer2>, nullptr, 0},
 };
 
 }  // namespace

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
+#include <map>
 #include <span>
 
 class QString;
@@ -19,7 +19,7 @@ inline constexpr int kMultiFile = 4;
 inline constexpr int kDNAFile = 5;
 inline constexpr int kPhotometryFile = 6;
 
-/// One kind of document window.
+/// One kind of document window: all that the main window and the New File guide know of it.
 struct DocumentKind {
   /// Number in the New File guide; 0: no new document of this kind can be made.
   int NewFileType;
@@ -29,12 +29,15 @@ struct DocumentKind {
   /// Text number of the caption of new documents, which a number follows; 0: it has files only.
   int CaptionTextId;
   const char* ClassName;
-  /// Null while this program has no window of the kind.
   DocumentWindow* (*Make)(MainWindow&);
+  /// Object name of its option in the guide, and text number of what it is for.
+  const char* OptionName;
+  int DescriptionTextId;
 };
 
 inline constexpr std::int32_t kBaselineHeaderType = 6;
 
+/// In the order of the guide.
 std::span<const DocumentKind> DocumentKinds();
 /// Null for a number that no kind has.
 const DocumentKind* KindOfNewFile(int newFileType);
@@ -43,10 +46,10 @@ const DocumentKind* KindOfHeader(std::int32_t headerType);
 /// How many documents of each kind were made since the start; never counts down.
 class DocumentCounters {
  public:
-  int Next(const DocumentKind& kind) { return ++counts_.at(static_cast<std::size_t>(kind.NewFileType)); }
+  int Next(const DocumentKind& kind) { return ++counts_[kind.NewFileType]; }
 
  private:
-  std::array<int, 7> counts_ = {};
+  std::map<int, int> counts_;
 };
 
 }  // namespace spectrane

@@ -1,12 +1,8 @@
 #include "app/frmmain.h"
 
 #include <QApplication>
-#include <QDialog>
-#include <QFileInfo>
 #include <QMenu>
-#include <QScreen>
-#include <QShowEvent>
-#include <QStyle>
+#include <QPaintEvent>
 #include <utility>
 
 #include "app/barlooks.h"
@@ -18,6 +14,7 @@
 #include "app/ground/words.h"
 #include "app/handbook.h"
 #include "app/messageboxes.h"
+#include "app/viewflags.h"
 #include "base/language.h"
 #include "base/textnumbers.h"
 
@@ -31,16 +28,8 @@ constexpr int kUnpaintedMs = 400;
 constexpr int kConnectMs = 2000;
 constexpr int kSampleMs = 100;
 constexpr int kLayoutVersion = 2;
-constexpr const char* kWindowSection = "Main Window";
-constexpr QSize kFirstSize(1120, 720);
-/// So much of a window must be on a screen [px].
-constexpr int kVisible = 80;
-/// At the sides and below a window [px].
-constexpr int kFrameWidth = 4;
-
 const QString kBarsName = QStringLiteral("FrmMain/Bars");
 const QString kDataTableName = QStringLiteral("FrmMain/DataTable");
-const QString kPlaceName = QStringLiteral("FrmMain/Place");
 
 }  // namespace
 
@@ -65,6 +54,10 @@ FrmMain::FrmMain(const ProgramParts& parts)
   RestoreLayout();
   SetMenuStyle(window_.MenuStyle);
   SetStatus(StatusPane::Connection, Text(kNoInstrument));
+  // The end of the session may still be called off: nothing is asked and nothing ends.
+  connect(
+      qGuiApp, &QGuiApplication::commitDataRequest, this, [this] { StoreWindowState(); },
+      Qt::DirectConnection);
   UpdateCommands();
 }
 
@@ -81,8 +74,8 @@ void FrmMain::SetFrmMainFont() {
 }
 
 void FrmMain::LoadWindowSettings() {
-  window_.WindowHeight = kFirstSize.height();
-  window_.WindowWidth = kFirstSize.width();
+  window_.WindowHeight = FramePlace::kFirstSize.height();
+  window_.WindowWidth = FramePlace::kFirstSize.width();
   spectrane::LoadWindowSettings(parts_.Settings, parts_.ApplicationFolder, window_);
   link_->Apply(window_);
 }
@@ -99,7 +92,8 @@ void FrmMain::BuildBars() {
   status_ = new MainStatus(this);
   setStatusBar(status_);
   bars_ = std::make_unique<CommandBars>(*this, [this](int command) { RunCommand(command); });
-  bars_->BuildMenus([this](QMenu& menu) { FillRecentFiles(menu); });
+  bars_->BuildMenus(
+      [this](QMenu& menu) { recent_.KeepIn(menu, *this, [this](const QString& path) { OpenLater(path); }); });
   bars_->BuildToolBars();
   insertToolBarBreak(bars_->Bar(kSpectrumBar));
   display_ = new DataDisplay(this, bars_->Action(kSetWavelength));
@@ -150,12 +144,10 @@ void FrmMain::RestoreLayout() {
 }
 
 void FrmMain::ApplyBarFlags() {
-  for (const CommandRow& row : CommandRows()) {
-    const char* key = nullptr;
-    const bool* flag = FlagOf(row.Number, &key);
-    if (!flag) continue;
-    bars_->Action(row.Number)->setChecked(*flag);
-    if (QToolBar* bar = bars_->Bar(row.Number)) bar->setVisible(*flag);
+  for (const ViewFlag& flag : ViewFlags()) {
+    const bool on = window_.*flag.Field;
+    bars_->Action(flag.Command)->setChecked(on);
+    if (QToolBar* bar = bars_->Bar(flag.Command)) bar->setVisible(on);
   }
   display_->setVisible(window_.DataDisplayToolbar);
   status_->setVisible(window_.StatusToolbar);
@@ -166,86 +158,30 @@ void FrmMain::ApplyBarFlags() {
   DataTableChanged(ActiveForm());
 }
 
-bool* FrmMain::FlagOf(int viewCommand, const char** key) {
-  struct Flag {
-    int Command;
-    const char* Key;
-    bool WindowSettings::*Field;
-  };
-  static constexpr Flag kFlags[] = {
-      {kMainBar, "Main toolsbar", &WindowSettings::MainToolbar},
-      {kSpectrumBar, "spectrum toolsbar", &WindowSettings::SpectrumToolbar},
-      {kOperateBar, "Operate toolsbar", &WindowSettings::OperateToolbar},
-      {kDataViewBar, "data display toolsbar", &WindowSettings::DataDisplayToolbar},
-      {kExpandButton, "Expand Button", &WindowSettings::ExpandButton},
-      {kTabWorkspace, "TabWorkspace", &WindowSettings::TabWorkspace},
-      {kBigIcon, "Big Icon", &WindowSettings::BigIcon},
-      {kStatusBar, "status toolsbar", &WindowSettings::StatusToolbar},
-  };
-  for (const Flag& flag : kFlags) {
-    if (flag.Command != viewCommand) continue;
-    *key = flag.Key;
-    return &(window_.*flag.Field);
-  }
-  return nullptr;
-}
-
 void FrmMain::ToggleBar(int viewCommand) {
-  const char* key = nullptr;
-  bool* flag = FlagOf(viewCommand, &key);
+  const ViewFlag* const flag = ViewFlagOf(viewCommand);
   if (!flag) return;
-  *flag = !*flag;
-  StoreWindowSetting(parts_.Settings, kWindowSection, key, window_);
+  window_.*flag->Field = !(window_.*flag->Field);
+  StoreWindowSetting(parts_.Settings, kWindowSection, flag->Key, window_);
   ApplyBarFlags();
 }
 
 void FrmMain::ResetLayout() {
   layout_.Reset();
-  for (const CommandRow& row : CommandRows()) {
-    const char* key = nullptr;
-    bool* flag = FlagOf(row.Number, &key);
-    if (!flag) continue;
-    *flag = row.Number != kBigIcon;
-    StoreWindowSetting(parts_.Settings, kWindowSection, key, window_);
+  for (const ViewFlag& flag : ViewFlags()) {
+    window_.*flag.Field = flag.Command != kBigIcon;
+    StoreWindowSetting(parts_.Settings, kWindowSection, flag.Key, window_);
   }
   restoreState(firstLayout_, kLayoutVersion);
   dock_->SetWanted(true);
   ApplyBarFlags();
   showNormal();
-  normal_ = QRect(screen()->availableGeometry().topLeft() + QPoint(40, 40), kFirstSize);
-  resize(normal_.size().boundedTo(screen()->availableGeometry().size()));
+  place_.Reset();
   showMaximized();
 }
 
-QRect FrmMain::PlaceOnScreen() const {
-  const QSize size(window_.WindowWidth, window_.WindowHeight);
-  const QByteArray stored = layout_.Bytes(kPlaceName);
-  const QScreen* screen = QGuiApplication::primaryScreen();
-  QRect place(QPoint(), size);
-  if (const QList<QByteArray> parts = stored.split(','); parts.size() == 2) {
-    place.moveTopLeft(QPoint(parts[0].toInt(), parts[1].toInt()));
-    for (const QScreen* each : QGuiApplication::screens()) {
-      const QRect shown = each->availableGeometry().intersected(place);
-      if (shown.width() >= kVisible && shown.height() >= kVisible &&
-          each->availableGeometry().top() <= place.top()) {
-        screen = each;
-      }
-    }
-  } else {
-    place.moveCenter(screen->availableGeometry().center());
-  }
-  // The window's frame needs room as well, above all its title bar.
-  const int title = style()->pixelMetric(QStyle::PM_TitleBarHeight);
-  const QRect area = screen->availableGeometry().adjusted(kFrameWidth, title, -kFrameWidth, -kFrameWidth);
-  place.setSize(place.size().boundedTo(area.size()).expandedTo(minimumSizeHint().boundedTo(area.size())));
-  place.moveLeft(std::clamp(place.left(), area.left(), area.right() - place.width() + 1));
-  place.moveTop(std::clamp(place.top(), area.top(), area.bottom() - place.height() + 1));
-  return place;
-}
-
 void FrmMain::ShowStored() {
-  normal_ = PlaceOnScreen();
-  setGeometry(normal_);
+  place_.Restore(QSize(window_.WindowWidth, window_.WindowHeight));
   window_.WindowState == kMaximised ? showMaximized() : showNormal();
   workspace_->setFocus();
   timerConnect_.start();
@@ -263,26 +199,25 @@ void FrmMain::paintEvent(QPaintEvent* event) {
 
 void FrmMain::StoreWindowState() {
   window_.WindowState = isMaximized() ? kMaximised : kNormal;
-  window_.WindowHeight = normal_.height();
-  window_.WindowWidth = normal_.width();
+  window_.WindowHeight = place_.Size().height();
+  window_.WindowWidth = place_.Size().width();
   std::vector<SettingValue> values;
   for (const char* key : {"Windows States", "Windows Height", "Windows Width"}) {
     values.push_back(StoredSetting(WindowSettingRow(kWindowSection, key), window_));
   }
   parts_.Settings.PutSettings(values);
   layout_.Store(kBarsName, saveState(kLayoutVersion));
-  layout_.Store(kPlaceName, QByteArray::number(normal_.x()) + ',' + QByteArray::number(normal_.y()));
+  place_.Store();
 }
 
 void FrmMain::resizeEvent(QResizeEvent* event) {
   QMainWindow::resizeEvent(event);
-  if (isVisible() && !isMaximized() && !isMinimized() && !isFullScreen()) normal_.setSize(size());
+  place_.Resized();
 }
 
 void FrmMain::moveEvent(QMoveEvent* event) {
   QMainWindow::moveEvent(event);
-  if (isVisible() && !isMaximized() && !isMinimized() && !isFullScreen())
-    normal_.moveTopLeft(geometry().topLeft());
+  place_.Moved();
 }
 
 void FrmMain::SetMenuStyle(int style) {
@@ -350,29 +285,15 @@ void FrmMain::EnableSampleTimer(bool on) {
 }
 
 void FrmMain::Lock(bool locked) {
-  if (locked == locked_) return;
-  locked_ = locked;
+  if (locked == inputLock_.IsOn()) return;
   if (locked) {
-    // A window that is disabled forgets which of its widgets has the focus, its dialogs do so with it. The
-    // next time it becomes active it would give the focus to the first button of a bar.
-    focusBeforeLock_ = focusWidget();
-    QList<std::pair<QDialog*, QPointer<QWidget>>> dialogs;
-    for (QDialog* dialog : findChildren<QDialog*>()) dialogs.append({dialog, dialog->focusWidget()});
-    setEnabled(false);
-    // A dialog is a window of its own: what is typed into one that is open must not get lost.
-    for (const auto& [dialog, focus] : dialogs) {
-      dialog->setEnabled(true);
-      if (focus) focus->setFocus();
-    }
-    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    inputLock_.Take();
     return;
   }
-  setEnabled(true);
-  QGuiApplication::restoreOverrideCursor();
-  QWidget* focus = focusBeforeLock_;
+  QWidget* focus = inputLock_.Release();
   if (!focus) focus = ActiveForm();
   (focus ? focus : workspace_)->setFocus();
-  OpenWaitingLater();
+  files_.LookAgain();
 }
 
 QMenu* FrmMain::createPopupMenu() {

@@ -1,8 +1,6 @@
 #pragma once
 
 #include <QMainWindow>
-#include <QPoint>
-#include <QPointer>
 #include <QTimer>
 
 #include <deque>
@@ -12,10 +10,14 @@
 #include "app/commandbars.h"
 #include "app/datadisplay.h"
 #include "app/documentkinds.h"
+#include "app/filequeue.h"
+#include "app/framecommands.h"
+#include "app/frameplace.h"
 #include "app/ground/layoutstore.h"
-#include "app/ground/mainwindow.h"
 #include "app/ground/reportprinter.h"
+#include "app/inputlock.h"
 #include "app/mainstatus.h"
+#include "app/recentfiles.h"
 #include "app/workspace.h"
 #include "tools/systembaseline.h"
 
@@ -41,7 +43,7 @@ struct ProgramParts {
 };
 
 /// The frame of all windows: commands and their routing, status bar, command bars, timers, live reading.
-class FrmMain : public QMainWindow, public MainWindow, public MainDisplay {
+class FrmMain : public QMainWindow, public FrameCommands, public MainDisplay {
   Q_OBJECT
 
  public:
@@ -61,8 +63,8 @@ class FrmMain : public QMainWindow, public MainWindow, public MainDisplay {
   LayoutStore& Layout() override { return layout_; }
   ReportPrinter& Printer() override { return printer_; }
   DocumentWindow* ActiveForm() const override;
-  bool CanCreate(int newFileType) const override;
   void NewFile(int newFileType) override;
+  QString NextCaption(int captionTextId) override;
   void ShowChild(DocumentWindow* window) override;
   bool ShowsFile(const QString& path, const DocumentWindow* besides) const override;
   void NoteFile(const QString& path) override;
@@ -87,20 +89,33 @@ class FrmMain : public QMainWindow, public MainWindow, public MainDisplay {
   void Lock(bool locked) override;
   void UpdateCommands() override;
 
-  // Commands. Those that talk to the instrument or ask something yield.
+  // What the command table asks for.
+  void mmuFileNew() override;
+  void mmuFileOpen() override;
+  void mmuFileCloseOne() override;
+  bool mmuFileCloseAll() override;
+  void ConnectCommand() override;
+  void ReleaseCommand() override;
+  void mmuOperationRezero() override;
+  void SwitchLamp(int command) override;
+  void mmuBaseLine() override;
+  void ShowTool(int command) override;
+  void CompareSpectra() override;
+  void SmoothSpectrum() override;
+  void CombineSpectra(int command) override;
+  void ToggleBar(int viewCommand) override;
+  void ToggleDataTable() override;
+  void ResetLayout() override;
+  void FocusNextPane() override;
+  void Arrange(int windowCommand) override;
+  void ShowOption() override;
+  void ShowAbout() override;
+  void ShowHelpBook() override;
+  void ShowHelpFor(const QWidget* widget) override;
+
+  /// What a menu, a button or a key does; nothing when it may not be chosen now. Yields.
   void RunCommand(int command);
-  void mmuFileNew();
-  void mmuNewFileBasic() { NewFile(kPhotometryFile); }
-  void mmuNewFileQua() { NewFile(kQuantitationFile); }
-  void mmuNewFileTS() { NewFile(kKineticsFile); }
-  void mmuNewFileWLS() { NewFile(kScanFile); }
-  void mmuNewFileMulti() { NewFile(kMultiFile); }
-  void mmuNewFileDNA() { NewFile(kDNAFile); }
-  void mmuFileOpen();
-  /// Windows of processed spectra, followed by their options.
-  void CompareSpectra();
-  void SmoothSpectrum();
-  void CombineSpectra(int command);
+  void mmuOperationConnect();
   /// Opens a data file in the window that its type calls for; every refusal has its own words. `chosen`: in
   /// the Open dialog, where a system baseline is refused. True when a window shows it.
   bool OpenDataFile(const QString& path, bool chosen = false);
@@ -108,27 +123,6 @@ class FrmMain : public QMainWindow, public MainWindow, public MainDisplay {
   void OpenLater(const QString& path);
   /// To the front, out of the task bar.
   void ComeForward();
-  void mmuFileCloseOne();
-  /// False when a window stays open.
-  bool mmuFileCloseAll();
-  void ConnectCommand();
-  void ReleaseCommand();
-  void mmuOperationConnect();
-  void mmuOperationRezero();
-  void SwitchLamp(int command);
-  void mmuBaseLine();
-  /// The dialog of one of the instrument's tools, but for the baseline.
-  void ShowTool(int command);
-  void ToggleBar(int viewCommand);
-  void ToggleDataTable();
-  void ResetLayout();
-  void FocusNextPane();
-  void Arrange(int windowCommand);
-  void ShowOption();
-  void ShowAbout();
-  /// The handbook from its beginning, or the page of the window around `widget` (null: of the main window).
-  void ShowHelpBook();
-  void ShowHelpFor(const QWidget* widget);
   /// A fault ended a command, or what a click in a dialog began: the window stays usable and says so.
   void CommandEndedEarly(const std::exception& fault);
 
@@ -165,8 +159,6 @@ class FrmMain : public QMainWindow, public MainWindow, public MainDisplay {
   void BuildTimers();
   void RestoreLayout();
   void ApplyBarFlags();
-  QRect PlaceOnScreen() const;
-  bool* FlagOf(int viewCommand, const char** key);
   void OnTimerFileOpen();
   void OnSampleTimer();
   /// Runs what a timer or a command starts; a fault of it ends there and leaves the window usable.
@@ -194,14 +186,18 @@ class FrmMain : public QMainWindow, public MainWindow, public MainDisplay {
   DocumentWindow* WindowOfFile(const DocumentKind& kind, const QString& path) const;
   QWidget* OpenDialog() const;
   bool RefuseToOpen(const QString& path, const QString& details);
-  void OpenWaiting();
-  void OpenWaitingLater();
-  QStringList RecentFiles() const;
-  void FillRecentFiles(QMenu& menu);
+  bool MayOpenFile() const;
+  void TellRefusedFiles(qsizetype count, const QStringList& names);
 
   ProgramParts parts_;
   WindowSettings window_;
   LayoutStore layout_;
+  FramePlace place_{*this, layout_};
+  RecentFiles recent_{layout_};
+  FileQueue files_{[this] { return MayOpenFile(); },
+                   [this](const QString& path) { Guarded([&] { OpenDataFile(path); }); },
+                   [this](qsizetype count, const QStringList& names) { TellRefusedFiles(count, names); }};
+  InputLock inputLock_{*this};
   ReportPrinter printer_{*this};
   std::unique_ptr<Questions> ownBoxes_;
   Questions* boxes_;
@@ -218,23 +214,17 @@ class FrmMain : public QMainWindow, public MainWindow, public MainDisplay {
   QTimer timerConnect_{this};
   QTimer sampleTimer_{this};
   QByteArray firstLayout_;
-  QStringList waitingFiles_;
-  // Place and size in the normal state.
-  QRect normal_;
   std::string remark_;
   QString readout_;
   DocumentWindow* measuring_ = nullptr;
   int runs_ = 0;
   bool closing_ = false;
-  bool locked_ = false;
   bool painted_ = false;
   bool ticking_ = false;
-  bool opening_ = false;
   bool journalTold_ = false;
   std::int64_t lastTickMs_ = 0;
   // Chosen inside a live reading.
   std::deque<int> waitingCommands_;
-  QPointer<QWidget> focusBeforeLock_;
 };
 
 }  // namespace spectrane

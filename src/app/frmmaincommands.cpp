@@ -16,6 +16,7 @@
 #include "app/frmoption.h"
 #include "app/ground/documentwindow.h"
 #include "app/ground/frmdatatabel.h"
+#include "app/ground/simulated.h"
 #include "app/ground/words.h"
 #include "app/handbook.h"
 #include "base/language.h"
@@ -27,7 +28,6 @@ namespace {
 
 constexpr int kQuitQuestion = 1103;
 constexpr std::int64_t kLostLinkPauseMs = 3000;
-constexpr const char* kSimulated = "Simulated instrument";
 constexpr const char* kBusyNow = "The instrument is busy. Close again in a moment.";
 constexpr const char* kReleaseToClose = " Release (Shift+F9) lets the program close.";
 
@@ -64,10 +64,9 @@ bool FrmMain::IsEnabled(const CommandRow& row) const {
     case EnabledWhen::Children:
       return active != nullptr;
     case EnabledWhen::Kind:
-      for (const DocumentKind& kind : DocumentKinds()) {
-        if (kind.Command == row.Number) return kind.Make != nullptr && idle;
-      }
-      return false;
+      return idle && std::ranges::any_of(DocumentKinds(), [&row](const DocumentKind& kind) {
+               return kind.Command == row.Number;
+             });
   }
   return false;
 }
@@ -80,7 +79,7 @@ void FrmMain::UpdateCommands() {
     bars_->Explain(row.Number, active ? active->WhyNot(row.Number) : QString());
   }
   const InstrumentState& state = link_->State;
-  status_->ShowSimulated(state.InstrumentConnected && link_->Instrument.Company().starts_with(kSimulated));
+  status_->ShowSimulated(IsSimulated(*link_));
   if (remark_.empty()) ShowRemarkLine();
   const QString connectStep =
       state.InstrumentConnected
@@ -110,7 +109,7 @@ void FrmMain::RunCommand(int command) {
     waitingCommands_.push_back(command);
     return;
   }
-  if (closing_ || locked_ || !IsEnabled(row)) {
+  if (closing_ || inputLock_.IsOn() || !IsEnabled(row)) {
     // The click has moved the mark already.
     if (row.Checkable) bars_->Action(command)->toggle();
     ApplyBarFlags();
@@ -155,8 +154,9 @@ void FrmMain::OnSampleTimer() {
     link_->Live.SampleTimerTick();
   });
   lastTickMs_ = parts_.Time.NowMs();
-  OpenWaitingLater();
-  while (!waitingCommands_.empty()) {
+  files_.LookAgain();
+  // The dialog of one comes to its end before the next one begins.
+  while (!waitingCommands_.empty() && !QApplication::activeModalWidget()) {
     const int command = waitingCommands_.front();
     waitingCommands_.pop_front();
     RunCommand(command);
@@ -171,7 +171,7 @@ void FrmMain::RunBegins(DocumentWindow* window) {
 void FrmMain::RunEnds() {
   if (--runs_ == 0) measuring_ = nullptr;
   UpdateCommands();
-  if (runs_ == 0 && !waitingFiles_.isEmpty()) QTimer::singleShot(0, this, [this] { OpenWaiting(); });
+  if (runs_ == 0) files_.LookAgain();
 }
 
 void FrmMain::mmuFileNew() {
@@ -255,17 +255,7 @@ void FrmMain::Arrange(int windowCommand) {
 
 void FrmMain::FocusNextPane() {
   // Round the visible bars, then back to the children.
-  QList<QWidget*> panes;
-  for (QToolBar* bar : bars_->Bars()) {
-    for (QAction* action : bar->actions()) {
-      QWidget* button = bar->widgetForAction(action);
-      if (bar->isVisible() && button && button->isVisible() && button->isEnabled() &&
-          button->focusPolicy() != Qt::NoFocus) {
-        panes.append(button);
-        break;
-      }
-    }
-  }
+  QList<QWidget*> panes = bars_->Entrances();
   if (dock_->isVisible()) panes.append(dock_->Table());
   DocumentWindow* active = ActiveForm();
   panes.append(active ? static_cast<QWidget*>(active) : workspace_);
@@ -305,7 +295,7 @@ bool FrmMain::QueryUnload() {
   }
   if (may) StoreWindowState();
   UpdateCommands();
-  OpenWaitingLater();
+  files_.LookAgain();
   return may;
 }
 
@@ -314,7 +304,7 @@ bool FrmMain::ChildrenMayClose() {
   const QList<DocumentWindow*> present = workspace_->Documents();
   const QList<QPointer<DocumentWindow>> documents(present.begin(), present.end());
   if (documents.isEmpty()) return true;
-  if (boxes_->AskYesNo(Words(kQuitQuestion)) != Answer::Yes) return false;
+  if (boxes_->AskYesNo(Words(kQuitQuestion), kQuitQuestion) != Answer::Yes) return false;
   for (const QPointer<DocumentWindow>& document : documents) {
     if (document && document->IsWorkUnsaved()) workspace_->Activate(document);
     if (document && !document->QueryClose(false)) return false;

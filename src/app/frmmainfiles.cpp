@@ -3,9 +3,7 @@
 #include <QDir>
 #include <QDragEnterEvent>
 #include <QFileInfo>
-#include <QMenu>
 #include <QMimeData>
-#include <QScopedValueRollback>
 #include <QUrl>
 
 #include <algorithm>
@@ -13,7 +11,6 @@
 #include "app/frmmain.h"
 #include "app/ground/documentwindow.h"
 #include "app/ground/words.h"
-#include "app/messageboxes.h"
 #include "files/file.h"
 
 namespace spectrane {
@@ -27,10 +24,6 @@ constexpr int kAlreadyOpen = 1218;
 constexpr int kCloseDialogFirst = 1219;
 constexpr const char* kFileSection = "File";
 constexpr const char* kOpenPathKey = "Open File Path";
-constexpr qsizetype kRecentCount = 9;
-constexpr qsizetype kWaitingCount = 32;
-constexpr int kBoxPollMs = 200;
-const QString kRecentName = QStringLiteral("Recent");
 
 QString Bracketed(const QString& path) {
   return u'<' + path + u'>';
@@ -47,11 +40,6 @@ bool IsSameFile(const QString& a, const QString& b) {
 
 DocumentWindow* FrmMain::ActiveForm() const {
   return workspace_ ? workspace_->Active() : nullptr;
-}
-
-bool FrmMain::CanCreate(int newFileType) const {
-  const DocumentKind* kind = KindOfNewFile(newFileType);
-  return kind && kind->Make;
 }
 
 DocumentWindow* FrmMain::ShowNew(const DocumentKind& kind, const QString& caption) {
@@ -76,15 +64,22 @@ void FrmMain::ShowChild(DocumentWindow* window) {
 
 void FrmMain::NewFile(int newFileType) {
   const DocumentKind* kind = KindOfNewFile(newFileType);
-  if (!kind || !kind->Make) return;
+  if (!kind) return;
+  DocumentWindow* document = ShowNew(*kind, NextCaption(kind->CaptionTextId));
+  if (ActiveForm() == document) document->ShowConfigWindow();
+}
+
+QString FrmMain::NextCaption(int captionTextId) {
+  const std::span<const DocumentKind> kinds = DocumentKinds();
+  const auto kind = std::ranges::find(kinds, captionTextId, &DocumentKind::CaptionTextId);
+  if (kind == kinds.end()) return Caption(captionTextId);
   QString caption;
   // One that came back has its old name.
   const auto taken = [&caption](const DocumentWindow* each) { return each->Caption() == caption; };
   do {
-    caption = Words(kind->CaptionTextId) + QString::number(counters_.Next(*kind));
+    caption = Words(captionTextId) + QString::number(counters_.Next(*kind));
   } while (std::ranges::any_of(workspace_->Documents(), taken));
-  DocumentWindow* document = ShowNew(*kind, caption);
-  if (ActiveForm() == document) document->ShowConfigWindow();
+  return caption;
 }
 
 void FrmMain::mmuFileOpen() {
@@ -122,7 +117,7 @@ bool FrmMain::ShowsFile(const QString& path, const DocumentWindow* besides) cons
 }
 
 bool FrmMain::RefuseToOpen(const QString& path, const QString& details) {
-  boxes_->ShowWords(Words(kOpenError), details.isEmpty() ? path : path + u'\n' + details);
+  boxes_->ShowWords(Words(kOpenError), details.isEmpty() ? path : path + u'\n' + details, kOpenError);
   return false;
 }
 
@@ -131,7 +126,8 @@ bool FrmMain::OpenDataFile(const QString& path, bool chosen) {
     return RefuseToOpen(path, tr("There is no file of that name."));
   if (const QWidget* dialog = OpenDialog()) {
     boxes_->ShowWords(Bracketed(path) + Words(kOpenError) + u'\n' + Words(kCloseDialogFirst) + u'[' +
-                      dialog->windowTitle() + QStringLiteral("]!"));
+                          dialog->windowTitle() + QStringLiteral("]!"),
+                      {}, kCloseDialogFirst);
     return false;
   }
   std::int32_t type = 0;
@@ -153,10 +149,9 @@ bool FrmMain::OpenDataFile(const QString& path, bool chosen) {
     boxes_->Show(kUnknownFormat);
     return false;
   }
-  if (!kind->Make) return RefuseToOpen(path, tr("This program has no window for this kind of file."));
   if (DocumentWindow* open = WindowOfFile(*kind, path)) {
     workspace_->Activate(open);
-    boxes_->ShowWords(Bracketed(path) + Words(kAlreadyOpen));
+    boxes_->ShowWords(Bracketed(path) + Words(kAlreadyOpen), {}, kAlreadyOpen);
     return false;
   }
   DocumentWindow* document = ShowNew(*kind, QFileInfo(path).fileName());
@@ -184,9 +179,15 @@ bool FrmMain::OpenDataFile(const QString& path, bool chosen) {
 }
 
 void FrmMain::OpenLater(const QString& path) {
-  if (waitingFiles_.size() >= kWaitingCount) return;
-  waitingFiles_.append(path);
-  QTimer::singleShot(0, this, [this] { OpenWaiting(); });
+  files_.Add(path);
+}
+
+void FrmMain::TellRefusedFiles(qsizetype count, const QStringList& names) {
+  SetRemark((tr("%1 not opened, since %2 others were waiting: ")
+                 .arg(count == 1 ? tr("One file was") : tr("%1 files were").arg(count))
+                 .arg(FileQueue::kMost) +
+             names.join(QStringLiteral(", ")) + (count > names.size() ? QStringLiteral(" ...") : QString()))
+                .toStdString());
 }
 
 void FrmMain::ComeForward() {
@@ -195,24 +196,8 @@ void FrmMain::ComeForward() {
   activateWindow();
 }
 
-void FrmMain::OpenWaitingLater() {
-  if (!waitingFiles_.isEmpty()) QTimer::singleShot(0, this, [this] { OpenWaiting(); });
-}
-
-void FrmMain::OpenWaiting() {
-  if (opening_) return;
-  const QWidget* modal = QApplication::activeModalWidget();
-  if (modal && modal->objectName() == QLatin1String(kMessageBoxName)) {
-    QTimer::singleShot(kBoxPollMs, this, [this] { OpenWaiting(); });
-    return;
-  }
-  // A run or a reading in progress, a question and an open box are not disturbed; their ends, or the clock,
-  // call again.
-  const QScopedValueRollback<bool> opening(opening_, true);
-  while (!waitingFiles_.isEmpty() && runs_ == 0 && !locked_ && !closing_ && !ticking_) {
-    const QString path = waitingFiles_.takeFirst();
-    Guarded([&] { OpenDataFile(path); });
-  }
+bool FrmMain::MayOpenFile() const {
+  return runs_ == 0 && !inputLock_.IsOn() && !closing_ && !ticking_;
 }
 
 void FrmMain::OnTimerFileOpen() {
@@ -240,42 +225,8 @@ bool FrmMain::mmuFileCloseAll() {
   return true;
 }
 
-QStringList FrmMain::RecentFiles() const {
-  return layout_.List(kRecentName);
-}
-
 void FrmMain::NoteFile(const QString& path) {
-  QStringList files = RecentFiles();
-  const QString absolute = QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath());
-  files.removeAll(absolute);
-  files.prepend(absolute);
-  layout_.Store(kRecentName, files.mid(0, kRecentCount));
-}
-
-void FrmMain::FillRecentFiles(QMenu& menu) {
-  // Made when the menu opens: files come and go without this program.
-  QAction* place = menu.addSeparator();
-  connect(&menu, &QMenu::aboutToShow, this, [this, &menu, place] {
-    for (QAction* old : menu.actions()) {
-      if (old->property("recent").toBool()) delete old;
-    }
-    const QList<QAction*> actions = menu.actions();
-    QAction* before = actions.value(actions.indexOf(place) + 1);
-    int number = 0;
-    for (const QString& path : RecentFiles()) {
-      const QFileInfo file(path);
-      auto* action = new QAction(&menu);
-      action->setProperty("recent", true);
-      action->setObjectName(QStringLiteral("Recent%1").arg(++number));
-      action->setText(
-          QStringLiteral("&%1  %2").arg(number).arg(file.fileName().replace(u'&', QStringLiteral("&&"))));
-      action->setToolTip(path);
-      action->setEnabled(file.isFile());
-      connect(action, &QAction::triggered, this, [this, path] { OpenLater(path); });
-      menu.insertAction(before, action);
-    }
-    menu.setToolTipsVisible(true);
-  });
+  recent_.Note(path);
 }
 
 void FrmMain::dragEnterEvent(QDragEnterEvent* event) {

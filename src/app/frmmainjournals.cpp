@@ -59,12 +59,14 @@ void FrmMain::JournalFailed(const std::string& reason) {
 void FrmMain::OfferLeftWork() {
   std::vector<LeftJournal> left = TakeLeftJournals(JournalFolder());
   // Another version may have a window for what this one does not know.
-  std::erase_if(left, [](const LeftJournal& each) {
-    const DocumentKind* const kind = KindOfHeader(each.Content.Head.FileType);
-    return !kind || !kind->Make;
-  });
+  std::erase_if(left,
+                [](const LeftJournal& each) { return KindOfHeader(each.Content.Head.FileType) == nullptr; });
   if (left.empty()) return;
+  // The search for the instrument has boxes of its own.
+  const bool connects = timerConnect_.isActive();
+  timerConnect_.stop();
   const Answer answer = boxes_->AskYesNoCancel(LeftWorkQuestion(left));
+  if (connects) timerConnect_.start();
   for (LeftJournal& each : left) {
     if (answer == Answer::Yes) {
       BringBack(std::move(each));

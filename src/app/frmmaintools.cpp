@@ -54,7 +54,8 @@ void FrmMain::mmuBaseLine() {
 }
 
 bool FrmMain::OpenBaseline(const QString& path) {
-  if (baseline_.BaselinePresent() && boxes_->AskYesNo(Words(kBaselineExists)) != Answer::Yes) return false;
+  if (baseline_.BaselinePresent() && boxes_->AskYesNo(Words(kBaselineExists), kBaselineExists) != Answer::Yes)
+    return false;
   FrmBaseLine dialog(*this, baseline_);
   // Without the file that was asked for the dialog would only mislead.
   if (!dialog.mmuOpenFile(path)) return false;

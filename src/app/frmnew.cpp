@@ -9,10 +9,10 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
-#include <array>
+#include <vector>
 
+#include "app/documentkinds.h"
 #include "app/ground/commandicon.h"
-#include "app/ground/commands.h"
 #include "app/ground/dialogparts.h"
 #include "app/ground/words.h"
 
@@ -29,18 +29,14 @@ constexpr int kOptionIcon = 24;  // [logical pixels]
 constexpr int kLargePicture = 64;
 constexpr int kDescriptionCharacters = 42;
 
-struct NewChoice {
-  int FileType;
-  const char* Option;
-  int Command;  ///< its caption and icon are the option's
-  int DescriptionText;
-};
-
-constexpr std::array kNewChoices{
-    NewChoice{6, "BasicOption", kNewBasic, 1084}, NewChoice{1, "QuaOption", kNewQua, 1085},
-    NewChoice{2, "TimeScanOption", kNewTS, 1086}, NewChoice{3, "WaveLengthOption", kNewWLS, 1087},
-    NewChoice{4, "MultiOption", kNewMulti, 1088}, NewChoice{5, "DNAOption", kNewDNA, 1089},
-};
+/// The kinds of which a new document can be made.
+std::vector<DocumentKind> NewKinds() {
+  std::vector<DocumentKind> kinds;
+  for (const DocumentKind& kind : DocumentKinds()) {
+    if (kind.NewFileType != 0) kinds.push_back(kind);
+  }
+  return kinds;
+}
 
 const SettingRow<WindowSettings>& TypeRow() {
   return WindowSettingRow("New File", "File Type");
@@ -93,15 +89,14 @@ int FrmNew::FileType() const {
 
 QBoxLayout* FrmNew::MakeOptions(DialogParts& parts) {
   auto* const column = new QVBoxLayout;
-  for (const NewChoice& choice : kNewChoices) {
+  for (const DocumentKind& kind : NewKinds()) {
     auto* const option = new QRadioButton(this);
-    parts.Finish(*option, choice.Option, Caption(choice.Command));
-    option->setAccessibleDescription(Words(choice.DescriptionText));
-    option->setIcon(CommandIcon(choice.Command));
+    parts.Finish(*option, kind.OptionName, Caption(kind.Command));
+    option->setAccessibleDescription(Words(kind.DescriptionTextId));
+    option->setIcon(CommandIcon(kind.Command));
     option->setIconSize(QSize(kOptionIcon, kOptionIcon));
-    option->setEnabled(frame_.CanCreate(choice.FileType));
     option->installEventFilter(this);
-    options_->addButton(option, choice.FileType);
+    options_->addButton(option, kind.NewFileType);
     column->addWidget(option);
   }
   return column;
@@ -109,7 +104,7 @@ QBoxLayout* FrmNew::MakeOptions(DialogParts& parts) {
 
 QBoxLayout* FrmNew::MakeDescription() {
   QStringList texts;
-  for (const NewChoice& choice : kNewChoices) texts.append(Words(choice.DescriptionText));
+  for (const DocumentKind& kind : NewKinds()) texts.append(Words(kind.DescriptionTextId));
   KeepRoomFor(*description_, texts, kDescriptionCharacters);
   description_->setObjectName(QStringLiteral("LabelDescription"));
   description_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
@@ -126,26 +121,16 @@ void FrmNew::SelectStored() {
   WindowSettings& window = frame_.Window();
   TakeSetting(TypeRow(), frame_.Settings().GetSetting(TypeRow().Section, TypeRow().Key), window);
   QAbstractButton* option = options_->button(window.NewFileType);
-  if (option == nullptr || !option->isEnabled()) {
-    const QList<QAbstractButton*> all = options_->buttons();
-    const auto first =
-        std::find_if(all.begin(), all.end(), [](const QAbstractButton* each) { return each->isEnabled(); });
-    option = first == all.end() ? nullptr : *first;
-  }
-  if (option != nullptr) {
-    option->setChecked(true);
-    option->setFocus();
-  } else {
-    findChild<QPushButton*>(QStringLiteral("OKCmd"))->setEnabled(false);
-  }
+  if (option == nullptr) option = options_->buttons().constFirst();
+  option->setChecked(true);
+  option->setFocus();
 }
 
 void FrmNew::Describe(int fileType) {
-  const auto choice = std::find_if(kNewChoices.begin(), kNewChoices.end(),
-                                   [fileType](const NewChoice& c) { return c.FileType == fileType; });
-  description_->setText(Words(choice->DescriptionText));
+  const DocumentKind* const kind = KindOfNewFile(fileType);
+  description_->setText(Words(kind->DescriptionTextId));
   picture_->setPixmap(
-      CommandIcon(choice->Command).pixmap(QSize(kLargePicture, kLargePicture), devicePixelRatioF()));
+      CommandIcon(kind->Command).pixmap(QSize(kLargePicture, kLargePicture), devicePixelRatioF()));
 }
 
 void FrmNew::Store(int fileType) {

@@ -93,6 +93,7 @@ FrmOption::FrmOption(MainWindow& frame)
 
 void FrmOption::AddInformationPage(DialogParts& parts) {
   auto* const page = new QWidget(pages_);
+  page->setObjectName(QStringLiteral("FrmOptionInformation"));
   pages_->addTab(page, parts.Keyed(Caption(kInformationPage)));
   for (QLineEdit* field : {operator_, department_}) {
     field->setMaxLength(kMostCharacters);
@@ -109,6 +110,7 @@ void FrmOption::AddInformationPage(DialogParts& parts) {
 
 void FrmOption::AddPrecisionPage(DialogParts& parts) {
   auto* const page = new QWidget(pages_);
+  page->setObjectName(QStringLiteral("FrmOptionPrecision"));
   pages_->addTab(page, parts.Keyed(Caption(kPrecisionPage)));
   parts.Finish(*standard_, "OptionStandard", Caption(kStandardCaption));
   parts.Finish(*high_, "OptionHighPrecise", Caption(kHighCaption));
@@ -120,6 +122,7 @@ void FrmOption::AddPrecisionPage(DialogParts& parts) {
 
 void FrmOption::AddPortPage(DialogParts& parts) {
   auto* const page = new QWidget(pages_);
+  page->setObjectName(QStringLiteral("FrmOptionPort"));
   pages_->addTab(page, parts.Keyed(Caption(kPortPage)));
   for (int port = 1; port <= kPortCount; ++port) ports_->addItem(QStringLiteral("COM%1").arg(port));
   parts.Finish(*searchPorts_, "CheckAuto", Caption(kSearchCaption));
@@ -140,6 +143,7 @@ void FrmOption::AddPortPage(DialogParts& parts) {
 
 void FrmOption::AddStylePage(DialogParts& parts) {
   auto* const page = new QWidget(pages_);
+  page->setObjectName(QStringLiteral("FrmOptionStyle"));
   pages_->addTab(page, parts.Keyed(Caption(kStylePage)));
   for (const char* style : kStyles) styles_->addItem(QLatin1String(style));
   QLabel* const label = parts.Finish(*styles_, "ComboFomStyle", "LabelStyle", Caption(kStyleLabel));

@@ -24,6 +24,10 @@ constexpr HandbookRow kPages[] = {
     {"FrmNew", "main-window.html#new-file-guide"},
     {"FrmAbout", "main-window.html#about"},
     {"FrmOption", "program-options.html"},
+    {"FrmOptionInformation", "program-options.html#information"},
+    {"FrmOptionPrecision", "program-options.html#precision"},
+    {"FrmOptionPort", "program-options.html#port"},
+    {"FrmOptionStyle", "program-options.html#style"},
 
     {"FrmBasic", "photometry.html"},
     {"FrmBasicConfig", "photometry.html#options"},
@@ -59,6 +63,7 @@ constexpr HandbookRow kPages[] = {
     {"FrmAutoSampler", "instrument.html#sampler"},
     {"FrmSelectSampler", "instrument.html#sampler-position"},
 
+    {"PrinterSetup", "printing.html#print"},
     {"ReportPreview", "printing.html#preview"},
     {kMessageBoxName, "messages.html"},
 };
@@ -91,7 +96,9 @@ QString HandbookPageOf(const QWidget* widget) {
     const QString name = widget->objectName();
     const auto* const row = std::ranges::find_if(
         kPages, [&](const HandbookRow& each) { return name == QLatin1String(each.Window); });
-    if (row != std::end(kPages)) return QString::fromLatin1(row->Page);
+    if (row == std::end(kPages)) continue;
+    const int textId = widget->property(kBoxTextProperty).toInt();
+    return QString::fromLatin1(row->Page) + (textId > 0 ? QStringLiteral("#text-%1").arg(textId) : QString());
   }
   return QString::fromLatin1(kHandbookFirstPage);
 }

@@ -2,6 +2,7 @@
 
 #include <QLabel>
 
+#include "app/ground/simulated.h"
 #include "base/numbers.h"
 
 namespace spectrane {
@@ -34,7 +35,7 @@ MainStatus::MainStatus(QWidget* parent)
   remark_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   addWidget(remark_, 1);
   simulated_->setObjectName(QStringLiteral("SimulatedPane"));
-  simulated_->setText(QStringLiteral("Simulated instrument"));
+  simulated_->setText(QLatin1String(kSimulatedInstrument));
   simulated_->setAccessibleName(simulated_->text());
   simulated_->setToolTip(tr("What is measured now comes from a simulated instrument."));
   QFont bold = font();

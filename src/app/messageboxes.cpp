@@ -1,5 +1,6 @@
 #include "app/messageboxes.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QColorDialog>
 #include <QFileDialog>
@@ -10,6 +11,21 @@
 
 namespace spectrane {
 namespace {
+
+QString ButtonNameOf(QMessageBox::StandardButton button) {
+  switch (button) {
+    case QMessageBox::Ok:
+      return QStringLiteral("OKCmd");
+    case QMessageBox::Yes:
+      return QStringLiteral("YesCmd");
+    case QMessageBox::No:
+      return QStringLiteral("NoCmd");
+    case QMessageBox::Cancel:
+      return QStringLiteral("CancelCmd");
+    default:
+      return QStringLiteral("DetailsCmd");
+  }
+}
 
 /// The arrow stands over a box that comes up during the hourglass.
 class ArrowPointer {
@@ -29,15 +45,18 @@ class ArrowPointer {
 
 int Run(QWidget* parent, const QString& title, const QString& words, const QString& details,
         QMessageBox::StandardButtons buttons, QMessageBox::StandardButton safest,
-        QMessageBox::StandardButton escape, QMessageBox::Icon icon = QMessageBox::Information) {
+        QMessageBox::StandardButton escape, int textId, QMessageBox::Icon icon = QMessageBox::Information) {
   const ArrowPointer pointer;
   QMessageBox box(icon, title, words, buttons, parent);
   box.setObjectName(QString::fromLatin1(kMessageBoxName));
+  box.setProperty(kBoxTextProperty, textId);
   ApplyLanguageFont(box);
   box.setTextFormat(Qt::PlainText);
   if (!details.isEmpty()) box.setDetailedText(details);
   box.setDefaultButton(safest);
   box.setEscapeButton(escape);
+  for (QAbstractButton* button : box.buttons())
+    button->setObjectName(ButtonNameOf(box.standardButton(button)));
   return box.exec();
 }
 
@@ -49,28 +68,29 @@ QWidget* MessageBoxes::Parent() const {
 }
 
 void MessageBoxes::Show(int textId, const std::string& details) {
-  ShowWords(Words(textId), QString::fromStdString(details));
+  Run(Parent(), title_, Words(textId), QString::fromStdString(details), QMessageBox::Ok, QMessageBox::Ok,
+      QMessageBox::Ok, textId);
 }
 
 void MessageBoxes::ShowError(int textId) {
-  Run(Parent(), title_, Words(textId), {}, QMessageBox::Ok, QMessageBox::Ok, QMessageBox::Ok,
+  Run(Parent(), title_, Words(textId), {}, QMessageBox::Ok, QMessageBox::Ok, QMessageBox::Ok, textId,
       QMessageBox::Critical);
 }
 
-void MessageBoxes::ShowWords(const QString& words, const QString& details) {
-  Run(Parent(), title_, words, details, QMessageBox::Ok, QMessageBox::Ok, QMessageBox::Ok);
+void MessageBoxes::ShowWords(const QString& words, const QString& details, int textId) {
+  Run(Parent(), title_, words, details, QMessageBox::Ok, QMessageBox::Ok, QMessageBox::Ok, textId);
 }
 
-Answer MessageBoxes::AskYesNo(const QString& words) {
-  const int button =
-      Run(Parent(), title_, words, {}, QMessageBox::Yes | QMessageBox::No, QMessageBox::No, QMessageBox::No);
+Answer MessageBoxes::AskYesNo(const QString& words, int textId) {
+  const int button = Run(Parent(), title_, words, {}, QMessageBox::Yes | QMessageBox::No, QMessageBox::No,
+                         QMessageBox::No, textId);
   return button == QMessageBox::Yes ? Answer::Yes : Answer::No;
 }
 
-Answer MessageBoxes::AskYesNoCancel(const QString& words) {
+Answer MessageBoxes::AskYesNoCancel(const QString& words, int textId) {
   const int button =
       Run(Parent(), title_, words, {}, QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel,
-          QMessageBox::Yes, QMessageBox::Cancel);
+          QMessageBox::Yes, QMessageBox::Cancel, textId);
   if (button == QMessageBox::Yes) return Answer::Yes;
   return button == QMessageBox::No ? Answer::No : Answer::Cancel;
 }

@@ -8,6 +8,8 @@ namespace spectrane {
 
 /// Object name of every box.
 inline constexpr const char* kMessageBoxName = "MessageBox";
+/// Property of a box with a text of the table: its number.
+inline constexpr const char* kBoxTextProperty = "TextId";
 
 /// Boxes and file dialogs on the screen: information boxes with the main window's caption as their title.
 class MessageBoxes : public Questions {
@@ -18,9 +20,9 @@ class MessageBoxes : public Questions {
   void ShowError(int textId) override;
   void Show(int textId, const std::string& details) override;
   using Questions::ShowWords;
-  void ShowWords(const QString& words, const QString& details) override;
-  Answer AskYesNo(const QString& words) override;
-  Answer AskYesNoCancel(const QString& words) override;
+  void ShowWords(const QString& words, const QString& details, int textId) override;
+  Answer AskYesNo(const QString& words, int textId) override;
+  Answer AskYesNoCancel(const QString& words, int textId) override;
   QString OpenFileName(const QString& filter, const QString& path) override;
   QString SaveFileName(const QString& filter, const QString& path) override;
   QColor AskColour(const QColor& now, const QString& title) override;

@@ -1,12 +1,12 @@
 #include "app/program.h"
 
-#include <QFileInfo>
 #include <QLocale>
 
 #include <clocale>
 #include <csignal>
 #include <cstdio>
 
+#include "app/desktop/commandline.h"
 #include "app/desktop/filetypes.h"
 #include "app/desktop/handover.h"
 #include "app/desktop/keepawake.h"
@@ -65,10 +65,6 @@ int Run(GuardedApplication& application) {
     frame.EndRuns();
     QCoreApplication::exit(0);
   });
-  // The end of the session may still be called off.
-  QObject::connect(
-      &application, &QGuiApplication::commitDataRequest, &frame, [&frame] { frame.StoreWindowState(); },
-      Qt::DirectConnection);
   QObject::connect(&application, &QCoreApplication::aboutToQuit, &frame,
                    [&frame] { frame.LetGoOfInstrument(); });
   frame.ShowStored();
@@ -79,18 +75,13 @@ int Run(GuardedApplication& application) {
 
 }  // namespace
 
-QString FileOfCommandLine(const QStringList& arguments) {
-  QString path = arguments.value(1);
-  if (path.size() >= 2 && path.startsWith(u'"') && path.endsWith(u'"')) path = path.mid(1, path.size() - 2);
-  return path.isEmpty() ? path : QFileInfo(path).absoluteFilePath();
-}
-
 int Main(int argc, char** argv) {
 #ifndef _WIN32
   // A full quota and a reader that went away are write errors, told like any other.
   std::signal(SIGXFSZ, SIG_IGN);
   std::signal(SIGPIPE, SIG_IGN);
 #endif
+  if (const auto status = AnswerInWords(argc, argv)) return *status;
   QCoreApplication::setApplicationName(QStringLiteral("spectrane"));
   QCoreApplication::setApplicationVersion(QString::fromStdString(VersionText()));
   QGuiApplication::setDesktopFileName(QString::fromLatin1(kDesktopId));
@@ -98,6 +89,11 @@ int Main(int argc, char** argv) {
   // The toolkit takes the locale of the environment; numbers are read and written in one way only.
   std::setlocale(LC_ALL, "C");
   QLocale::setDefault(QLocale::c());
+  if (const QString wrong = WrongOption(QCoreApplication::arguments()); !wrong.isEmpty()) {
+    std::fprintf(stderr, "spectrane: there is no option %s; --help tells which there are\n",
+                 wrong.toStdString().c_str());
+    return kWrongUsage;
+  }
   try {
     return Run(application);
   } catch (const std::exception& fault) {

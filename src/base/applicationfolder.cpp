@@ -7,10 +7,7 @@
 #include "base/utf8path.h"
 
 #ifdef _WIN32
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
-#include <windows.h>
+#include "base/windowsheader.h"
 #else
 #include <pwd.h>
 #include <unistd.h>
@@ -44,6 +41,13 @@ std::optional<fs::path> ConfigurationFolder() {
   return PathFromUtf8(*base) / "Spectrane";
 }
 
+/// True where an installer put the program: no place for settings, not even for somebody who could write
+/// there. Whoever unpacked the program keeps them beside it.
+bool IsInstalled(const fs::path& folder) {
+  std::error_code fault;
+  return fs::exists(folder / "uninstall.exe", fault);
+}
+
 #else
 
 bool CanBeWritten(const fs::path& folder) {
@@ -65,20 +69,20 @@ std::optional<fs::path> ConfigurationFolder() {
   return fs::path(user->pw_dir) / ".config" / "spectrane";
 }
 
-#endif
-
 /// True for the folder of programs of an installed tree, shared with other programs: no place for settings,
 /// not even for somebody who could write there.
-bool IsSharedByPrograms(const fs::path& folder) {
+bool IsInstalled(const fs::path& folder) {
   std::error_code fault;
   return fs::exists(folder.parent_path() / "share" / "applications" / (std::string(kDesktopId) + ".desktop"),
                     fault);
 }
 
+#endif
+
 fs::path Choose(const fs::path& executableFolder) {
   if (const auto named = EnvironmentText("SPECTRANE_HOME")) return PathFromUtf8(*named);
   if (HasSettings(executableFolder)) return executableFolder;
-  if (CanBeWritten(executableFolder) && !IsSharedByPrograms(executableFolder)) return executableFolder;
+  if (CanBeWritten(executableFolder) && !IsInstalled(executableFolder)) return executableFolder;
   return ConfigurationFolder().value_or(executableFolder);
 }
 

@@ -10,10 +10,7 @@
 #include "base/utf8path.h"
 
 #ifdef _WIN32
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
-#include <windows.h>
+#include "base/windowsheader.h"
 #else
 #include <fcntl.h>
 #include <sys/stat.h>

@@ -1,10 +1,7 @@
 #include "base/folderlock.h"
 
 #ifdef _WIN32
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
-#include <windows.h>
+#include "base/windowsheader.h"
 
 #include <filesystem>
 #include <functional>

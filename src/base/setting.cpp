@@ -12,10 +12,7 @@
 #include "base/utf8path.h"
 
 #ifdef _WIN32
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
-#include <windows.h>
+#include "base/windowsheader.h"
 #else
 #include <sys/stat.h>
 #endif

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <optional>
@@ -27,6 +29,19 @@ struct SettingRow {
   double Lowest = -std::numeric_limits<double>::max();
   double Highest = std::numeric_limits<double>::max();
 };
+
+/// Tables one behind the other.
+template <typename Owner, std::size_t... N>
+constexpr std::array<SettingRow<Owner>, (N + ...)> JoinedRows(
+    const std::array<SettingRow<Owner>, N>&... tables) {
+  std::array<SettingRow<Owner>, (N + ...)> rows = {};
+  std::size_t at = 0;
+  const auto append = [&](const auto& table) {
+    for (const SettingRow<Owner>& row : table) rows[at++] = row;
+  };
+  (append(tables), ...);
+  return rows;
+}
 
 inline std::string SettingText(bool value) {
   return value ? "True" : "False";

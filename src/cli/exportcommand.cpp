@@ -18,6 +18,7 @@
 #include "cli/filecommands.h"
 #include "cli/filekinds.h"
 #include "cli/jsontext.h"
+#include "cli/outputs.h"
 #include "cli/progressbar.h"
 #include "cli/storedsettings.h"
 #include "output/reportpages.h"
@@ -42,7 +43,12 @@ std::unique_ptr<QCoreApplication> MakeDrawingApplication() {
   static int count = 3;
   static char name[] = "spectrane-cli";
   static char option[] = "-platform";
+#ifdef _WIN32
+  // The one that is at hand there. No window is ever shown.
+  static char platform[] = "windows";
+#else
   static char platform[] = "offscreen";
+#endif
   static char* arguments[] = {name, option, platform, nullptr};
   qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
   auto application = std::make_unique<QGuiApplication>(count, arguments);
@@ -94,13 +100,11 @@ std::string DocumentBytes(const ExportArguments& arguments, const ExportSurround
 }
 
 void RunExport(const ExportArguments& arguments, BatchContext& run) {
-  RefuseTakenOutput(arguments.Out, arguments.Force);
+  RefuseTakenOutput(arguments.Out, arguments.Force, {arguments.File});
   std::error_code code;
-  if (std::filesystem::equivalent(PathFromUtf8(arguments.File), PathFromUtf8(arguments.Out), code))
-    throw Refusal(arguments.Out, "is the file to be exported");
   const std::unique_ptr<QCoreApplication> application = MakeDrawingApplication();
   StoredSettings settings;
-  const WindowSettings stored = settings.OfWindows();
+  const WindowSettings stored = settings.StartSettings();
   const std::string path =
       Utf8FromPath(std::filesystem::absolute(PathFromUtf8(arguments.File), code).lexically_normal());
   const ExportSurroundings around{

@@ -159,29 +159,34 @@ class TimeScanExport : public ExportDocument {
   TimeScanSource source_{document_, points_, found_, settings_, formats_};
 };
 
+template <typename Export, auto... kArguments>
+std::unique_ptr<ExportDocument> MakeExport() {
+  return std::make_unique<Export>(kArguments...);
+}
+
+struct ExportKind {
+  std::int32_t FileType;
+  std::unique_ptr<ExportDocument> (*Make)();
+};
+
+constexpr ExportKind kExportKinds[] = {
+    {1, &MakeExport<QuantitationExport>},
+    {2, &MakeExport<TimeScanExport>},
+    {3, &MakeExport<ScanExport, SpectrumDocument::Kind::Measured>},
+    {4, &MakeExport<MultiExport>},
+    {5, &MakeExport<DNAExport>},
+    {6, &MakeExport<BaselineExport>},
+    {11, &MakeExport<PhotometryExport>},
+    {12, &MakeExport<ScanExport, SpectrumDocument::Kind::Processed>},
+};
+
 }  // namespace
 
 std::unique_ptr<ExportDocument> ExportDocumentOf(std::int32_t fileType) {
-  switch (fileType) {
-    case 1:
-      return std::make_unique<QuantitationExport>();
-    case 2:
-      return std::make_unique<TimeScanExport>();
-    case 3:
-      return std::make_unique<ScanExport>(SpectrumDocument::Kind::Measured);
-    case 4:
-      return std::make_unique<MultiExport>();
-    case 5:
-      return std::make_unique<DNAExport>();
-    case 6:
-      return std::make_unique<BaselineExport>();
-    case 11:
-      return std::make_unique<PhotometryExport>();
-    case 12:
-      return std::make_unique<ScanExport>(SpectrumDocument::Kind::Processed);
-    default:
-      return nullptr;
+  for (const ExportKind& kind : kExportKinds) {
+    if (kind.FileType == fileType) return kind.Make();
   }
+  return nullptr;
 }
 
 }  // namespace spectrane

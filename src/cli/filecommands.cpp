@@ -9,6 +9,8 @@
 #include "base/utf8path.h"
 #include "cli/filekinds.h"
 #include "cli/jsonblock.h"
+#include "cli/outputs.h"
+#include "cli/packdocument.h"
 #include "files/datafile.h"
 
 namespace spectrane {
@@ -58,26 +60,6 @@ std::string ReadStandardInput(std::istream& in) {
   return text;
 }
 
-JsonInput ParseDocument(const std::string& text) {
-  try {
-    return JsonInput::parse(text);
-  } catch (const JsonInput::parse_error& fault) {
-    throw BadJson("not valid JSON at byte " + std::to_string(fault.byte));
-  } catch (const JsonInput::out_of_range&) {
-    throw BadJson("has a number that is too large");
-  }
-}
-
-const BatchKind& KindOfDocument(const JsonInput& document) {
-  if (!document.is_object()) throw BadJson("not a JSON object");
-  const auto name = document.find("kind");
-  if (name == document.end()) throw BadJson("kind is missing");
-  if (!name->is_string()) throw BadJson("kind is not a text");
-  const BatchKind* const kind = KindOfName(name->get<std::string>());
-  if (kind == nullptr) throw BadJson("unknown kind " + JsonText(Json(name->get<std::string>())));
-  return *kind;
-}
-
 struct PackArguments {
   std::string Document;
   std::string File;
@@ -86,7 +68,7 @@ struct PackArguments {
 
 void RunPack(const PackArguments& arguments, BatchContext& run) {
   if (arguments.File == kStandardInput) throw Refusal("a data file cannot be written to standard output");
-  RefuseTakenOutput(arguments.File, arguments.Force);
+  RefuseTakenOutput(arguments.File, arguments.Force, {arguments.Document});
   const std::string text = ReadDocument(arguments.Document, run.In);
   const std::string& named = arguments.Document == kStandardInput ? "standard input" : arguments.Document;
   try {
@@ -116,21 +98,6 @@ void AddFileCommands(CLI::App& root, BatchContext& context) {
   AddInfo(root, context);
   AddDump(root, context);
   AddPack(root, context);
-}
-
-PackedFile PackDocument(const std::string& text, const std::string& path) {
-  const JsonInput document = ParseDocument(text);
-  PackedFile packed{&KindOfDocument(document)};
-  const FileFault fault = packed.Kind->Pack(document, path, packed.Records, packed.TextLost);
-  if (fault) throw Refusal(path, fault);
-  return packed;
-}
-
-void RefuseTakenOutput(const std::string& path, bool force) {
-  if (force) return;
-  std::error_code code;
-  const auto status = std::filesystem::symlink_status(PathFromUtf8(path), code);
-  if (std::filesystem::exists(status)) throw Refusal(path, "exists already; --force replaces it");
 }
 
 std::string ReadDocument(const std::string& path, std::istream& standardInput) {

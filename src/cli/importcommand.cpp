@@ -6,6 +6,7 @@
 #include "base/utf8path.h"
 #include "cli/filecommands.h"
 #include "cli/jsontext.h"
+#include "cli/outputs.h"
 #include "exchange/importedspectrum.h"
 #include "files/wlsfile2.h"
 #include "spectrum/spectrumfiles.h"
@@ -32,7 +33,7 @@ ImportedSpectrum Import(const std::string& path, std::istream& standardInput) {
 
 void RunImport(const ImportArguments& arguments, BatchContext& run) {
   if (LowerEnding(arguments.Out) != ".wls") throw Refusal(arguments.Out, "not a .wls file");
-  RefuseTakenOutput(arguments.Out, arguments.Force);
+  RefuseTakenOutput(arguments.Out, arguments.Force, {arguments.In});
   const ImportedSpectrum spectrum = Import(arguments.In, run.In);
   const FileFault fault = SaveProcessedSpectrum(arguments.Out, HomeViewOf(spectrum), spectrum.Points);
   if (fault) throw Refusal(arguments.Out, fault);

@@ -10,12 +10,13 @@
 #include "link/instrumentlink.h"
 #include "link/messageloop.h"
 #include "link/portlist.h"
+#include "link/silentdisplay.h"
 
 namespace spectrane {
 
 /// The link on the machine's own ports, without a window: what a main window would show is kept, what a
 /// message box would say is kept for the one line that a failing command prints.
-class InstrumentSession : private MainDisplay, private Messages {
+class InstrumentSession : private SilentDisplay, private Messages {
  public:
   /// Reads the settings of the application folder. Brings an application object up when the process has none.
   InstrumentSession();
@@ -34,15 +35,6 @@ class InstrumentSession : private MainDisplay, private Messages {
   static std::string Words(int textId, const std::string& details);
 
  private:
-  void SetWavelengthField(const std::string&) override {}
-  void SetAbsField(const std::string&) override {}
-  void SetTransField(const std::string&) override {}
-  void SetStatus(StatusPane, const std::string&) override {}
-  void SetRemark(const std::string&) override {}
-  bool DataDisplayShown() const override { return false; }
-  void EnableSampleTimer(bool) override {}
-  void Lock(bool) override {}
-  void UpdateCommands() override {}
   void Show(int textId, const std::string& details) override;
 
   StoredSettings stored_;

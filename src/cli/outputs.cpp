@@ -5,8 +5,9 @@
 
 #include "base/language.h"
 #include "base/utf8path.h"
-#include "cli/filecommands.h"
+#include "cli/command.h"
 #include "cli/operator.h"
+#include "cli/storedsettings.h"
 
 namespace spectrane {
 namespace {
@@ -30,6 +31,17 @@ std::string FreeName(const std::string& path, bool force) {
 }
 
 }  // namespace
+
+void RefuseTakenOutput(const std::string& path, bool force, const std::vector<std::string>& inputs) {
+  std::error_code code;
+  if (!std::filesystem::exists(std::filesystem::symlink_status(PathFromUtf8(path), code))) return;
+  if (!force) throw Refusal(path, "exists already; --force replaces it");
+  for (const std::string& input : inputs) {
+    if (SameFile(path, input)) throw Refusal(path, "is the file that the command reads");
+  }
+  if (SameFile(path, StoredSettings().File().Path()))
+    throw Refusal(path, "holds the settings of the program");
+}
 
 void RefuseUnwritable(const std::string& path, bool force, std::uintmax_t bytes) {
   RefuseTakenOutput(path, force);

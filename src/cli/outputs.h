@@ -3,10 +3,15 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "files/filefault.h"
 
 namespace spectrane {
+
+/// Refuses an output path that is taken, unless `force`; and always one of `inputs`, which the command reads,
+/// and the settings of the program, under whatever name.
+void RefuseTakenOutput(const std::string& path, bool force, const std::vector<std::string>& inputs = {});
 
 /// Refuses, before anything is measured, an output path that is taken (unless `force`), is no place for a
 /// file, or lies in a folder that does not exist, cannot be written or has not `bytes` of room.

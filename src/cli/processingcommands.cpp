@@ -4,9 +4,9 @@
 #include <memory>
 #include <string>
 
-#include "cli/filecommands.h"
 #include "cli/filekinds.h"
 #include "cli/jsontext.h"
+#include "cli/outputs.h"
 #include "files/wlsfile2.h"
 #include "spectrum/calculation.h"
 #include "spectrum/derivative.h"
@@ -77,7 +77,7 @@ Json Written(const Spectrum& result) {
 using Process = ProcessedSpectrum (*)(const Spectrum& source);
 
 void RunProcess(Process process, const ProcessArguments& arguments, BatchContext& run) {
-  RefuseTakenOutput(arguments.Out, arguments.Force);
+  RefuseTakenOutput(arguments.Out, arguments.Force, {arguments.In});
   StoredSpectrum source = Load(arguments.In, arguments.Smooth);
   const ProcessedSpectrum processed = process(source.Points);
   // A spectrum without points has a result without points.
@@ -103,7 +103,7 @@ void AddProcess(CLI::App& root, BatchContext& context, const char* name, const c
 }
 
 void RunCalc(const CalcArguments& arguments, BatchContext& run) {
-  RefuseTakenOutput(arguments.Out, arguments.Force);
+  RefuseTakenOutput(arguments.Out, arguments.Force, {arguments.A, arguments.B});
   StoredSpectrum base = LoadMeasured(arguments.A);
   const StoredSpectrum other = LoadMeasured(arguments.B);
   const bool onTrans = arguments.Mode == "trans";

@@ -28,7 +28,7 @@ QuaOption CurveOf(const std::string& path) {
 
 /// What the windows print numbers with.
 DisplayFormats StoredFormats() {
-  return DisplayFormats::AtStart(StoredSettings().OfWindows().PrecisionMode);
+  return DisplayFormats::AtStart(StoredSettings().StartSettings().PrecisionMode);
 }
 
 void AddFit(CLI::App& root, BatchContext& context) {

@@ -40,7 +40,7 @@ void RefuseTooManyPoints(const ScanGrid& grid) {
 
 std::string BaselinePath(const ScanOrder& order, InstrumentSession& session) {
   if (!order.Baseline.empty()) return order.Baseline;
-  std::string stored = session.Stored().OfWindows().BaselinePath;
+  std::string stored = session.Stored().StartSettings().BaselinePath;
   if (!stored.empty()) return stored;
   const std::filesystem::path settings = PathFromUtf8(session.Stored().File().Path());
   return Utf8FromPath(settings.parent_path() / "Baseline.bsl");

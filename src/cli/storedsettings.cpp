@@ -31,7 +31,7 @@ StoredSettings::StoredSettings()
 
 StoredSettings::~StoredSettings() = default;
 
-WindowSettings StoredSettings::OfWindows() {
+WindowSettings StoredSettings::StartSettings() {
   WindowSettings stored;
   for (const auto& row : WindowSettingRows()) {
     const std::string text = file_.GetSetting(row.Section, row.Key);

@@ -32,7 +32,7 @@ class StoredSettings {
 
   Setting& File() { return file_; }
   /// What the windows would start with now.
-  WindowSettings OfWindows();
+  WindowSettings StartSettings();
 
  private:
   // The folder of the program, which may be that of the settings, is asked of it; serial ports need it too.

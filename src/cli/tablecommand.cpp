@@ -1,36 +1,24 @@
 #include "cli/tablecommand.h"
 
 #include <algorithm>
-#include <array>
 #include <span>
 
 #include "acquire/wavelengthtable.h"
 #include "cli/jsonblock.h"
 #include "files/dnafile.h"
 #include "files/multifile.h"
+#include "modes/dna/dnadocument.h"
 #include "modes/dna/dnaresult.h"
 #include "modes/multi/multiresult.h"
+#include "modes/multi/multisettings.h"
+#include "modes/samplercells.h"
 
 namespace spectrane {
 namespace {
 
 constexpr const char* kRowUnit = "row";
-/// What places of a table have that are not in use.
-constexpr double kUnusedWavelength = 546.0;
-constexpr double kUnusedParameter = 1.0;
-
-/// Wavelengths 1, 2 and reference [nm], and the factors F1 to F4 of an analysis mode.
-struct DnaMode {
-  std::array<double, 4> Wavelengths;
-  std::array<double, 4> Factors;
-};
-constexpr DnaMode kDnaModes[] = {
-    {{260.0, 280.0, 320.0, 0.0}, {62.9, 36.0, 1552.0, 757.3}},
-    {{260.0, 230.0, 320.0, 0.0}, {49.1, 3.48, 183.0, 75.8}},
-};
-
 std::string RowName(std::int32_t place, std::size_t row) {
-  return place != 0 ? "Sampler Position " + std::to_string(place) : "Sample " + std::to_string(row + 1);
+  return place != 0 ? SamplerCellName(place) : "Sample " + std::to_string(row + 1);
 }
 
 /// Blank, then all samples. Each finished sample is handed to `take`.
@@ -85,8 +73,8 @@ MultiOption OptionOf(const MultiOrder& order) {
   MultiOption option;
   option.WorkWLNo = static_cast<std::int32_t>(order.Wavelengths.size());
   for (std::size_t k = 0; k < static_cast<std::size_t>(kMostMultiWavelengths); ++k) {
-    option.WorkWaveLength[k] = k < order.Wavelengths.size() ? order.Wavelengths[k] : kUnusedWavelength;
-    option.Parameter[k] = k < order.Parameters.size() ? order.Parameters[k] : kUnusedParameter;
+    option.WorkWaveLength[k] = k < order.Wavelengths.size() ? order.Wavelengths[k] : kUsualMultiWavelength;
+    option.Parameter[k] = k < order.Parameters.size() ? order.Parameters[k] : kUsualMultiParameter;
   }
   return option;
 }
@@ -111,10 +99,11 @@ void MeasureMulti(const MultiOrder& order, BatchContext& run) {
 
 void MeasureDna(const DnaOrder& order, BatchContext& run) {
   AcquisitionDesk desk(order, run);
-  const DnaMode& mode = kDnaModes[order.Mode - 1];
-  const std::vector<double> wavelengths(mode.Wavelengths.begin(), mode.Wavelengths.end() - 1);
+  const DNAValues& values = order.Mode == static_cast<std::int32_t>(DNAMode::Mode2) ? kDNAMode2 : kDNAMode1;
+  const std::vector<double> wavelengths(values.WaveLength.begin(), values.WaveLength.end());
   ConnectFor(desk, wavelengths);
-  const DNAOption option{mode.Wavelengths, mode.Factors, order.Mode, 0, 0};
+  DNAOption option;
+  TakeDNASettings({order.Mode, values}, option);
   std::vector<DNARecord> records;
   const auto take = [&](std::int32_t place, const std::vector<double>& abs) {
     DNARecord record;

@@ -11,12 +11,19 @@ std::int64_t RecordOffset(const FileKind& kind, std::int32_t index) {
          static_cast<std::int64_t>(index) * static_cast<std::int64_t>(kind.Record.Size);
 }
 
+/// Lets `fill` write the bytes of a place; a place that cannot be had is a fault under the number.
+template <typename Fill>
+void WritePlace(int fileNumber, std::int64_t offset, std::size_t size, const Fill& fill) {
+  unsigned char* const bytes = PlaceBytes(fileNumber, offset, size);
+  if (bytes != nullptr) fill(bytes);
+}
+
 void WriteBlock(int fileNumber, std::int64_t offset, const Block& block, const void* object) {
-  unsigned char* const bytes = PlaceBytes(fileNumber, offset, block.Size);
-  if (bytes == nullptr) return;
-  bool lost = false;
-  block.Encode(object, bytes, lost);
-  if (lost) NoteTextLost(fileNumber);
+  WritePlace(fileNumber, offset, block.Size, [&](unsigned char* bytes) {
+    bool lost = false;
+    block.Encode(object, bytes, lost);
+    if (lost) NoteTextLost(fileNumber);
+  });
 }
 
 /// The bytes between the option block and the first record.
@@ -24,8 +31,8 @@ void WriteSpare(const FileKind& kind, int fileNumber) {
   const std::size_t offset = kFileHeaderSize + kind.Option.Size;
   const std::size_t size = kind.FirstRecord - offset;
   if (size == 0) return;
-  unsigned char* const bytes = PlaceBytes(fileNumber, static_cast<std::int64_t>(offset), size);
-  if (bytes != nullptr) std::memset(bytes, 0, size);
+  WritePlace(fileNumber, static_cast<std::int64_t>(offset), size,
+             [size](unsigned char* bytes) { std::memset(bytes, 0, size); });
 }
 
 void NoteDamage(int fileNumber) {

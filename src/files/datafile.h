@@ -93,8 +93,8 @@ struct FileModule : FileKind {
 };
 
 /// Reads a whole file. `option` is set when the option block could be read; `records` then has every record
-/// that can be read, also when a fault says that the file states more. With any other fault `records` is
-/// empty.
+/// that can be read, also when a fault says that the file states more, or that reading ended in the middle.
+/// With any other fault `records` is empty.
 template <typename OptionT, typename RecordT>
 FileFault LoadDataFile(const FileModule<OptionT, RecordT>& module, const std::string& path, OptionT& option,
                        std::vector<RecordT>& records) {

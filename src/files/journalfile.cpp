@@ -8,10 +8,7 @@
 #include "base/utf8path.h"
 
 #ifdef _WIN32
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
-#include <windows.h>
+#include "base/windowsheader.h"
 #else
 #include <fcntl.h>
 #include <sys/file.h>
@@ -97,9 +94,8 @@ bool JournalFile::Append(std::string_view bytes, std::string& reason) {
 }
 
 bool JournalFile::CutTo(std::size_t size) {
-  if (!MoveTo(handle_, size) || SetEndOfFile(handle_) == 0) return false;
   size_ = size;
-  return true;
+  return MoveTo(handle_, size) && SetEndOfFile(handle_) != 0;
 }
 
 bool JournalFile::Sync() {
@@ -108,7 +104,8 @@ bool JournalFile::Sync() {
 
 void JournalFile::Remove() {
   FILE_DISPOSITION_INFO gone = {TRUE};
-  SetFileInformationByHandle(handle_, FileDispositionInfo, &gone, sizeof(gone));
+  // One that stays is not to be offered again.
+  if (SetFileInformationByHandle(handle_, FileDispositionInfo, &gone, sizeof(gone)) == 0) CutTo(0);
   CloseHandle(handle_);
   handle_ = nullptr;
 }
@@ -186,9 +183,8 @@ bool JournalFile::Append(std::string_view bytes, std::string& reason) {
 }
 
 bool JournalFile::CutTo(std::size_t size) {
-  if (::ftruncate(descriptor_, static_cast<off_t>(size)) != 0) return false;
   size_ = size;
-  return true;
+  return ::ftruncate(descriptor_, static_cast<off_t>(size)) == 0;
 }
 
 bool JournalFile::Sync() {
@@ -196,8 +192,8 @@ bool JournalFile::Sync() {
 }
 
 void JournalFile::Remove() {
-  // Before it is free for others.
-  ::unlink(path_.c_str());
+  // Before it is free for others; one that stays is not to be offered again.
+  if (::unlink(path_.c_str()) != 0) CutTo(0);
   ::close(descriptor_);
   descriptor_ = -1;
 }

@@ -27,7 +27,7 @@ class JournalFile {
   /// Writes behind the end, in one go and without waiting for the disk. False: the file is as it was, and
   /// `reason` says why.
   bool Append(std::string_view bytes, std::string& reason);
-  /// Cuts the file. False: it is as it was.
+  /// Cuts the file. False: what stands behind that stays until the next one is written over it.
   bool CutTo(std::size_t size);
   /// Waits until the disk has everything.
   bool Sync();

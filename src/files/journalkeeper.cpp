@@ -9,6 +9,7 @@
 #include <random>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 #include "base/applicationfolder.h"
 #include "base/utf8path.h"
@@ -69,7 +70,8 @@ JournalKeeper::JournalKeeper(std::unique_ptr<JournalFile> file, const Journal& j
   for (std::size_t i = 0; i < journal.RecordCount(); ++i)
     hashes_.push_back(Hash(std::string_view(journal.Records).substr(i * size, size)));
   folder_ = Utf8FromPath(PathFromUtf8(file_->Path()).parent_path());
-  // What follows the whole entries would hide what comes behind it.
+  // What follows the whole entries would hide what comes behind it. Where it cannot be cut it is written
+  // over.
   file_->CutTo(journal.WholeBytes);
 }
 
@@ -105,6 +107,9 @@ std::string JournalKeeper::AllEntries(const JournalImage& image) {
 }
 
 bool JournalKeeper::Keep(const JournalImage& image, std::int32_t first, bool mayTidy) {
+  // What the last call did not bring into the file may be anywhere in the document; nor is it brought by a
+  // call that an exception ends.
+  if (!std::exchange(fault_, "the document could not be read").empty()) first = 0;
   record_.assign(image.Head.RecordSize, '\0');
   const bool other =
       file_ && (image.Head.FileType != head_.FileType || image.Head.RecordSize != head_.RecordSize);
@@ -117,6 +122,7 @@ bool JournalKeeper::Keep(const JournalImage& image, std::int32_t first, bool may
       image.Head.Option.size() + image.Head.RecordSize * static_cast<std::size_t>(image.Count);
   // A file that cannot be written anew stays as it is: it says the same.
   if (mayTidy && file_->Size() > 2 * counts + kMostReplaced) WriteAnew(image, true);
+  fault_.clear();
   return true;
 }
 
@@ -135,8 +141,11 @@ bool JournalKeeper::Append(const JournalImage& image, std::size_t first) {
   }
   const bool records = oldBegin != oldEnd || newBegin != newEnd;
   std::string entries;
-  if (image.Head != head_) {
-    entries = JournalHeadEntry(image.Head, records);
+  const bool headChanged = image.Head != head_;
+  JournalHead head;
+  if (headChanged) {
+    head = image.Head;
+    entries = JournalHeadEntry(head, records);
     if (entries.empty()) return false;
   }
   if (records) {
@@ -149,8 +158,10 @@ bool JournalKeeper::Append(const JournalImage& image, std::size_t first) {
     fault_ = "the journal is full";
     return false;
   }
+  // Before anything is written: memory that runs out afterwards would part them from the file.
+  if (hashes_.capacity() < count) hashes_.reserve(std::max(count, 2 * hashes_.capacity()));
   if (!file_->Append(entries, fault_)) return false;
-  head_ = image.Head;
+  if (headChanged) head_ = std::move(head);
   hashes_.resize(first);
   hashes_.insert(hashes_.end(), hashes.begin(), hashes.end());
   return true;
@@ -162,6 +173,9 @@ bool JournalKeeper::WriteAnew(const JournalImage& image, bool synced) {
     fault_ = "the document is too large for a journal";
     return false;
   }
+  std::vector<std::size_t> hashes;
+  for (std::size_t i = 0; i < static_cast<std::size_t>(image.Count); ++i) hashes.push_back(HashOf(image, i));
+  JournalHead head = image.Head;
   EnsureFolder(folder_);
   const std::string path = file_ ? NextPath(file_->Path())
                                  : Utf8FromPath(PathFromUtf8(folder_) / (NewName() + std::string(kEnding)));
@@ -173,9 +187,8 @@ bool JournalKeeper::WriteAnew(const JournalImage& image, bool synced) {
   }
   if (file_) file_->Remove();
   file_ = std::move(file);
-  head_ = image.Head;
-  hashes_.clear();
-  for (std::size_t i = 0; i < static_cast<std::size_t>(image.Count); ++i) hashes_.push_back(HashOf(image, i));
+  head_ = std::move(head);
+  hashes_ = std::move(hashes);
   return true;
 }
 

@@ -73,7 +73,7 @@ class JournalKeeper {
   /// Appends what differs from the last call: one write, which does not wait for the disk. `first`: records
   /// before that one are as they were. `mayTidy`: nothing is being measured, and a file that is mostly what
   /// has long been replaced may be written anew. False: the journal is as it was, LastFault() says why; the
-  /// next call tries again.
+  /// next call tries again, and looks at all records then.
   bool Keep(const JournalImage& image, std::int32_t first, bool mayTidy);
   /// The document is saved, or given up on purpose: the journal goes.
   void Drop();

@@ -5,11 +5,8 @@
 #include <system_error>
 
 #ifdef _WIN32
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
 #define WIN32_LEAN_AND_MEAN
-#include <windows.h>
+#include "base/windowsheader.h"
 #else
 #include <fcntl.h>
 #include <sys/file.h>
@@ -25,7 +22,7 @@ namespace {
 // A mutex rather than a semaphore: a mutex whose holder was killed passes to the next in line.
 class NamedExclusion : public Exclusion {
  public:
-  explicit NamedExclusion(const std::string& name) : name_("Global\\" + name) {}
+  NamedExclusion(const std::string& name, const std::vector<std::string>&) : name_("Global\\" + name) {}
   ~NamedExclusion() override { NamedExclusion::Release(); }
 
   bool Acquire() override {
@@ -69,7 +66,8 @@ class NamedExclusion : public Exclusion {
 // An advisory lock on a file: the kernel drops it with the holder's last descriptor, however the holder ends.
 class NamedExclusion : public Exclusion {
  public:
-  explicit NamedExclusion(std::string name) : name_(std::move(name)) {}
+  NamedExclusion(std::string name, std::vector<std::string> folders)
+      : name_(std::move(name)), folders_(std::move(folders)) {}
   ~NamedExclusion() override { Forget(); }
 
   bool Acquire() override {
@@ -94,12 +92,22 @@ class NamedExclusion : public Exclusion {
   std::string Reason() const override { return reason_; }
 
  private:
+  // All users must meet at the same file: a folder that only some may write to comes behind those that are
+  // open to everybody, also for those who may.
   bool OpenLockFile() {
-    for (const char* folder : {"/run/lock/", "/tmp/"}) {
-      file_ = OpenIn(folder + name_);
-      if (file_ >= 0) return true;
+    for (const bool open : {true, false}) {
+      for (const std::string& folder : folders_) {
+        if (IsOpenToAll(folder) != open) continue;
+        file_ = OpenIn(folder + "/" + name_);
+        if (file_ >= 0) return true;
+      }
     }
     return false;
+  }
+
+  static bool IsOpenToAll(const std::string& folder) {
+    struct stat about = {};
+    return stat(folder.c_str(), &about) == 0 && (about.st_mode & S_IWOTH) != 0;
   }
 
   bool IsInItsFolder() const {
@@ -125,6 +133,7 @@ class NamedExclusion : public Exclusion {
   }
 
   std::string name_;
+  std::vector<std::string> folders_;
   std::string reason_;
   int file_ = -1;
 };
@@ -133,8 +142,9 @@ class NamedExclusion : public Exclusion {
 
 }  // namespace
 
-std::unique_ptr<Exclusion> MakeNamedExclusion(const std::string& name) {
-  return std::make_unique<NamedExclusion>(name);
+std::unique_ptr<Exclusion> MakeNamedExclusion(const std::string& name,
+                                              const std::vector<std::string>& folders) {
+  return std::make_unique<NamedExclusion>(name, folders);
 }
 
 }  // namespace spectrane

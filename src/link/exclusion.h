@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace spectrane {
 
@@ -16,8 +17,12 @@ class Exclusion {
   virtual std::string Reason() const { return {}; }
 };
 
-/// The platform's exclusion of that name, shared by all processes of the machine.
-std::unique_ptr<Exclusion> MakeNamedExclusion(const std::string& name);
+/// Folders for lock files, the preferred one first; for tests, and of no meaning on Windows.
+inline const std::vector<std::string> kLockFolders = {"/run/lock", "/tmp"};
+
+/// The platform's exclusion of that name, shared by all processes of the machine, whoever runs them.
+std::unique_ptr<Exclusion> MakeNamedExclusion(const std::string& name,
+                                              const std::vector<std::string>& folders = kLockFolders);
 
 /// No exclusion: for lines that no other process can reach.
 class NoExclusion : public Exclusion {

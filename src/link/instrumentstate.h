@@ -43,6 +43,9 @@ struct InstrumentState {
   /// How often `rezero` was sent: an instrument may trim itself anew at each, so a reference that was read
   /// before no longer fits what it reads after.
   std::int64_t RezeroCount = 0;
+  /// How often the instrument was heard to restart: gain, trim and wavelength are those of its power-up then,
+  /// and no reference from before fits what it reads.
+  std::int64_t RestartCount = 0;
   /// How many moves of the monochromator failed, or ended where it could not be asked: CurrentWavelength says
   /// nothing until it was asked again.
   std::int64_t LostMoves = 0;

@@ -138,6 +138,7 @@ bool Interface::ProbePort(int number) {
     attempts_.push_back({number, sci_.LastOpenFault(), sci_.LastOpenReason()});
     return false;
   }
+  lastReply_ = {};  // that of another line
   std::string line;
   if (AskFirstLine(Command::Check, line) && line == kUnknownCommandAnswer) return true;
   if (lastReply_.End == ExchangeEnd::NoExclusion) {
@@ -302,16 +303,21 @@ bool Interface::SetSampler(std::int32_t& position) {
 bool Interface::Send(Command command, const std::string& argument, std::string& text, std::string& reply) {
   const CommandRow& row = Row(command);
   text = row.Text + argument;
-  const bool passed = sci_.Exchange(text, reply, row.TimeoutSeconds);
+  if (lastReply_.LinesLost > 0) sci_.ExpectMore();
+  const bool passed = sci_.Exchange(text, reply, row.TimeoutSeconds) && !sci_.RestartedInReply();
   lastReply_ = {sci_.LastEnd(), 0};
-  // An answer without the echo anywhere is the mark of an instrument that restarted: it has forgotten its
-  // gain.
-  if (lastReply_.End == ExchangeEnd::WrongEcho && reply.find(text) == std::string::npos) {
-    state_.GainIndex = kUnknownGain;
-  }
+  if (sci_.Restarts() != restartsSeen_) NoteRestart();
   // Data begin behind the echo's line end: an echo that goes on, as a doubled one does, would be cut as data.
-  if (passed && text.size() < reply.size() && reply[text.size()] != '\r') lastReply_.LinesLost = 1;
+  if (passed && reply[text.size()] != '\r') lastReply_.LinesLost = 1;
   return passed;
+}
+
+void Interface::NoteRestart() {
+  restartsSeen_ = sci_.Restarts();
+  lastReply_.Restarted = true;
+  ++state_.RestartCount;
+  ++state_.LostMoves;
+  state_.GainIndex = kUnknownGain;
 }
 
 bool Interface::Order(Command command, const std::string& argument) {

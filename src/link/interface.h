@@ -27,8 +27,12 @@ struct ReplyQuality {
   ExchangeEnd End = ExchangeEnd::Passed;
   /// Data lines that were missing or could not be read as numbers.
   int LinesLost = 0;
-  /// The exchange passed and every line that the command promises came and was readable.
-  bool Complete() const { return End == ExchangeEnd::Passed && LinesLost == 0; }
+  /// The instrument was heard to restart, in this command or while the line fell quiet before it: it has
+  /// forgotten all that it was told.
+  bool Restarted = false;
+  /// The exchange passed, every line that the command promises came and was readable, and the instrument is
+  /// as the commands before have left it.
+  bool Complete() const { return End == ExchangeEnd::Passed && LinesLost == 0 && !Restarted; }
 };
 
 /// The command set of the instrument: one procedure a command. Each builds the command text, exchanges it
@@ -100,6 +104,7 @@ class Interface {
   static const CommandRow& Row(Command command);
 
   bool Send(Command command, const std::string& argument, std::string& text, std::string& reply);
+  void NoteRestart();
   bool Order(Command command, const std::string& argument = {});
   /// Counts a move that did not arrive.
   bool Moved(bool arrived);
@@ -120,6 +125,7 @@ class Interface {
   std::vector<PortAttempt> attempts_;
   std::string company_;
   ReplyQuality lastReply_;
+  std::int64_t restartsSeen_ = 0;
 };
 
 /// The reading out of samples as they came: the highest sample is carried to the end, and the sample at the

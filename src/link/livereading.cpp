@@ -18,6 +18,7 @@ constexpr int kSettleMs = 40;
 constexpr int kReadingsPerDisplay = 5;
 constexpr std::int32_t kMinimumStart = 70000;
 constexpr const char* kNoLight = "The blank gives no light.";
+constexpr const char* kRestarted = "The instrument has restarted: a blank has to be set again.";
 
 }  // namespace
 
@@ -30,12 +31,15 @@ void LiveReading::SampleTimerTick() {
   state_.InstrumentBusy = true;
   std::int32_t samples = kLiveSamples;
   const std::int32_t energy = instrument_.GetEnergy(samples);
-  const bool lost = instrument_.LastReply().End != ExchangeEnd::Passed;
+  const ReplyQuality last = instrument_.LastReply();
   state_.EnergyRing[static_cast<std::size_t>(state_.SampleIndex)] = energy;
   state_.SampleIndex = (state_.SampleIndex + 1) % kEnergyRingUsed;
   state_.InstrumentBusy = false;
   if (!state_.InstrumentConnected) return;  // released while the reading yielded
-  if (lost) {
+  if (last.Restarted) {
+    linkLost_ = false;  // the words stay until there is a blank
+    display_.SetRemark(kRestarted);
+  } else if (last.End != ExchangeEnd::Passed) {
     ReportLinkLost();
   } else if (linkLost_) {
     linkLost_ = false;

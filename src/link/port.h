@@ -26,7 +26,8 @@ class Port {
   /// Hands all bytes to the line within `timeoutMs`; false when that failed.
   virtual bool Write(std::string_view bytes, int timeoutMs) = 0;
   /// Waits at most `timeoutMs` for at least one byte and returns all that has arrived; empty when nothing
-  /// came. Blocks without using the processor and without running the message loop.
+  /// came. What arrives while the message loop runs may be lost. Blocks without using the processor and
+  /// without running the message loop.
   virtual std::string Read(int timeoutMs) = 0;
 
   PortFault LastFault() const { return fault_; }

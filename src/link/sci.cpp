@@ -11,6 +11,9 @@ namespace {
 
 constexpr int kQuietMs = 100;
 constexpr int kClearLimitMs = 1000;
+/// So long, at most, an instrument is silent between two answers to requests that piled up before it; of the
+/// time-out of a short request no more than half.
+constexpr int kBetweenAnswersMs = 1000;
 /// Longest stretch of a wait that somebody watches [ms].
 constexpr std::int64_t kWatchedMs = 250;
 
@@ -43,7 +46,7 @@ SCI::SCI(PortList& ports, Clock& clock, MessageLoop& loop, Exclusion& exclusion)
 bool SCI::OpenPort(int& number) {
   ClosePort();
   lineDirty_ = false;
-  unanswered_.clear();
+  watch_.Reset();
   openFault_ = PortFault::Missing;
   openReason_.clear();
   const std::string path = ports_.Path(number);
@@ -71,6 +74,7 @@ bool SCI::Exchange(std::string_view command, std::string& reply, int timeoutSeco
   bool passed = false;
   {
     const Held held(exclusion_);
+    restartsAtSend_ = watch_.Restarts();
     if (!held.Acquired()) {
       lastEnd_ = ExchangeEnd::NoExclusion;
       reply.clear();
@@ -79,11 +83,15 @@ bool SCI::Exchange(std::string_view command, std::string& reply, int timeoutSeco
       lastEnd_ = passed ? ExchangeEnd::Passed : ExchangeEnd::WrongEcho;
     }
     lineDirty_ = !passed;
+    if (passed) watch_.TakeAsAnswered();
+    restartedInReply_ = watch_.Restarts() != restartsAtSend_;
   }
   // What runs in the message loop may exchange on its own; the caller's end is told afterwards.
   const ExchangeEnd end = lastEnd_;
+  const bool restarted = restartedInReply_;
   loop_.RunOnce();
   lastEnd_ = end;
+  restartedInReply_ = restarted;
   return passed;
 }
 
@@ -92,6 +100,7 @@ bool SCI::SendAndWait(std::string_view command, std::string& reply, int timeoutM
   lastEnd_ = ExchangeEnd::PortClosed;
   if (!IsPortOpen()) return false;
   ClearLine();
+  restartsAtSend_ = watch_.Restarts();
   // Whatever ends it early may leave a reply on its way.
   lineDirty_ = true;
   const std::int64_t start = clock_.NowMs();
@@ -103,37 +112,42 @@ bool SCI::SendAndWait(std::string_view command, std::string& reply, int timeoutM
     lastEnd_ = port_->IsOpen() ? ExchangeEnd::WriteFailed : ExchangeEnd::HungUp;
     return false;
   }
+  const bool alone = watch_.Awaited() == 0;
+  watch_.Sent(command);
   bool whole = Collect(reply, start, timeoutMs);
-  if (whole && unanswered_ == command) whole = TakeLastOf(command, reply, start + timeoutMs);
-  if (!reply.empty()) {
-    unanswered_.clear();
-  } else if (lastEnd_ == ExchangeEnd::TimedOut) {
-    unanswered_ = command;
-  }
+  if (whole && !alone && reply.starts_with(command)) whole = TakeOwn(command, reply, start, timeoutMs);
   return whole;
 }
 
-// The same request was sent before and not answered: what came first may be the answer to that one. Its own
-// answer follows then, before the line has been quiet for kQuietMs; a line that is never quiet is waited for
-// kClearLimitMs. False: it began, and did not end in time.
-bool SCI::TakeLastOf(std::string_view command, std::string& reply, std::int64_t endMs) {
-  const std::size_t whole = reply.size();
-  endMs = std::min(endMs, clock_.NowMs() + kClearLimitMs);
-  for (;;) {
-    const std::int64_t rest = std::min<std::int64_t>(kQuietMs, endMs - clock_.NowMs());
-    const std::string piece = rest > 0 ? port_->Read(static_cast<int>(rest)) : std::string();
-    if (piece.empty()) break;
+// Requests before this one still lack their answers: what came first may be the answer to one of them.
+// Answers come in the order of the requests. This one's has come when every request has its own, or when
+// nothing has followed for a while: then those before it were lost. Whatever stands behind the last echo is
+// the reply. False: it cannot be said in time which it is.
+bool SCI::TakeOwn(std::string_view command, std::string& reply, std::int64_t startMs, int timeoutMs) {
+  const std::int64_t end = startMs + timeoutMs;
+  const int quiet = std::min(kBetweenAnswersMs, timeoutMs / 2);
+  std::int64_t quietMs = clock_.NowMs() + quiet;
+  while (watch_.Awaited() > 0) {
+    const std::int64_t now = clock_.NowMs();
+    const bool answered = watch_.LastMayBeAnswered();
+    if (answered && now >= quietMs) break;
+    if (now >= end) return false;
+    const std::size_t awaited = watch_.Awaited();
+    const std::string piece = Read((answered ? std::min(quietMs, end) : end) - now);
+    if (piece.empty() && !port_->IsOpen()) {
+      lastEnd_ = ExchangeEnd::HungUp;
+      return false;
+    }
+    if (watch_.Awaited() < awaited) quietMs = clock_.NowMs() + quiet;
     reply.append(piece, 0, ReplyBuffer::kLimit - reply.size());
   }
-  const std::size_t next = reply.rfind(ReplyBuffer::kPrompt + std::string(command) + '\r');
-  if (next == std::string::npos) {
-    reply.resize(whole);
-    return true;
-  }
-  const std::size_t rest = std::max(whole, next + 1) - (next + 1);
-  reply.erase(0, next + 1);
-  if (rest > 0) reply.resize(rest);
-  return reply.ends_with(ReplyBuffer::kPrompt);
+  // The answer before it may lack its prompt.
+  const std::size_t last = reply.rfind(std::string(command) + '\r');
+  if (last != std::string::npos) reply.erase(0, last);
+  const std::size_t prompt = reply.find(ReplyBuffer::kPrompt);
+  if (prompt == std::string::npos) return false;
+  reply.resize(prompt + 1);
+  return true;
 }
 
 bool SCI::Collect(std::string& reply, std::int64_t startMs, int timeoutMs) {
@@ -142,8 +156,7 @@ bool SCI::Collect(std::string& reply, std::int64_t startMs, int timeoutMs) {
   while (!whole) {
     const std::int64_t rest = startMs + timeoutMs - clock_.NowMs();
     if (rest <= 0) break;
-    if (OnWaiting) OnWaiting();
-    const std::string piece = port_->Read(static_cast<int>(OnWaiting ? std::min(rest, kWatchedMs) : rest));
+    const std::string piece = Read(rest);
     if (piece.empty() && !port_->IsOpen()) {
       lastEnd_ = ExchangeEnd::HungUp;
       break;
@@ -156,8 +169,16 @@ bool SCI::Collect(std::string& reply, std::int64_t startMs, int timeoutMs) {
   return whole;
 }
 
-// Throws away what has arrived. After a failed exchange, whose reply may still be coming, the line must have
-// been quiet for kQuietMs first, kClearLimitMs at most.
+// The next piece; empty when nothing came for a while that `restMs` bounds.
+std::string SCI::Read(std::int64_t restMs) {
+  if (OnWaiting) OnWaiting();
+  std::string piece = port_->Read(static_cast<int>(OnWaiting ? std::min(restMs, kWatchedMs) : restMs));
+  watch_.Heard(piece);
+  return piece;
+}
+
+// Throws away, unread, what has arrived since the last exchange. After one that failed or brought too little,
+// whose rest may still be coming, the line must have been quiet for kQuietMs first, kClearLimitMs at most.
 void SCI::ClearLine() {
   port_->DiscardInput();
   if (!std::exchange(lineDirty_, false)) return;
@@ -166,7 +187,9 @@ void SCI::ClearLine() {
     const std::int64_t rest = std::min<std::int64_t>(kQuietMs, end - clock_.NowMs());
     if (rest <= 0 || !port_->IsOpen()) break;
     const std::int64_t before = clock_.NowMs();
-    if (port_->Read(static_cast<int>(rest)).empty() && clock_.NowMs() - before >= rest) break;
+    const std::string piece = port_->Read(static_cast<int>(rest));
+    watch_.Heard(piece);
+    if (piece.empty() && clock_.NowMs() - before >= rest) break;
   }
   port_->DiscardInput();
 }

@@ -8,6 +8,7 @@
 
 #include "base/clock.h"
 #include "link/exclusion.h"
+#include "link/linewatch.h"
 #include "link/messageloop.h"
 #include "link/port.h"
 #include "link/portlist.h"
@@ -41,6 +42,15 @@ class SCI {
   /// every case. Lets the message loop run once before and once after; blocks in between.
   bool Exchange(std::string_view command, std::string& reply, int timeoutSeconds);
 
+  /// The last reply was not all that its request should bring: more of it may be on its way, and the next
+  /// exchange waits until the line is quiet.
+  void ExpectMore() { lineDirty_ = true; }
+  /// How often the instrument was heard to restart: in an exchange, or while the line falls quiet at the
+  /// beginning of one, when the one before failed or brought too little.
+  std::int64_t Restarts() const { return watch_.Restarts(); }
+  /// The last exchange heard it behind its request: what came is no answer, whatever it begins with.
+  bool RestartedInReply() const { return restartedInReply_; }
+
   /// Waits `delayMs` with the message loop running. Yields.
   void PauseMs(int delayMs);
 
@@ -60,7 +70,8 @@ class SCI {
  private:
   bool SendAndWait(std::string_view command, std::string& reply, int timeoutMs);
   bool Collect(std::string& reply, std::int64_t startMs, int timeoutMs);
-  bool TakeLastOf(std::string_view command, std::string& reply, std::int64_t endMs);
+  bool TakeOwn(std::string_view command, std::string& reply, std::int64_t startMs, int timeoutMs);
+  std::string Read(std::int64_t restMs);
   void ClearLine();
 
   PortList& ports_;
@@ -71,8 +82,9 @@ class SCI {
   ExchangeEnd lastEnd_ = ExchangeEnd::Passed;
   // A reply may still be on its way after an exchange that failed.
   bool lineDirty_ = false;
-  // A request to which nothing at all has come so far.
-  std::string unanswered_;
+  std::int64_t restartsAtSend_ = 0;
+  bool restartedInReply_ = false;
+  LineWatch watch_;
   PortFault openFault_ = PortFault::None;
   std::string openReason_;
 };

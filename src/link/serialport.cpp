@@ -11,9 +11,7 @@
 #include <cstring>
 
 #include <QDeadlineTimer>
-#include <QElapsedTimer>
 #include <QFileInfo>
-#include <QScopedValueRollback>
 #include <QSerialPort>
 
 namespace spectrane {
@@ -25,8 +23,12 @@ QString ResolvedName(const std::string& path) {
   return resolved.isEmpty() ? name : resolved;
 }
 
+/// One of the folders that QSerialPort looks through for its lock.
 bool LockFolderWritable() {
-  return access("/run/lock", W_OK) == 0 || access("/var/lock", W_OK) == 0;
+  constexpr const char* kFolders[] = {"/var/lock", "/etc/locks", "/var/spool/locks", "/var/spool/uucp",
+                                      "/tmp",      "/var/tmp",   "/run/lock"};
+  return std::any_of(std::begin(kFolders), std::end(kFolders),
+                     [](const char* folder) { return access(folder, R_OK | W_OK) == 0; });
 }
 
 }  // namespace
@@ -49,9 +51,7 @@ SerialPort::SerialPort() : port_(std::make_unique<QSerialPort>()) {
   QObject::connect(port_.get(), &QSerialPort::errorOccurred, port_.get(),
                    [this](QSerialPort::SerialPortError) { OnError(); });
   // What comes while the message loop runs was not asked for: it must not pile up.
-  QObject::connect(port_.get(), &QSerialPort::readyRead, port_.get(), [this] {
-    if (!exchanging_) port_->readAll();
-  });
+  QObject::connect(port_.get(), &QSerialPort::readyRead, port_.get(), [this] { port_->readAll(); });
 }
 
 SerialPort::~SerialPort() = default;
@@ -76,10 +76,11 @@ bool SerialPort::Open(const std::string& path) {
   port_->setFlowControl(QSerialPort::NoFlowControl);
   const bool opened = port_->open(QIODevice::ReadWrite);
   opening_ = false;
-  return opened || OpenFailed(path);
+  if (!opened) NoteOpenFault(path);
+  return opened;
 }
 
-bool SerialPort::OpenFailed(const std::string& path) {
+void SerialPort::NoteOpenFault(const std::string& path) {
   const std::string words = port_->errorString().toStdString();
   switch (port_->error()) {
     case QSerialPort::DeviceNotFoundError:
@@ -92,7 +93,6 @@ bool SerialPort::OpenFailed(const std::string& path) {
     default:
       SetFault(PortFault::Other, path + ": " + words);
   }
-  return false;
 }
 
 bool SerialPort::Close() {
@@ -109,46 +109,32 @@ void SerialPort::DiscardInput() {
   if (port_->isOpen()) port_->clear(QSerialPort::Input);
 }
 
+// Reading and writing go to the device itself: the way through the buffers and signals of QSerialPort takes a
+// third of the time that an exchange takes beside the wire, and takes a device that is full for one that is
+// gone.
+
 bool SerialPort::Write(std::string_view bytes, int timeoutMs) {
   if (!port_->isOpen()) return false;
-  const std::string_view rest = bytes.substr(WriteAtOnce(bytes));
-  return rest.empty() || WriteInTime(rest, timeoutMs);
-}
-
-bool SerialPort::WriteInTime(std::string_view bytes, int timeoutMs) {
-  const QScopedValueRollback<bool> inExchange(exchanging_, true);
-  QElapsedTimer clock;
-  clock.start();
-  if (port_->write(bytes.data(), static_cast<qint64>(bytes.size())) != static_cast<qint64>(bytes.size())) {
-    return false;
+  const QDeadlineTimer deadline(std::max(timeoutMs, 0));
+  while (!bytes.empty()) {
+    const ssize_t count = write(port_->handle(), bytes.data(), bytes.size());
+    if (count > 0) {
+      bytes.remove_prefix(static_cast<std::size_t>(count));
+    } else if (count < 0 && errno != EAGAIN && errno != EINTR) {
+      LineGone(std::strerror(errno));
+      return false;
+    } else if (WaitFor(POLLOUT, deadline) <= 0) {
+      port_->clear(QSerialPort::Output);
+      return false;
+    }
   }
-  port_->flush();
-  while (port_->isOpen() && port_->bytesToWrite() > 0) {
-    const qint64 rest = timeoutMs - clock.elapsed();
-    if (rest <= 0 || !port_->waitForBytesWritten(static_cast<int>(rest))) break;
-  }
-  if (!port_->isOpen()) return false;
-  if (port_->bytesToWrite() == 0) return true;
-  port_->clear(QSerialPort::Output);
-  return false;
-}
-
-// Reading and writing go to the device itself where nothing is buffered before it: the way through the
-// buffers and signals of QSerialPort takes a third of the time that an exchange takes beside the wire.
-
-std::size_t SerialPort::WriteAtOnce(std::string_view bytes) {
-  if (port_->bytesToWrite() > 0) return 0;
-  const ssize_t count = write(port_->handle(), bytes.data(), bytes.size());
-  return count > 0 ? static_cast<std::size_t>(count) : 0;
+  return true;
 }
 
 std::string SerialPort::Read(int timeoutMs) {
   if (!port_->isOpen()) return {};
   if (port_->bytesAvailable() > 0) return port_->readAll().toStdString();
-  QDeadlineTimer deadline(std::max(timeoutMs, 0));
-  pollfd wait = {port_->handle(), POLLIN, 0};
-  int ready = poll(&wait, 1, std::max(timeoutMs, 0));
-  while (ready < 0 && errno == EINTR) ready = poll(&wait, 1, static_cast<int>(deadline.remainingTime()));
+  const int ready = WaitFor(POLLIN, QDeadlineTimer(std::max(timeoutMs, 0)));
   if (ready == 0) return {};
   char buffer[4096];
   const ssize_t count = ready > 0 ? read(port_->handle(), buffer, sizeof buffer) : -1;
@@ -158,6 +144,15 @@ std::string SerialPort::Read(int timeoutMs) {
   return {};
 }
 
+int SerialPort::WaitFor(short events, const QDeadlineTimer& deadline) const {
+  pollfd wait = {port_->handle(), events, 0};
+  int ready = 0;
+  do {
+    ready = poll(&wait, 1, static_cast<int>(deadline.remainingTime()));
+  } while (ready < 0 && errno == EINTR);
+  return ready;
+}
+
 void SerialPort::LineGone(const std::string& words) {
   SetFault(PortFault::Other, "the line is gone: " + words);
   port_->close();
@@ -165,15 +160,8 @@ void SerialPort::LineGone(const std::string& words) {
 
 // The far end went away: without a close the device would report it again and again without end.
 void SerialPort::OnError() {
-  if (opening_ || !port_->isOpen()) return;
-  switch (port_->error()) {
-    case QSerialPort::NoError:
-    case QSerialPort::TimeoutError:
-    case QSerialPort::UnsupportedOperationError:
-      return;
-    default:
-      LineGone(port_->errorString().toStdString());
-  }
+  if (opening_ || !port_->isOpen() || port_->error() == QSerialPort::NoError) return;
+  LineGone(port_->errorString().toStdString());
 }
 
 }  // namespace spectrane

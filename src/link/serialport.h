@@ -1,12 +1,12 @@
 #pragma once
 
-#include <cstddef>
 #include <memory>
 #include <string>
 #include <string_view>
 
 #include "link/port.h"
 
+class QDeadlineTimer;
 class QSerialPort;
 
 namespace spectrane {
@@ -28,16 +28,14 @@ class SerialPort : public Port {
   std::string Read(int timeoutMs) override;
 
  private:
-  /// Bytes that the device took without waiting.
-  std::size_t WriteAtOnce(std::string_view bytes);
-  bool WriteInTime(std::string_view bytes, int timeoutMs);
+  /// Waits until the device can be read or written, or is gone. 0: not in time; below 0: errno says why.
+  int WaitFor(short events, const QDeadlineTimer& deadline) const;
   void OnError();
   void LineGone(const std::string& words);
-  bool OpenFailed(const std::string& path);
+  void NoteOpenFault(const std::string& path);
 
   std::unique_ptr<QSerialPort> port_;
   bool opening_ = false;
-  bool exchanging_ = false;
 };
 
 /// What `path` says about a failed opening before the device itself is asked: missing, no rights (with the

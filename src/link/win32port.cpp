@@ -3,10 +3,7 @@
 #ifdef _WIN32
 
 #define WIN32_LEAN_AND_MEAN
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
-#include <windows.h>
+#include "base/windowsheader.h"
 
 #include <algorithm>
 #include <vector>
@@ -17,6 +14,8 @@ namespace {
 constexpr DWORD kBaudRate = 115200;
 /// How long one read waits for a byte [ms]; longer waits are several reads.
 constexpr DWORD kSliceMs = 20;
+/// How much longer a driver may take over it before the read is called back [ms].
+constexpr DWORD kDriverMs = 100;
 
 std::wstring Wide(std::string_view text) {
   const int length = MultiByteToWideChar(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), nullptr, 0);
@@ -175,8 +174,13 @@ bool Win32Port::ReadSome(char* buffer, unsigned long size, unsigned long& count)
   job.hEvent = event_;
   ResetEvent(event_);
   bool done = ReadFile(device_, buffer, size, &count, &job) != 0;
-  if (!done && GetLastError() == ERROR_IO_PENDING)
-    done = GetOverlappedResult(device_, &job, &count, TRUE) != 0;
+  if (!done && GetLastError() == ERROR_IO_PENDING) {
+    // Not every driver keeps to the time-outs it was given.
+    const bool ended = WaitForSingleObject(event_, kSliceMs + kDriverMs) == WAIT_OBJECT_0;
+    if (!ended) CancelIoEx(device_, &job);
+    done = GetOverlappedResult(device_, &job, &count, TRUE) != 0 ||
+           (!ended && GetLastError() == ERROR_OPERATION_ABORTED);
+  }
   // A wait without a byte ends as a read of nothing, or as an error of that name.
   if (done || GetLastError() == ERROR_TIMEOUT) return true;
   LineGone(GetLastError());

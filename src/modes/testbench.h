@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "base/displayformats.h"
 #include "link/displays.h"
 #include "link/instrumentstate.h"
@@ -17,6 +19,10 @@ struct TestBench {
   Messages& Boxes;
   const DisplayFormats& Formats;
 };
+
+/// Words for an instrument that stands at `actual` where it was last sent to `sent` and nobody has moved it
+/// since [nm]: a drive that answers a move and does not go. Empty when it stands there.
+std::string AstrayWords(double sent, double actual);
 
 /// A test that measures: `running` is set and the live reading stands. However the test ends, an exception
 /// included, the live reading goes on and the instrument is free.

@@ -1,5 +1,7 @@
 #include "output/foundmarks.h"
 
+#include "base/numbers.h"
+
 namespace spectrane {
 
 std::vector<PointMark> FoundMarks(const FoundPeaks& found, std::span<const double> x,
@@ -22,6 +24,16 @@ std::vector<std::int32_t> FoundPoints(const FoundPeaks& found) {
   std::vector<std::int32_t> points = found.PeakIndex;
   points.insert(points.end(), found.ValleyIndex.begin(), found.ValleyIndex.end());
   return points;
+}
+
+std::string FoundWords(const FoundPeaks& found, double peakHeight) {
+  if (FoundPoints(found).empty())
+    return "Nothing stands out by more than the peak value of " + ShortestText(peakHeight) + " Abs.";
+  const auto count = [](std::size_t number, const char* what) {
+    return std::to_string(number) + ' ' + what + (number == 1 ? "" : "s");
+  };
+  return "Found: " + count(found.PeakIndex.size(), "peak") + ", " +
+         count(found.ValleyIndex.size(), "valley") + '.';
 }
 
 }  // namespace spectrane

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <span>
+#include <string>
 #include <vector>
 
 #include "output/curveview.h"
@@ -23,5 +24,8 @@ std::vector<PointMark> FoundMarks(const FoundPeaks& found, std::span<const doubl
 
 /// The points of a search in the order of that list.
 std::vector<std::int32_t> FoundPoints(const FoundPeaks& found);
+
+/// What a search with that peak value [Abs] has come to, for the status bar.
+std::string FoundWords(const FoundPeaks& found, double peakHeight);
 
 }  // namespace spectrane

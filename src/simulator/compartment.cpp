@@ -61,7 +61,7 @@ CompartmentState Compartment::State() const {
   return state;
 }
 
-std::string Compartment::Do(std::string_view command) {
+std::string Compartment::Perform(std::string_view command) {
   std::string error = console_.Execute(command).Error;
   Changed();
   return error;

@@ -61,7 +61,7 @@ class Compartment {
 
   CompartmentState State() const;
   /// A command of the prompt; the result says what went wrong, empty when nothing did.
-  std::string Do(std::string_view command);
+  std::string Perform(std::string_view command);
 
   /// To be told of each request, and of the line.
   void NoteRequest(const ExchangeRecord& record);

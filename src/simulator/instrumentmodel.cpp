@@ -194,7 +194,7 @@ double InstrumentModel::Light(std::int64_t nowMs) const {
   const BeamPlace& place = Place();
   if (place.Content->Blocks) return 0.0;
   const double bandwidth = optics::SlitWidth(slit_);
-  const double stray = optics::Stray(wavelength_, StrayBase);
+  const double stray = optics::StrayLight(wavelength_, StrayBase);
   const double passed = Transmittance(*place.Content, wavelength_, bandwidth, SecondsInBeam(nowMs));
   return LampOutput(nowMs) * optics::Response(wavelength_) * optics::CountsPerUnit(bandwidth) *
          (passed + stray) / (1.0 + stray);

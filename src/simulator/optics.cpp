@@ -69,7 +69,7 @@ double CountsPerUnit(double bandwidth) {
   return CountsPerUnitAndNm * bandwidth;
 }
 
-double Stray(double nm, double base) {
+double StrayLight(double nm, double base) {
   return base * (1.0 + 100.0 * std::exp(-(nm - 190.0) / 8.0));
 }
 

@@ -35,7 +35,7 @@ double Response(double nm);
 /// Counts at gain 1 for one unit of lamp output times response.
 double CountsPerUnit(double bandwidth);
 /// Share of stray light at a wavelength; `base` is the share in mid-range.
-double Stray(double nm, double base);
+double StrayLight(double nm, double base);
 
 /// Transmittance seen through a slit with a triangular profile of `bandwidth` nm at half height.
 double ThroughSlit(double nm, double bandwidth, const std::function<double(double)>& transmittance);

@@ -43,38 +43,31 @@ inline constexpr const char* kCaculateSection = "Spectrum Caculate";
 
 using ProcessRow = SettingRow<ProcessSettings>;
 
-template <typename Row, std::size_t N, std::size_t M>
-constexpr std::array<Row, N + M> JoinedRows(const std::array<Row, N>& first, const std::array<Row, M>& then) {
-  std::array<Row, N + M> rows = {};
-  for (std::size_t i = 0; i < N + M; ++i) rows[i] = i < N ? first[i] : then[i - N];
-  return rows;
+constexpr CurveSettings& CurveSettingsOf(ProcessSettings& settings) {
+  return settings.Shown;
 }
 
 /// The keys that all of them have, in `section`. `sourceColour` is that of the first source's curve.
-constexpr std::array<ProcessRow, 20> ProcessRows(const char* section, const char* sourceColour) {
+constexpr auto ProcessRows(const char* section, const char* sourceColour) {
   using S = ProcessSettings;
-  return {{
-      {section, "Display Mode", [](S& s) -> std::int32_t& { return s.Shown.Option.DisplayMode; }, 1, 2},
-      {section, "Abs Top", [](S& s) -> double& { return s.Shown.Option.AbsTop; }},
-      {section, "Abs Bottom", [](S& s) -> double& { return s.Shown.Option.AbsBottom; }},
-      {section, "Trans Top", [](S& s) -> double& { return s.Shown.Option.TransTop; }},
-      {section, "Trans Bottom", [](S& s) -> double& { return s.Shown.Option.TransBottom; }},
-      {section, "Start Wavelength", [](S& s) -> double& { return s.Shown.Option.StartWavelength; }},
-      {section, "End Wavelength", [](S& s) -> double& { return s.Shown.Option.EndWavelength; }},
-      {section, "Result Color", [](S& s) -> std::int32_t& { return s.Shown.CurveColor; }, 0, kHighestColour},
-      {section, "Scale Color", [](S& s) -> std::int32_t& { return s.Shown.ScaleColor; }, 0, kHighestColour},
-      {section, sourceColour, [](S& s) -> std::int32_t& { return s.SourceColor[0]; }, 0, kHighestColour},
-      {section, "Mark Color", [](S& s) -> std::int32_t& { return s.Shown.MarkColor; }, 0, kHighestColour},
-      {section, "Peak Color", [](S& s) -> std::int32_t& { return s.Shown.PeakColor; }, 0, kHighestColour},
-      {section, "Valley Color", [](S& s) -> std::int32_t& { return s.Shown.ValleyColor; }, 0, kHighestColour},
-      {section, "Peak Enable", [](S& s) -> bool& { return s.Shown.PeakEnable; }},
-      {section, "Valley Enable", [](S& s) -> bool& { return s.Shown.ValleyEnable; }},
-      {section, "Peak Detail Enable", [](S& s) -> bool& { return s.Shown.PeakDetailEnable; }},
-      {section, "Valley Detail Enable", [](S& s) -> bool& { return s.Shown.ValleyDetailEnable; }},
-      {section, "Grid Enable", [](S& s) -> bool& { return s.Shown.GridEnable; }},
-      {section, "Data Table Enable", [](S& s) -> bool& { return s.Shown.DataTableEnable; }},
-      {section, kPeakHeightKey, [](S& s) -> double& { return s.Shown.PeakHeight; }},
-  }};
+  return JoinedRows(
+      std::array{
+          ProcessRow{section, "Display Mode",
+                     [](S& s) -> std::int32_t& { return s.Shown.Option.DisplayMode; }, 1, 2},
+          ProcessRow{section, "Abs Top", [](S& s) -> double& { return s.Shown.Option.AbsTop; }},
+          ProcessRow{section, "Abs Bottom", [](S& s) -> double& { return s.Shown.Option.AbsBottom; }},
+          ProcessRow{section, "Trans Top", [](S& s) -> double& { return s.Shown.Option.TransTop; }},
+          ProcessRow{section, "Trans Bottom", [](S& s) -> double& { return s.Shown.Option.TransBottom; }},
+          ProcessRow{section, "Start Wavelength",
+                     [](S& s) -> double& { return s.Shown.Option.StartWavelength; }},
+          ProcessRow{section, "End Wavelength", [](S& s) -> double& { return s.Shown.Option.EndWavelength; }},
+          ColourSetting<S>(section, "Result Color", [](S& s) -> std::int32_t& { return s.Shown.CurveColor; }),
+          ColourSetting<S>(section, "Scale Color", [](S& s) -> std::int32_t& { return s.Shown.ScaleColor; }),
+          ColourSetting<S>(section, sourceColour, [](S& s) -> std::int32_t& { return s.SourceColor[0]; })},
+      CurveMarkRows<S>(section),
+      std::array{
+          ProcessRow{section, "Data Table Enable", [](S& s) -> bool& { return s.Shown.DataTableEnable; }},
+          ProcessRow{section, kPeakHeightKey, [](S& s) -> double& { return s.Shown.PeakHeight; }}});
 }
 
 inline constexpr auto kSmoothSettingRows = ProcessRows(kSmoothSection, "Curve Color");

@@ -64,13 +64,32 @@ TEST_F(Acquiring, AFailedStepEndsTheRunAndIsNotTriedAgain) {
     Peer.Commands.clear();
     // The gain and the reading of the first point pass.
     if (std::string(failing) != "swl  401") Peer.NextText(failing, ScriptedPeer::Reply(failing, {"25000"}));
-    Peer.NextText(failing, "nonsense\r\n>");
+    Peer.NextText(failing, "12345\r\n>");
     References = {{400, 2, 41000}, {401, 2, 41000}, {402, 2, 41000}};
     EXPECT_EQ(ScanSpectrum(Steps, References, 1, Points), AcquisitionEnd::Failed);
     EXPECT_EQ(Points.size(), 1u);
     EXPECT_EQ(Peer.Commands.back(), failing);
     EXPECT_EQ(Steps.At(), 401.0) << "the place where it failed";
     EXPECT_FALSE(Link.State.InstrumentBusy);
+  }
+}
+
+// References of before and readings of after it would make points that nobody has measured.
+TEST_F(Acquiring, P11_AfterARestartNoStepPasses) {
+  for (const char* const heardAt : {"swl  400", "sa 2", "ge 1"}) {
+    SCOPED_TRACE(heardAt);
+    AcquisitionSteps steps{{Link.Instrument, Link.State, Link.Live, Display, Boxes, Link.Formats}};
+    References = {{400, 2, 41000}, {401, 2, 41000}};
+    Points.clear();
+    ASSERT_EQ(ScanSpectrum(steps, References, 1, Points), AcquisitionEnd::Finished);
+    Points.clear();
+    Peer.Next(heardAt, {{1, ScriptedPeer::Reply(heardAt, std::vector<std::string>(heardAt[0] == 'g', "1"))},
+                        {0, "\r\nSimulated instrument\r\nready.\r\n>"}});
+    EXPECT_EQ(ScanSpectrum(steps, References, 1, Points), AcquisitionEnd::Failed);
+    EXPECT_LE(Points.size(), 1u);
+    const std::size_t before = Points.size();
+    EXPECT_EQ(ScanSpectrum(steps, References, 1, Points), AcquisitionEnd::Failed) << "nor in the next pass";
+    EXPECT_EQ(Points.size(), before);
   }
 }
 

@@ -42,6 +42,8 @@ TEST(Plan, DurationsAsAPersonSaysThem) {
   EXPECT_EQ(DurationText(252), "4 min 12 s");
   EXPECT_EQ(DurationText(3599.4), "59 min 59 s");
   EXPECT_EQ(DurationText(7500), "2 h 05 min");
+  EXPECT_EQ(DurationText(7529), "2 h 05 min");
+  EXPECT_EQ(DurationText(7530), "2 h 06 min");
 }
 
 }  // namespace

@@ -1,4 +1,3 @@
-#include <QDir>
 #include <QTabWidget>
 
 #include "app/dialogfixture.h"
@@ -7,25 +6,15 @@
 #include "app/frmnew.h"
 #include "app/frmoption.h"
 #include "tools/windows/frmwait.h"
+#include "windowsupport/pictures.h"
 
 namespace spectrane::testing_windows {
 namespace {
 
-/// Pictures for a person to judge, in the folder that SPECTRANE_PICTURES names; run by
-/// --gtest_also_run_disabled_tests.
+/// Pictures for a person to judge.
 class DialogPictures : public DialogFixture {
  protected:
-  void SetUp() override {
-    Main.Creatable = {1, 2, 6};
-    Start();
-  }
-  static void Shoot(QWidget& widget, const QString& name) {
-    widget.show();
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(&widget));
-    const QString folder = qEnvironmentVariable("SPECTRANE_PICTURES");
-    EXPECT_TRUE(QDir().mkpath(folder));
-    EXPECT_TRUE(widget.grab().save(folder + u'/' + name + QStringLiteral(".png")));
-  }
+  void SetUp() override { Start(); }
 };
 
 using DISABLED_DialogPictures = DialogPictures;

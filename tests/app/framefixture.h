@@ -32,11 +32,11 @@ class FrameFixture : public ::testing::Test {
   ~FrameFixture() override { Main.reset(); }
 
   /// A program start; the connection that would come by itself waits for ConnectNow(). With `file` as on the
-  /// command line; without one the New File guide comes up and is closed again.
-  void Start(const QString& file = {}) {
-    Main = std::make_unique<FrmMain>(
-        ProgramParts{Ports, Time, Loop, Turn, Settings, Folder.Path(), &Boxes, file});
-    if (file.isEmpty()) WhenDialog("FrmNew", [](QWidget& guide) { guide.close(); });
+  /// command line; without one the New File guide comes up and is closed again, unless a document came back.
+  void Start(const QString& file = {}, bool empty = true) {
+    Main =
+        std::make_unique<FrmMain>(ProgramParts{Ports, Time, Loop, Turn, Settings, Folder.Path(), Asks, file});
+    if (file.isEmpty() && empty) WhenDialog("FrmNew", [](QWidget& guide) { guide.close(); });
     Main->ShowStored();
     auto* open = Main->findChild<QTimer*>(QStringLiteral("TimerFileOpen"));
     ASSERT_TRUE(QTest::qWaitFor([open] { return !open->isActive(); }));
@@ -97,6 +97,8 @@ class FrameFixture : public ::testing::Test {
   testing_link::MemoryPortList Ports{Time};
   Setting Settings{Folder.Path()};
   ScriptedQuestions Boxes;
+  /// Whom the program asks from its next start on.
+  Questions* Asks = &Boxes;
   std::unique_ptr<FrmMain> Main;
 
  private:

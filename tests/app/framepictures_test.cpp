@@ -1,21 +1,14 @@
-#include <QDir>
-
 #include "app/barlooks.h"
 #include "app/framefixture.h"
+#include "windowsupport/pictures.h"
 
 namespace spectrane::testing_windows {
 namespace {
 
-/// Pictures for a person to judge, in the folder that SPECTRANE_PICTURES names; run by
-/// --gtest_also_run_disabled_tests.
+/// Pictures for a person to judge.
 class FramePictures : public FrameFixture {
  protected:
-  void Shoot(const QString& name) {
-    QCoreApplication::processEvents();
-    const QString folder = qEnvironmentVariable("SPECTRANE_PICTURES");
-    EXPECT_TRUE(QDir().mkpath(folder));
-    EXPECT_TRUE(Main->grab().save(folder + u'/' + name + QStringLiteral(".png")));
-  }
+  void Shoot(const QString& name) { testing_windows::Shoot(*Main, name); }
   void Furnish(QSize size) {
     Start();
     Main->showNormal();

@@ -484,6 +484,34 @@ TEST_F(FrmMainTest, ACommandInsideALiveReadingRunsAfterIt) {
   Main->SampleTimer().stop();
 }
 
+TEST_F(FrmMainTest, CommandsThatWaitedForAReadingRunOneBehindTheOther) {
+  Start();
+  ConnectNow();
+  bool chosen = false;
+  int closed = 0;
+  Loop.OnYield = [&] {
+    if (std::exchange(chosen, true)) return;
+    Main->RunCommand(kAbout);
+    Main->RunCommand(kProgramOption);
+  };
+  testing_windows::WhenDialog("FrmAbout", [&](QWidget& about) {
+    // Readings begin anew behind it, as they do behind the tools.
+    Main->SampleTimer().start(1);
+    QTest::qWait(50);
+    EXPECT_EQ(QApplication::activeModalWidget(), &about) << "nothing comes over it";
+    testing_windows::WhenDialog("FrmOption", [&](QWidget& options) {
+      ++closed;
+      options.close();
+    });
+    ++closed;
+    about.close();
+  });
+  Main->SampleTimer().start(1);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return closed == 2; }));
+  Loop.OnYield = nullptr;
+  Main->SampleTimer().stop();
+}
+
 TEST_F(FrmMainTest, NothingStartsWhileTheInstrumentIsReleased) {
   Start();
   ConnectNow();

@@ -1,7 +1,6 @@
 // Faults met by the whole main window. The names begin with the row of the catalogue in docs/reliability.md.
 
 #include <fcntl.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <QAbstractButton>
@@ -10,11 +9,12 @@
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QMetaMethod>
 #include <QPushButton>
 #include <QScopedValueRollback>
 #include <QTest>
 
-#include <fstream>
+#include <cstddef>
 #include <new>
 #include <stdexcept>
 
@@ -23,8 +23,9 @@
 #include "app/ground/words.h"
 #include "files/filesupport.h"
 #include "files/wlsfile2.h"
+#include "modes/windows/frmbasic.h"
 
-#ifdef __SANITIZE_ADDRESS__
+#ifdef SPECTRANE_SANITIZED
 #include <sanitizer/lsan_interface.h>
 #endif
 
@@ -35,7 +36,7 @@ using testing::HasSubstr;
 
 /// What a fault leaves behind on its way through the toolkit, whose frames do not clean up after it.
 struct LeftByTheToolkit {
-#ifdef __SANITIZE_ADDRESS__
+#ifdef SPECTRANE_SANITIZED
   LeftByTheToolkit() {
     __lsan_disable();
   }
@@ -71,6 +72,19 @@ class FrameFaults : public testing_windows::FrameFixture {
   }
   QString Sample(const char* name, int rows = 1) {
     return WriteFile(name, QByteArray::fromStdString(BasicFileBytes(rows, rows)));
+  }
+};
+
+/// Counts the timers of the program that come to their time.
+class TimerCount : public QObject {
+ public:
+  TimerCount() { qApp->installEventFilter(this); }
+  int Count = 0;
+
+ protected:
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() == QEvent::Timer) ++Count;
+    return false;
   }
 };
 
@@ -189,46 +203,37 @@ TEST_F(FrameFaults, W09_AnExceptionInARunLeavesTheInstrumentFree) {
   EXPECT_EQ(ReadBytes(Folder.Path("two.bas")).size(), BasicFileBytes(2, 2).size());
 }
 
-#if !defined(__SANITIZE_ADDRESS__)
-/// Little more memory can be had than is in use, while it lives.
-class LittleMemory {
- public:
-  explicit LittleMemory(std::size_t more) {
-    std::ifstream status("/proc/self/statm");
-    std::size_t pages = 0;
-    status >> pages;
-    getrlimit(RLIMIT_AS, &before_);
-    const rlimit limit{pages * static_cast<std::size_t>(sysconf(_SC_PAGESIZE)) + more, before_.rlim_max};
-    setrlimit(RLIMIT_AS, &limit);
-  }
-  ~LittleMemory() { setrlimit(RLIMIT_AS, &before_); }
-  LittleMemory(const LittleMemory&) = delete;
-  LittleMemory& operator=(const LittleMemory&) = delete;
-
- private:
-  rlimit before_ = {};
-};
-
-TEST_F(FrameFaults, N02_ALoadWithoutMemoryEndsAloneAndLeavesNoWindow) {
-  Start();
-  const QString small = Sample("small.bas");
-  ASSERT_TRUE(Main->OpenDataFile(small));
-  // As many rows as the file is long, all but the first of zeros and none of them on the disk.
-  constexpr int kRows = 400'000;
-  const QString large = WriteFile("large.bas", QByteArray::fromStdString(BasicFileBytes(1, kRows)));
-  const std::size_t row = BasicRecordBytes(0, "").size();
-  std::filesystem::resize_file(large.toStdString(), BasicFileBytes(0, 0).size() + kRows * row);
-  Main->OpenLater(large);
-  {
-    const LittleMemory little(48 << 20);
-    QTest::qWait(1);
-  }
-  EXPECT_EQ(Remark(), "The command ended early: std::bad_alloc");
-  EXPECT_EQ(WindowCount(), 1);
-  EXPECT_EQ(Main->ActiveForm()->OpenFileName(), small);
-  EXPECT_TRUE(Main->OpenDataFile(Sample("next.bas"))) << "the next one opens";
+/// What the platform says when the session wants to end. Nobody looks at the manager that comes along.
+void TellEndOfSession() {
+  static std::byte manager = {};
+  EXPECT_TRUE(QMetaMethod::fromSignal(&QGuiApplication::commitDataRequest)
+                  .invoke(qGuiApp, Qt::DirectConnection, QGenericArgument("QSessionManager&", &manager)));
 }
-#endif
+
+TEST_F(FrameFaults, W01_N04_ALogoutAtAnyYieldOfARunAsksNothingAndStoresTheWindow) {
+  Start();
+  const auto& window = dynamic_cast<FrmBasic&>(*MeasuredRow());
+  int reached = 0;
+  for (int wanted = 1; reached == wanted - 1; ++wanted) {
+    Main->resize(800 + wanted, 600);
+    QCoreApplication::processEvents();
+    int yield = 0;
+    Loop.OnYield = [&] {
+      if (++yield != wanted) return;
+      TellEndOfSession();
+      EXPECT_EQ(Stored("Main Window", "Windows Width"), std::to_string(800 + wanted));
+      reached = wanted;
+    };
+    Choose(kStartTest);
+    Loop.OnYield = nullptr;
+    Main->SampleTimer().stop();
+    // It may have been called off: the run and the program go on.
+    EXPECT_EQ(window.Document().RecordCount(), wanted + 1);
+    EXPECT_TRUE(Main->isVisible());
+  }
+  EXPECT_GT(reached, 2);
+  EXPECT_TRUE(window.isWindowModified());
+}
 
 TEST_F(FrameFaults, N01_SettingsThatCannotBeKeptAreToldWithTheirPlace) {
   WriteBytes(Folder.Path("file"), "in the way");
@@ -347,6 +352,26 @@ TEST_F(FrameFaults, H05_AFileThatComesDuringAQuestionWaitsForItsEnd) {
   for (DocumentWindow* document : Main->findChildren<DocumentWindow*>()) document->AllowClose();
 }
 
+TEST_F(FrameFaults, H05_ReadingsWhileAFileWaitsForAQuestionDoNotPileUp) {
+  StartWithRealBoxes();
+  MeasuredRow();
+  TimerCount timers;
+  testing_windows::WhenDialog("MessageBox", [&](QWidget& box) {
+    Main->OpenLater(Sample("late.bas"));
+    // As often as the ends of readings look again in some minutes.
+    Main->SampleTimer().start(0);
+    for (int i = 0; i < 1000; ++i) QTest::qWait(0);
+    Main->SampleTimer().stop();
+    timers.Count = 0;
+    QTest::qWait(450);
+    EXPECT_LT(timers.Count, 200);
+    box.close();
+  });
+  Main->ActiveForm()->parentWidget()->close();
+  EXPECT_TRUE(QTest::qWaitFor([this] { return WindowCount() == 2; }));
+  for (DocumentWindow* document : Main->findChildren<DocumentWindow*>()) document->AllowClose();
+}
+
 TEST_F(FrameFaults, H05_AFileThatComesDuringARunOpensAtItsEnd) {
   Start();
   MeasuredRow();
@@ -362,6 +387,39 @@ TEST_F(FrameFaults, H05_AFileThatComesDuringARunOpensAtItsEnd) {
   Loop.OnYield = nullptr;
   Main->SampleTimer().stop();
   EXPECT_TRUE(QTest::qWaitFor([this] { return WindowCount() == 2; }));
+  for (DocumentWindow* document : Main->findChildren<DocumentWindow*>()) document->AllowClose();
+}
+
+TEST_F(FrameFaults, H05_FilesForWhichThereIsNoPlaceToWaitAreTold) {
+  Start();
+  MeasuredRow();
+  const auto sendSome = [this](int from, int to) {
+    for (int i = from; i <= to; ++i) Main->OpenLater(PathOf(("none" + std::to_string(i)).c_str()));
+  };
+  const std::string told = "3 files were not opened, since 32 others were waiting: none33, none34, none35";
+  bool sent = false;
+  Loop.OnYield = [&] {
+    if (std::exchange(sent, true)) return;
+    sendSome(1, 32);
+    EXPECT_THAT(Remark(), testing::Not(HasSubstr("waiting")));
+    sendSome(33, 33);
+    EXPECT_EQ(Remark(), "One file was not opened, since 32 others were waiting: none33");
+    sendSome(34, 35);
+    EXPECT_EQ(Remark(), told);
+    Main->SetRemark("of the run");
+  };
+  // There is none of these names either, which is told as ever.
+  for (int i = 1; i <= 32; ++i) Boxes.ExpectWords(Words(1214));
+  Choose(kStartTest);
+  Loop.OnYield = nullptr;
+  Main->SampleTimer().stop();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return Remark() == told; })) << Remark();
+  // Once.
+  Main->SetRemark({});
+  Boxes.ExpectWords(Words(1214));
+  sendSome(36, 36);
+  QTest::qWait(20);
+  EXPECT_THAT(Remark(), testing::Not(HasSubstr("waiting")));
   for (DocumentWindow* document : Main->findChildren<DocumentWindow*>()) document->AllowClose();
 }
 

@@ -4,9 +4,8 @@
 #include <filesystem>
 #include <map>
 
-#include "app/framefixture.h"
 #include "app/ground/words.h"
-#include "files/filesupport.h"
+#include "app/journalsfixture.h"
 #include "files/samplefiles.h"
 #include "modes/windows/frmbasic.h"
 #include "modes/windows/frmqua.h"
@@ -19,88 +18,6 @@ namespace {
 
 constexpr int kSaveFirst = 1210;
 constexpr int kScanOver = 926;
-
-/// The main window, a program that dies, and the next start.
-class FrmMainJournals : public FrameFixture {
- protected:
-  using Kept = std::map<std::string, std::string>;
-
-  std::string JournalFolder() const { return Folder.Path("journal"); }
-  /// The journals as they lie on the disk.
-  Kept Journals() const {
-    Kept kept;
-    if (std::filesystem::exists(JournalFolder())) {
-      for (const auto& file : std::filesystem::directory_iterator(JournalFolder()))
-        kept[file.path().string()] = ReadBytes(file.path().string());
-    }
-    return kept;
-  }
-  /// What a program leaves behind that was killed when the disk had these journals.
-  void DieWith(const Kept& kept) {
-    Main.reset();
-    std::filesystem::remove_all(JournalFolder());
-    std::filesystem::create_directories(JournalFolder());
-    for (const auto& [path, bytes] : kept) WriteBytes(path, bytes);
-  }
-  void Die() { DieWith(Journals()); }
-  /// The only document that a journal names.
-  static Journal Only(const Kept& kept) {
-    Journal journal;
-    EXPECT_EQ(kept.size(), 1u);
-    EXPECT_TRUE(!kept.empty() && ReadJournal(kept.begin()->second, journal));
-    return journal;
-  }
-  /// The next start; the question names this, and is answered so.
-  void StartAgain(const QString& lines, Answer answer, const QString& file = {}) {
-    const bool one = lines.count(u'\n') == 1;
-    const QString question =
-        one ? QStringLiteral(
-                  "The program ended before this was saved:\n\n%1\n"
-                  "Bring it back? No gives it up, Cancel asks again at the next start.")
-            : QStringLiteral(
-                  "The program ended before these were saved:\n\n%1\n"
-                  "Bring them back? No gives them up, Cancel asks again at the next start.");
-    Boxes.ExpectYesNoCancel(question.arg(lines), answer);
-    // With a window on show the guide does not come up.
-    StartWith(answer == Answer::Yes || !file.isEmpty(), file);
-  }
-  void StartWith(bool window, const QString& file) {
-    if (!window) {
-      Start(file);
-      return;
-    }
-    Main = std::make_unique<FrmMain>(
-        ProgramParts{Ports, Time, Loop, Turn, Settings, Folder.Path(), &Boxes, file});
-    Main->ShowStored();
-    auto* open = Main->findChild<QTimer*>(QStringLiteral("TimerFileOpen"));
-    ASSERT_TRUE(QTest::qWaitFor([open] { return !open->isActive(); }));
-    QCoreApplication::processEvents();
-    ConnectTimer().stop();
-  }
-  void Measure(int rows) {
-    for (int i = 0; i < rows; ++i) Choose(kStartTest);
-  }
-  FrmBasic* Photometry(int rows) {
-    Start();
-    ConnectNow();
-    auto* window = dynamic_cast<FrmBasic*>(NewPhotometry());
-    Choose(kSetBlank);
-    Measure(rows);
-    return window;
-  }
-  FrmBasic& Basic() { return dynamic_cast<FrmBasic&>(*Main->ActiveForm()); }
-  QString CopyOfExample(const char* name) {
-    const QString path = PathOf(name);
-    EXPECT_TRUE(QFile::copy(QStringLiteral(SPECTRANE_SOURCE "/examples/") + QLatin1String(name), path));
-    return path;
-  }
-  void Type(const char* grid, int row, int column, const char* text) {
-    auto* view = Main->ActiveForm()->findChild<QAbstractItemView*>(QLatin1String(grid));
-    ASSERT_TRUE(view);
-    ASSERT_TRUE(view->model()->setData(view->model()->index(row, column), QString::fromUtf8(text)));
-  }
-  void CloseActive() { Main->ActiveForm()->parentWidget()->close(); }
-};
 
 TEST_F(FrmMainJournals, D15_RowsOfACrashComeBackAsUnsavedOnes) {
   FrmBasic* const before = Photometry(3);
@@ -154,6 +71,19 @@ TEST_F(FrmMainJournals, D15_ABoxThatIsClosedAsksAgainAtTheNextStart) {
   EXPECT_EQ(Journals(), kept);
   StartAgain(QStringLiteral("Photometry 1, 1 record\n"), Answer::Yes);
   EXPECT_EQ(Basic().Document().RecordCount(), 1);
+}
+
+TEST_F(FrmMainJournals, D15_NoSearchForTheInstrumentBeginsBehindTheQuestion) {
+  Photometry(1);
+  Die();
+  for (const QString& file : {QString(), CopyOfExample("photometry.bas")}) {
+    bool searches = true;
+    StartAgain(QStringLiteral("Photometry 1, 1 record\n"), Answer::Cancel, file,
+               [&] { searches = ConnectTimer().isActive(); });
+    EXPECT_FALSE(searches);
+    EXPECT_EQ(ConnectWaited(), file.isEmpty()) << "who opens a file did not ask for the instrument";
+    Main.reset();
+  }
 }
 
 TEST_F(FrmMainJournals, D15_OneQuestionForAllDocumentsInTheirOrder) {
@@ -226,7 +156,7 @@ TEST_F(FrmMainJournals, D15_TheFileOnTheCommandLineIsShownOnceOnly) {
           .arg(rows),
       Answer::Yes);
   Boxes.ExpectWords(u'<' + path + QStringLiteral(">") + Words(1218));
-  StartWith(true, path);
+  Start(path);
   EXPECT_EQ(WindowCount(), 1);
   EXPECT_EQ(Basic().Document().RecordNote(0), "mine");
 }

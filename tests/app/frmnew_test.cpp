@@ -33,8 +33,6 @@ const Kind kKinds[] = {
 
 class NewFileGuide : public DialogFixture {
  protected:
-  NewFileGuide() { Main.Creatable = {1, 2, 3, 4, 5, 6}; }
-
   void Guide(std::function<void(QWidget& dialog)> act) {
     bool opened = false;
     InDialog("FrmNew", [&opened, act = std::move(act)](QWidget& dialog) {
@@ -165,43 +163,6 @@ TEST_F(NewFileGuide, TheDocumentIsMadeWhenTheGuideIsGone) {
   };
   Guide([](QWidget& dialog) { Click(dialog, "OKCmd"); });
   EXPECT_TRUE(made);
-}
-
-TEST_F(NewFileGuide, WhatCannotBeMadeCannotBeChosen) {
-  Main.Creatable = {2, 6};
-  Settings.PutSetting("New File", "File Type", "4");
-  Guide([](QWidget& dialog) {
-    EXPECT_TRUE(IsChosen(dialog, "BasicOption"));
-    EXPECT_FALSE(Find<QRadioButton>(dialog, "MultiOption")->isEnabled());
-    EXPECT_TRUE(Find<QRadioButton>(dialog, "TimeScanOption")->isEnabled());
-    Click(dialog, "MultiOption");
-    QTest::mouseDClick(Find<QRadioButton>(dialog, "MultiOption"), Qt::LeftButton);
-    EXPECT_TRUE(dialog.isVisible());
-    EXPECT_TRUE(IsChosen(dialog, "BasicOption"));
-    Press(dialog, Qt::Key_Down);
-    EXPECT_TRUE(IsChosen(dialog, "TimeScanOption"));
-    Press(dialog, Qt::Key_Up);
-    dialog.close();
-  });
-  EXPECT_EQ(Stored("New File", "File Type"), "6") << "the keys have chosen it";
-}
-
-TEST_F(NewFileGuide, AStoredKindThatCannotBeMadeStaysStored) {
-  Main.Creatable = {6};
-  Settings.PutSetting("New File", "File Type", "4");
-  Guide([](QWidget& dialog) { Click(dialog, "CancelCmd"); });
-  EXPECT_EQ(Stored("New File", "File Type"), "4");
-}
-
-TEST_F(NewFileGuide, WithNothingToMakeThereIsNoNew) {
-  Main.Creatable = {};
-  Guide([](QWidget& dialog) {
-    EXPECT_FALSE(Find<QPushButton>(dialog, "OKCmd")->isEnabled());
-    EXPECT_EQ(Description(dialog), QString());
-    Press(dialog, Qt::Key_Return);
-    dialog.close();
-  });
-  EXPECT_TRUE(Main.Created.empty());
 }
 
 TEST_F(NewFileGuide, NothingMovesWhenAnotherOptionIsChosen) {

@@ -8,16 +8,20 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QRegularExpression>
+#include <QTabBar>
+#include <QTabWidget>
 #include <QTextBrowser>
 #include <QUrl>
 #include <QXmlStreamReader>
 
 #include <map>
+#include <set>
 
 #include "app/commandtable.h"
 #include "app/framefixture.h"
 #include "app/ground/dialogparts.h"
 #include "app/ground/words.h"
+#include "app/messageboxes.h"
 
 namespace spectrane::testing_windows {
 namespace {
@@ -215,6 +219,44 @@ TEST(Handbook, MessagesStandAsTheProgramSaysThem) {
     EXPECT_EQ(words.toStdString(), Words(text).simplified().toStdString()) << text;
 }
 
+/// The numbers that `text` gives names to.
+std::map<QString, int> NumbersIn(const QString& text) {
+  static const QRegularExpression kNumber(QStringLiteral("constexpr int (k\\w+) = (\\d+);"));
+  std::map<QString, int> numbers;
+  for (auto match = kNumber.globalMatch(text); match.hasNext();) {
+    const QRegularExpressionMatch found = match.next();
+    numbers[found.captured(1)] = found.captured(2).toInt();
+  }
+  return numbers;
+}
+
+TEST(Handbook, EveryNumberThatABoxIsGivenIsExplained) {
+  const std::map<int, QString>& messages = Pages().at(QStringLiteral("messages.html")).Messages;
+  const auto read = [](const QString& path) {
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
+    return QString::fromUtf8(file.readAll());
+  };
+  const QString source = QStringLiteral(SPECTRANE_SOURCE "/src/");
+  const std::map<QString, int> shared = NumbersIn(read(source + QStringLiteral("base/textnumbers.h")));
+  static const QRegularExpression kBox(QStringLiteral(
+      "(?:\\bShow(?:Error)?\\(|(?:\\bShowWords|\\bAskYesNo(?:Cancel)?)\\([^;]*?, )(k\\w+)[,)]"));
+  std::set<int> shown;
+  QDirIterator files(source, {QStringLiteral("*.cpp")}, QDir::Files, QDirIterator::Subdirectories);
+  while (files.hasNext()) {
+    const QString text = read(files.next());
+    std::map<QString, int> numbers = NumbersIn(text);
+    numbers.insert(shared.begin(), shared.end());
+    for (auto match = kBox.globalMatch(text); match.hasNext();) {
+      const auto number = numbers.find(match.next().captured(1));
+      if (number != numbers.end()) shown.insert(number->second);
+    }
+  }
+  EXPECT_GE(shown.size(), 35u);
+  for (const int text : shown)
+    EXPECT_TRUE(messages.contains(text)) << text << ": " << Words(text).toStdString();
+}
+
 /// Bold words are the program's own: a text of its table, or a piece of one of its sources.
 TEST(Handbook, BoldWordsAreThoseOfTheProgram) {
   QStringList texts;
@@ -312,10 +354,52 @@ TEST_F(HandbookWindow, F1InADialogOpensItsPlace) {
   EXPECT_EQ(Shown.Asked.size(), 1);
   InDialog("FrmOption", [&](QWidget& dialog) {
     QTest::keyClick(dialog.focusWidget(), Qt::Key_F1);
+    EXPECT_EQ(Last(), "program-options.html#information");
+    auto* const pages = dialog.findChild<QTabWidget*>(QStringLiteral("TabStripOption"));
+    const QStringList places = QStringLiteral("information precision port style").split(u' ');
+    for (int i = 0; i < pages->count(); ++i)
+      EXPECT_EQ(HandbookPageOf(pages->widget(i)), QStringLiteral("program-options.html#") + places.value(i));
+    QTest::keyClick(pages->tabBar(), Qt::Key_F1);
+    EXPECT_EQ(Last(), "program-options.html#");
     dialog.close();
   });
   Choose(kProgramOption);
-  EXPECT_EQ(Last(), "program-options.html#");
+}
+
+TEST_F(HandbookWindow, F1InABoxOpensItsMessage) {
+  Start();
+  MessageBoxes boxes(*Main, QStringLiteral("Title"));
+  InDialog(kMessageBoxName, [&](QWidget& box) {
+    QTest::keyClick(&box, Qt::Key_F1);
+    box.close();
+  });
+  boxes.Show(1097, {});
+  EXPECT_EQ(Last(), "messages.html#text-1097");
+  InDialog(kMessageBoxName, [&](QWidget& box) {
+    QTest::keyClick(&box, Qt::Key_F1);
+    box.close();
+  });
+  boxes.ShowWords(QStringLiteral("Words of no table"), {}, 0);
+  EXPECT_EQ(Last(), "messages.html#");
+}
+
+TEST_F(HandbookWindow, F1InAQuestionOpensItsMessage) {
+  Start();
+  MessageBoxes boxes(*Main, QStringLiteral("Title"));
+  const auto helpOf = [this](int textId, const std::function<void(const QString&, int)>& ask) {
+    InDialog(kMessageBoxName, [&](QWidget& box) {
+      QTest::keyClick(&box, Qt::Key_F1);
+      box.close();
+    });
+    ask(Words(textId), textId);
+    return Last();
+  };
+  EXPECT_EQ(helpOf(1103, [&](const QString& words, int id) { boxes.AskYesNo(words, id); }),
+            "messages.html#text-1103");
+  EXPECT_EQ(helpOf(1210, [&](const QString& words, int id) { boxes.AskYesNoCancel(words, id); }),
+            "messages.html#text-1210");
+  EXPECT_EQ(helpOf(1214, [&](const QString& words, int id) { boxes.ShowWords(words, {}, id); }),
+            "messages.html#text-1214");
 }
 
 /// What a person reads in front of the fields of a dialog and on its buttons and boxes.

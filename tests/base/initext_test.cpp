@@ -131,6 +131,7 @@ const WithRow kWithRows[] = {
     {"NewSectionAtTheEnd", "[A]\nk=1\n", {{"B", "l", "2"}}, "[A]\nk=1\n[B]\nl=2\n"},
     {"NewSectionBehindALineWithoutBreak", "[A]\r\nk=1", {{"B", "l", "2"}}, "[A]\r\nk=1\r\n[B]\r\nl=2\r\n"},
     {"CrLfStays", "[A]\r\nk=1\r\n", {{"A", "k", "2"}, {"A", "l", "3"}}, "[A]\r\nk=2\r\nl=3\r\n"},
+    {"CrStaysInFrontOfMore", "[A]\rk=1\r[B]\rl=2\r", {{"A", "m", "3"}}, "[A]\rk=1\rm=3\r[B]\rl=2\r"},
     {"CrStays", "[A]\rk=1\r", {{"A", "l", "3"}}, "[A]\rk=1\rl=3\r"},
     {"EmptyLineBehindANewKeyOfAnOlderLineBreakStays",
      "; head\r[A]\nk=1\n\n[B]\n",

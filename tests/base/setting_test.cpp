@@ -173,6 +173,11 @@ const ValueRow kValueRows[] = {
     {"Mu", "\xCE\xBCg/ml \xC2\xB5g", "\xCE\xBCg/ml \xC2\xB5g"},
     {"Chinese", "\xE6\xAF\x94\xE8\x89\xB2", "\xE6\xAF\x94\xE8\x89\xB2"},
     {"OutsideTheBasicPlane", "\xF0\x9F\x94\xAC", "\xF0\x9F\x94\xAC"},
+    // The first and the last of those whose lead leaves only a part of the second bytes.
+    {"ThreeBytesFirst", "\xE0\xA0\x80", "\xE0\xA0\x80"},
+    {"BeforeTheHalvesOfPairs", "\xED\x9F\xBF", "\xED\x9F\xBF"},
+    {"FourBytesFirst", "\xF0\x90\x80\x80", "\xF0\x90\x80\x80"},
+    {"LastOfAll", "\xF4\x8F\xBF\xBF", "\xF4\x8F\xBF\xBF"},
     {"MultiLineMark", "<<<END", "<<<END"},
     {"LineBreakCannotInjectAKey", "Eve\n[Main Window]\nMenu Style=6", "Eve [Main Window] Menu Style=6"},
     {"CarriageReturnCannotInjectAKey", "Eve\rMenu Style=6", "Eve Menu Style=6"},
@@ -215,9 +220,9 @@ TEST_F(SettingTest, MalformedUtf8IsReadAsSingleBytes) {
 
 TEST_F(SettingTest, NamesThatDoNotFitALineAreRefused) {
   Put("[A]\nk=1\n");
-  const std::pair<const char*, const char*> rows[] = {{"", "k"},     {"A", ""},    {"A]", "k"}, {"A", "k=l"},
-                                                      {"A", "k\nl"}, {"A\r", "k"}, {"A", ";k"}, {"A", "#k"},
-                                                      {"A", "[k"},   {"A", " k"},  {"A", "k "}, {" A", "k"}};
+  const std::pair<const char*, const char*> rows[] = {
+      {"", "k"},   {"A", ""},   {"A]", "k"}, {"A", "k=l"}, {"A", "k\nl"}, {"A\r", "k"}, {"A", ";k"},
+      {"A", "#k"}, {"A", "[k"}, {"A", " k"}, {"A", "k "},  {" A", "k"},   {"\tA", "k"}, {"A", "k\t"}};
   for (const auto& [section, key] : rows) {
     EXPECT_FALSE(settings_.PutSetting(section, key, "2")) << section << "/" << key;
     EXPECT_EQ(settings_.GetSetting(section, key), "") << section << "/" << key;
@@ -327,6 +332,24 @@ TEST_F(SettingTest, ValuesInMemoryFollowTheLastPut) {
   EXPECT_EQ(settings.GetSetting("A", "k"), "2");
   EXPECT_EQ(settings.GetSetting("a", "K"), "2");
   EXPECT_EQ(settings.GetSetting("B", "k"), "") << "the key of another section";
+}
+
+TEST_F(SettingTest, AValueThatWaitsIsStoredAndTheDefaultThatWaitsWithItIsNot) {
+  fs::create_directory(Ini());
+  EXPECT_FALSE(settings_.PutDefaults({{"A", "k", "usual"}, {"A", "l", "usual"}}));
+  EXPECT_FALSE(settings_.PutSetting("A", "k", "chosen"));
+  EXPECT_EQ(settings_.GetSetting("A", "k"), "chosen");
+  EXPECT_EQ(settings_.GetSetting("A", "l"), "usual");
+  fs::remove(Ini());
+  EXPECT_TRUE(settings_.PutSetting("B", "m", "1"));
+  EXPECT_EQ(Stored(), "[A]\nk=chosen\nl=usual\n[B]\nm=1\n");
+}
+
+TEST_F(SettingTest, AFileThatIsFarTooLargeIsNotReadToItsEnd) {
+  Put("[A]\nk=1\n");
+  fs::resize_file(Ini(), std::uintmax_t{1} << 40);
+  EXPECT_EQ(settings_.GetSetting("A", "k"), "");
+  EXPECT_EQ(settings_.Problem(), Ini() + ": File too large");
 }
 
 TEST_F(SettingTest, ALinkIsFollowed) {

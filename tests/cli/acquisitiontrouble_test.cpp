@@ -54,36 +54,6 @@ const OrderWords kScan = {"scan", "--from", "400", "--to", "420", "--step", "1",
 
 // ---- Orders that are refused ----
 
-TEST_F(AcquisitionTrouble, WrongUsage) {
-  for (const OrderWords& words : std::vector<OrderWords>{
-           {"baseline", "--from", "400"},
-           {"baseline", "--from", "400.5", "--to", "500"},
-           {"scan", "--from", "400", "--to", "500"},
-           {"scan", "--from", "400", "--to", "500", "--step", "0.3"},
-           {"scan", "--from", "400.05", "--to", "500", "--step", "1"},
-           {"scan", "--from", "400", "--to", "500", "--step", "1", "--samples", "0"},
-           {"scan", "--from", "400", "--to", "500", "--step", "1", "--samples", "201"},
-           {"scan", "--from", "400", "--to", "500", "--step", "1", "--blank", "--baseline", "x.bsl"},
-           {"scan", "--from", "400", "--to", "500", "--step", "1", "--from-sampler", "0"},
-           {"scan", "--from", "400", "--to", "500", "--step", "1", "--from-sampler", "9"},
-           {"scan", "--from", "400", "--to", "500", "--step", "1", "--from-sampler", "2,2"},
-           {"scan", "--from", "400", "--to", "500", "--step", "1", "--from-sampler", "2,"},
-           {"multi", "--count", "1"},
-           {"multi", "--wavelengths", "400"},
-           {"multi", "--wavelengths", "400,x", "--count", "1"},
-           {"multi", "--wavelengths", "400.05", "--count", "1"},
-           {"multi", "--wavelengths", "400,500", "--parameters", "1", "--count", "1"},
-           {"multi", "--wavelengths", "1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,16", "--count", "1"},
-           {"dna", "--mode", "3", "--count", "1"},
-           {"kinetics", "--wavelength", "400", "--interval", "3", "--points", "2"},
-           {"kinetics", "--wavelength", "400", "--interval", "1", "--points", "10001"}}) {
-    const Outcome outcome = Run(words, "x.out");
-    EXPECT_EQ(outcome.Status, 2) << words[0] << " " << words.back() << outcome.Err;
-    EXPECT_EQ(outcome.Out, "");
-    EXPECT_FALSE(Exists("x.out"));
-  }
-}
-
 TEST_F(AcquisitionTrouble, WhatCanBeKnownBeforeIsRefusedBeforeThePortIsOpened) {
   StartSimulator({"--instant"});
   ExpectRefusal(Run({"scan", "--from", "10", "--to", "1100", "--step", "0.1", "--blank"}, "s.wls"),
@@ -296,8 +266,11 @@ TEST_P(FaultInAPoint, EndsTheScanOrDoesNoHarm) {
   const std::string& name = GetParam();
   StartSimulator({"--instant", "--noise", "0"});
   const OrderWords scan = {"scan", "--from", "400", "--to", "404", "--step", "1", "--blank"};
-  ASSERT_EQ(Run(scan, "clean.wls").Status, 0);
-  const Json clean = DumpOf("clean.wls")["data"];
+  // Without noise and without a fault every instrument of this kind measures the same.
+  static const Json clean = [&] {
+    EXPECT_EQ(Run(scan, "clean.wls").Status, 0);
+    return DumpOf("clean.wls")["data"];
+  }();
   // A fault that only a time-out ends goes to the command that waits three seconds, not fifteen.
   const bool waits =
       name == "no-reply" || name == "late-reply" || name == "cut" || name == "no-prompt" || name == "flood";

@@ -152,7 +152,7 @@ TEST_F(ExportCommand, WhatCannotBeDoneIsRefusedAndLeavesNothing) {
   ExpectRefused(Program({"export", file, Path("missing/run.txt")}), "run.txt", "No such file");
   ExpectRefused(Program({"export", Path("none.bas"), Path("run.txt")}), "none.bas", "");
   ExpectRefused(Program({"export", file, file}), "run.bas", "");
-  ExpectRefused(Program({"export", "--force", file, file}), "run.bas", "is the file to be exported");
+  ExpectRefused(Program({"export", "--force", file, file}), "run.bas", "is the file that the command reads");
   EXPECT_EQ(NamesIn(folder_.Path()), 1u);
 }
 
@@ -163,6 +163,46 @@ TEST_F(ExportCommand, AnExistingFileIsReplacedOnlyByForce) {
   EXPECT_EQ(ReadBytes(Path("run.txt")), "old");
   EXPECT_EQ(Program({"export", "--force", file, Path("run.txt")}).Status, 0);
   EXPECT_NE(ReadBytes(Path("run.txt")), "old");
+}
+
+TEST_F(ExportCommand, E04_NoCommandWritesOntoTheSettingsOrOntoWhatItReads) {
+  namespace fs = std::filesystem;
+  const ScopedVariable home("SPECTRANE_HOME", folder_.Path().c_str());
+  const std::string scan = Spectrum();
+  WriteBytes(Path("config.ini"), "[Option]\nOperator=Anna\n");
+  WriteBytes(Path("pack.json"), R"({"kind":"bas"})");
+  WriteBytes(Path("in.csv"), "500,0.1\n501,0.2\n502,0.3\n");
+  // Each command with its last argument to come, and what it reads.
+  const std::vector<std::pair<std::vector<std::string>, std::string>> commands = {
+      {{"pack", Path("pack.json")}, "pack.json"},
+      {{"export", scan}, "scan.wls"},
+      {{"import", Path("in.csv")}, "in.csv"},
+      {{"smooth", scan}, "scan.wls"},
+      {{"derivative", scan}, "scan.wls"},
+      {{"calc", "add", scan, scan}, "scan.wls"},
+      {{"instrument", "measure", "--wavelength", "546", "--count", "1", "--out"}, ""},
+      {{"instrument", "scan", "--from", "500", "--to", "510", "--step", "1", "--yes", "--out"}, ""}};
+  fs::create_symlink("config.ini", Path("link.wls"));
+  fs::create_hard_link(Path("config.ini"), Path("hard.wls"));
+  for (const auto& [words, reads] : commands) {
+    const std::string what = words[0] + " " + words[1];
+    const auto refused = [&](const std::string& name, const char* reason) {
+      std::vector<std::string> line = words;
+      line.insert(line.end(), {Path(name), "--force"});
+      const std::string before = ReadBytes(Path(name));
+      ExpectRefused(Batch(line), name, reason);
+      EXPECT_EQ(ReadBytes(Path(name)), before) << what << " onto " << name;
+    };
+    for (const char* settings : {"link.wls", "hard.wls"}) refused(settings, "holds the settings");
+    if (words[0] == "pack" || words[0] == "export") refused("config.ini", "holds the settings");
+    if (reads.empty()) continue;
+    // Under a name with the ending that the command asks for.
+    const std::string other = "other-" + words[0] + ".wls";
+    fs::create_hard_link(Path(reads), Path(other));
+    refused(other, "the file that the command reads");
+  }
+  EXPECT_TRUE(fs::is_symlink(Path("link.wls")));
+  EXPECT_EQ(fs::hard_link_count(Path("config.ini")), 2u);
 }
 
 TEST_F(ExportCommand, StatsGivesMaximumMinimumAndMeans) {

@@ -101,7 +101,7 @@ class EveryKind : public testing::TestWithParam<KindPattern> {
 };
 
 /// The sanitizers take ten times as long, and see as much in a tenth of the files.
-#ifdef __SANITIZE_ADDRESS__
+#ifdef SPECTRANE_SANITIZED
 constexpr int kFiles = 100;
 #else
 constexpr int kFiles = 1000;

@@ -1,5 +1,8 @@
+#include <QProcess>
+
 #include "cli/batchsupport.h"
 #include "files/wlsfile2.h"
+#include "spectrum/spectrumdocument.h"
 
 namespace spectrane {
 namespace {
@@ -40,6 +43,30 @@ TEST_F(CurveExchange, ASpectrumGoesOutAndComesBackBitForBit) {
       EXPECT_EQ(in[i]["Wavelength"], out[i]["Wavelength"]);
       EXPECT_EQ(in[i]["Abs"], out[i]["Abs"]);
       EXPECT_EQ(in[i]["Trans"], out[i]["Trans"]);
+    }
+    SpectrumDocument document(SpectrumDocument::Kind::Processed);
+    EXPECT_TRUE(document.OpenFile(back)) << "what comes in is a processed spectrum";
+  }
+}
+
+TEST_F(CurveExchange, AnIndependentReaderTakesTheJcampFiles) {
+  for (const std::string name : {"holmium.wls", "holmium-processed.wls", "enzyme.tis"}) {
+    SCOPED_TRACE(name);
+    const std::string file = Path(name + ".jdx");
+    ASSERT_EQ(Batch({"export", ExampleFilePath(name), file}).Status, 0);
+    QProcess reader;
+    reader.start(QStringLiteral("python3"), {QStringLiteral(SPECTRANE_SOURCE "/tests/exchange/readjcamp.py"),
+                                             QString::fromStdString(file)});
+    if (!reader.waitForStarted(5000)) GTEST_SKIP() << "there is no python3 here";
+    ASSERT_TRUE(reader.waitForFinished(20000));
+    ASSERT_EQ(reader.exitCode(), 0) << reader.readAllStandardError().toStdString();
+    const auto curve = nlohmann::json::parse(reader.readAllStandardOutput().toStdString());
+    const auto data = Parsed(Batch({"dump", ExampleFilePath(name)}))["data"];
+    ASSERT_EQ(curve["x"].size(), data.size());
+    for (std::size_t i = 0; i < data.size(); ++i) {
+      const char* const x = name == "enzyme.tis" ? "Time" : "Wavelength";
+      EXPECT_NEAR(curve["x"][i].get<double>(), data[i][x].get<double>(), 1e-9);
+      EXPECT_NEAR(curve["y"][i].get<double>(), data[i]["Abs"].get<double>(), 1e-8);
     }
   }
 }

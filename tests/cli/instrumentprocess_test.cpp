@@ -259,38 +259,18 @@ TEST_F(InstrumentProcess, AnInterruptStopsTheRunAndKeepsTheRows) {
   EXPECT_EQ(Batch({"info", Path("rows.bas")}).AsJson()["records"], 1);
 }
 
-TEST_F(InstrumentProcess, WrongUsage) {
-  for (const std::vector<std::string>& words : std::vector<std::vector<std::string>>{
-           {"instrument"},
-           {"instrument", "measure"},
-           {"instrument", "measure", "--wavelength", "abc", "--count", "1", "--out", Path("x.bas")},
-           {"instrument", "measure", "--wavelength", "nan", "--count", "1", "--out", Path("x.bas")},
-           {"instrument", "measure", "--wavelength", "500", "--count", "0", "--out", Path("x.bas")},
-           {"instrument", "send"},
-           {"instrument", "measure", "--wavelength", "500", "--count", "1.5", "--out", Path("x.bas")},
-           {"instrument", "measure", "--wavelength", "500", "--count", "1", "--out", ""},
-           {"instrument", "send", "getwl", "--timeout", "0"},
-           {"instrument", "send", "getwl", "--timeout", "1.6"},
-           {"instrument", "send", "getwl\rquit"}}) {
-    const Outcome outcome = Batch(words);
-    EXPECT_EQ(outcome.Status, 2) << words.back();
-    EXPECT_EQ(outcome.Out, "") << words.back();
-    EXPECT_FALSE(outcome.Err.empty());
-  }
-}
-
-// The line as a whole: each of the eighteen faults in a reading of the run, over the pseudo-terminal.
+// The line as a whole, over the pseudo-terminal: one fault of each way in which a reading can go wrong. All
+// of them in a point of a scan are FaultInAPoint's.
 class FaultInAReading : public InstrumentProcess, public ::testing::WithParamInterface<std::string> {};
 
 TEST_P(FaultInAReading, EndsTheRunOrDoesNoHarm) {
   const std::string& name = GetParam();
   StartSimulator({"--instant", "--noise", "0", "--beam", "blank"});
   // A fault that only a time-out ends goes to the link test before the reading: that waits three seconds.
-  const bool waits =
-      name == "no-reply" || name == "late-reply" || name == "cut" || name == "no-prompt" || name == "flood";
+  const bool waits = name == "cut";
   ASSERT_TRUE(Tell("fault " + name + (waits ? " getwl 3" : " ge 2")));
   const Outcome outcome = Measure(2);
-  const bool harmless = name == "split" || name == "slow" || name == "more-lines";
+  const bool harmless = name == "split";
   // The second answer may spoil the next command or arrive before it.
   const bool either = name == "twice";
   if (harmless || (either && outcome.Status == 0)) {
@@ -307,7 +287,9 @@ TEST_P(FaultInAReading, EndsTheRunOrDoesNoHarm) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Kinds, FaultInAReading, ::testing::ValuesIn(FaultKindNames()), FaultKindTestName);
+INSTANTIATE_TEST_SUITE_P(Kinds, FaultInAReading,
+                         ::testing::Values("split", "twice", "bad-number", "prompt-inside", "cut", "hang-up"),
+                         FaultKindTestName);
 
 }  // namespace
 }  // namespace spectrane::testing_processes

@@ -1,7 +1,10 @@
 // The man pages say what the programs say of themselves.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include <QFile>
+#include <QMap>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QStandardPaths>
@@ -22,11 +25,67 @@ QString ManPage(const char* name) {
       .replace(QStringLiteral("\\-"), QStringLiteral("-"));
 }
 
-/// What a usage lists: its options, "--help" and "--version" apart, and the commands below it.
-QStringList Found(const QString& usage, const char* pattern) {
+/// One entry of a page: its heading, which is the line behind .TP, and the text below it as it is read.
+struct Entry {
+  QString Heading;
+  QString Text;
+};
+
+/// The entries of a section, and what stands between them for all of them.
+struct Section {
+  QList<Entry> Entries;
+  QString Common;
+};
+
+/// A line of the source as a reader sees it, without macro and quotes. Macros of two fonts set their words
+/// without blanks between them.
+QString Read(const QString& line) {
+  static const QRegularExpression macro(QStringLiteral("^\\.([A-Z]+) ?(.*)$"));
+  static const QRegularExpression word(QStringLiteral("\"([^\"]*)\"|(\\S+)"));
+  const auto found = macro.match(line);
+  if (!found.hasMatch()) return line;
+  QStringList words;
+  for (auto next = word.globalMatch(found.captured(2)); next.hasNext();) {
+    const auto match = next.next();
+    words.append(match.captured(match.lastCapturedIndex()));
+  }
+  return words.join(found.captured(1).size() > 1 ? QString() : QStringLiteral(" "));
+}
+
+Section SectionOf(const QString& page, const char* title) {
+  Section section;
+  const QString begin = QStringLiteral("\n.SH ") + QLatin1String(title) + u'\n';
+  const qsizetype from = page.indexOf(begin);
+  EXPECT_GE(from, 0) << title;
+  const qsizetype behind = from + begin.size();
+  const QStringList lines =
+      page.mid(behind, page.indexOf(QStringLiteral("\n.SH "), behind) - behind).split(u'\n');
+  bool inEntry = false;
+  for (qsizetype i = 0; i < lines.size(); ++i) {
+    if (lines[i] == QStringLiteral(".TP") && i + 1 < lines.size()) {
+      section.Entries.append({Read(lines[++i]), {}});
+      inEntry = true;
+    } else if (lines[i] == QStringLiteral(".PP") || lines[i].startsWith(QStringLiteral(".SS"))) {
+      inEntry = false;
+    } else {
+      (inEntry ? section.Entries.last().Text : section.Common) += Read(lines[i]) + u'\n';
+    }
+  }
+  return section;
+}
+
+/// Whether `words` stand in a text with nothing in front of them or behind them that would make another word
+/// of it.
+bool Holds(const QString& text, const QString& words) {
+  return text.contains(QRegularExpression(QStringLiteral("(?<![a-z0-9-])") +
+                                          QRegularExpression::escape(words) +
+                                          QStringLiteral("(?![a-z0-9-])")));
+}
+
+QStringList Found(const QString& text, const char* pattern) {
   QStringList all;
   for (auto match =
-           QRegularExpression(QLatin1String(pattern), QRegularExpression::MultilineOption).globalMatch(usage);
+           QRegularExpression(QLatin1String(pattern), QRegularExpression::MultilineOption).globalMatch(text);
        match.hasNext();)
     all.append(match.next().captured(1));
   all.removeDuplicates();
@@ -34,49 +93,100 @@ QStringList Found(const QString& usage, const char* pattern) {
 }
 
 QStringList OptionsOf(const QString& usage) {
-  return Found(usage, "^  (?:-\\w,)?(--[a-z-]+)");
+  return Found(usage, "^  (?:-\\w,)?(--[a-z][a-z0-9-]*)");
 }
 
 QStringList CommandsOf(const QString& usage) {
   const QString mark = QStringLiteral("Subcommands:");
-  return usage.contains(mark) ? Found(usage.mid(usage.indexOf(mark)), "^  ([a-z]+) ") : QStringList();
+  return usage.contains(mark) ? Found(usage.mid(usage.indexOf(mark)), "^  ([a-z][a-z0-9-]*)(?: |$)")
+                              : QStringList();
 }
 
-void ExpectOptionsIn(const QString& page, const QString& usage) {
-  for (const QString& option : OptionsOf(usage)) {
-    const QRegularExpression word(QRegularExpression::escape(option) + QStringLiteral("(?![a-z-])"));
-    EXPECT_TRUE(page.contains(word)) << option.toStdString();
-  }
+QString UsageOf(const QString& command) {
+  std::vector<std::string> words;
+  for (const QString& word : command.split(u' ', Qt::SkipEmptyParts)) words.push_back(word.toStdString());
+  words.push_back("--help");
+  return QString::fromStdString(Batch(words).Out);
 }
 
-TEST(ManPages, TellEveryCommandAndOptionOfTheBatchCommand) {
-  const QString page = ManPage("spectrane-cli");
-  const auto help = [](std::vector<std::string> words) {
-    words.push_back("--help");
-    return QString::fromStdString(Batch(words).Out);
-  };
-  const QStringList commands = CommandsOf(help({}));
-  ASSERT_GE(commands.size(), 15);
-  for (const QString& command : commands) {
-    EXPECT_TRUE(page.contains(QRegularExpression(QStringLiteral("^\\.[A-Z]+ ?\"?%1\\b|^%1 ").arg(command),
-                                                 QRegularExpression::MultilineOption)))
-        << command.toStdString();
-    const QString usage = help({command.toStdString()});
-    ExpectOptionsIn(page, usage);
-    for (const QString& below : CommandsOf(usage)) {
-      EXPECT_TRUE(page.contains(command + u' ' + below)) << below.toStdString();
-      ExpectOptionsIn(page, help({command.toStdString(), below.toStdString()}));
+/// Every command that does something, as it is typed ("instrument probe"), with its usage.
+QMap<QString, QString> CommandsBelow(const QString& group) {
+  QMap<QString, QString> all;
+  for (const QString& name : CommandsOf(UsageOf(group))) {
+    const QString command = group.isEmpty() ? name : group + u' ' + name;
+    const QString usage = UsageOf(command);
+    if (CommandsOf(usage).isEmpty()) {
+      all.insert(command, usage);
+    } else {
+      all.insert(CommandsBelow(command));
     }
   }
+  return all;
 }
 
-TEST(ManPages, TellEveryOptionOfTheSimulator) {
-  QProcess simulator;
-  simulator.start(QStringLiteral(SPECTRANE_BIN "/spectrane-simulator"), {QStringLiteral("--help")});
-  ASSERT_TRUE(simulator.waitForFinished(20000));
-  const QString usage = QString::fromUtf8(simulator.readAllStandardOutput());
-  ASSERT_GE(OptionsOf(usage).size(), 20);
-  ExpectOptionsIn(ManPage("spectrane-simulator"), usage);
+bool IsEntryOf(const Entry& entry, const QString& command) {
+  return entry.Heading == command || entry.Heading.startsWith(command + u' ');
+}
+
+TEST(ManPages, EachCommandOfTheBatchCommandHasOneEntryAndEachEntryACommand) {
+  const QMap<QString, QString> commands = CommandsBelow({});
+  ASSERT_GE(commands.size(), 20);
+  const QList<Entry> entries = SectionOf(ManPage("spectrane-cli"), "COMMANDS").Entries;
+  for (const QString& command : commands.keys()) {
+    EXPECT_EQ(std::ranges::count_if(entries, [&](const Entry& entry) { return IsEntryOf(entry, command); }),
+              1)
+        << command.toStdString();
+  }
+  for (const Entry& entry : entries) {
+    if (entry.Heading.startsWith(QStringLiteral("--"))) continue;
+    EXPECT_TRUE(std::ranges::any_of(commands.keys(), [&](const QString& name) {
+      return IsEntryOf(entry, name);
+    })) << entry.Heading.toStdString();
+  }
+}
+
+TEST(ManPages, TellEachOptionWhereItsCommandIsToldOrForAllOfThem) {
+  const QString page = ManPage("spectrane-cli");
+  const Section section = SectionOf(page, "COMMANDS");
+  QString common = section.Common;
+  for (const Entry& entry : section.Entries + SectionOf(page, "OPTIONS").Entries) {
+    if (entry.Heading.startsWith(QStringLiteral("--"))) common += entry.Heading + u'\n' + entry.Text;
+  }
+  const QMap<QString, QString> commands = CommandsBelow({});
+  QStringList known = OptionsOf(UsageOf({}));
+  for (const auto& [command, usage] : commands.asKeyValueRange()) {
+    QString told = common;
+    for (const Entry& entry : section.Entries) {
+      if (IsEntryOf(entry, command)) told += entry.Heading + u'\n' + entry.Text;
+    }
+    for (const QString& option : OptionsOf(usage))
+      EXPECT_TRUE(Holds(told, option)) << command.toStdString() << ' ' << option.toStdString();
+    known += OptionsOf(usage);
+  }
+  for (const QString& option : Found(page, "(?<![a-z0-9-])(--[a-z][a-z0-9-]*)"))
+    EXPECT_TRUE(known.contains(option)) << "no command has " << option.toStdString();
+}
+
+struct UsageRow {
+  const char* Program;
+  int FewestOptions;
+};
+
+TEST(ManPages, EachOptionOfTheProgramsWithWindowsHasAnEntryAndEachEntryAnOption) {
+  for (const UsageRow& row : {UsageRow{"spectrane", 2}, UsageRow{"spectrane-simulator", 20}}) {
+    SCOPED_TRACE(row.Program);
+    QProcess program;
+    program.start(QStringLiteral(SPECTRANE_BIN "/") + QLatin1String(row.Program), {QStringLiteral("--help")});
+    ASSERT_TRUE(program.waitForFinished(20000));
+    const QStringList options = OptionsOf(QString::fromUtf8(program.readAllStandardOutput()));
+    ASSERT_GE(options.size(), row.FewestOptions);
+    QString headings;
+    for (const Entry& entry : SectionOf(ManPage(row.Program), "OPTIONS").Entries)
+      headings += entry.Heading + u'\n';
+    for (const QString& option : options) EXPECT_TRUE(Holds(headings, option)) << option.toStdString();
+    for (const QString& option : Found(headings, "(--[a-z][a-z0-9-]*)"))
+      EXPECT_TRUE(options.contains(option)) << "it has no " << option.toStdString();
+  }
 }
 
 TEST(ManPages, AreSetWithoutAWarning) {

@@ -2,19 +2,48 @@
 // row of the catalogue in docs/reliability.md.
 
 #include <signal.h>
+#include <sys/mount.h>
 #include <sys/types.h>
+#include <unistd.h>
+
+#include <sstream>
+#include <thread>
 
 #include <QElapsedTimer>
 #include <QThread>
 
 #include "cli/processes.h"
 #include "files/filesupport.h"
+#include "link/sci.h"
+#include "simulator/escapedtext.h"
 
 namespace spectrane::testing_processes {
 namespace {
 
+/// The one port that leads to the simulator.
+class SimulatorPort : public SerialPortList {
+ public:
+  explicit SimulatorPort(std::string path) : path_(std::move(path)) {}
+  std::string Path(int) const override { return path_; }
+
+ private:
+  std::string path_;
+};
+
 class Surroundings : public SimulatorProcess {
  protected:
+  /// What the simulator answered, as its log has it, in order.
+  std::vector<std::string> Answers() const {
+    std::vector<std::string> answers;
+    std::istringstream lines(Content("log"));
+    for (std::string line; std::getline(lines, line);) {
+      const std::size_t from = line.find("\"\t\"");
+      if (line.starts_with('#') || from == std::string::npos) continue;
+      answers.push_back(Unescape(line.substr(from + 3, line.size() - from - 4)).value_or("unreadable"));
+    }
+    return answers;
+  }
+
   /// Variables of the window program: an empty value removes one.
   using Variables = std::vector<std::pair<const char*, std::string>>;
 
@@ -83,21 +112,86 @@ TEST_F(Surroundings, N02_ThirtyTwoFilesAreEnoughToMeasure) {
   ExpectMeasuring();
 }
 
-#if !defined(__SANITIZE_ADDRESS__)
-TEST_F(Surroundings, N02_AFileForWhichThereIsNoMemoryIsRefused) {
-  constexpr int kRows = 2'000'000;
-  const std::size_t row = BasicRecordBytes(0, "").size();
-  WriteBytes(Path("large.bas"), BasicFileBytes(1, kRows));
-  std::filesystem::resize_file(Path("large.bas"), BasicFileBytes(0, 0).size() + kRows * row);
-  QProcess process;
-  process.start(
-      QStringLiteral("/bin/sh"),
-      {QStringLiteral("-c"), QStringLiteral("ulimit -v 400000; exec \"$0\" \"$@\""), Program("spectrane-cli"),
-       QStringLiteral("dump"), QString::fromStdString(Path("large.bas"))});
-  ASSERT_TRUE(process.waitForStarted(5000));
-  ExpectRefusal(Finish(process), "not enough memory");
+/// Takes a file system away at the end, also where programs still use it.
+struct Unmounted {
+  std::string Folder;
+  ~Unmounted() { ::umount2(Folder.c_str(), MNT_DETACH); }
+};
+
+TEST_F(Surroundings, N01_WithAFolderForTemporaryFilesThatIsFullItMeasures) {
+  StartSimulator({"--instant"});
+  const std::string full = Path("full");
+  ASSERT_TRUE(QDir().mkpath(QString::fromStdString(full)));
+  if (::mount("tmpfs", full.c_str(), "tmpfs", 0, "size=4k,nr_inodes=2") != 0)
+    GTEST_SKIP() << "mount is not permitted";
+  const Unmounted atTheEnd{full};
+  WriteBytes(full + "/file", std::string(4096, 'x'));
+  StartWindows({{"TMPDIR", full}, {"XDG_RUNTIME_DIR", ""}});
+  ExpectMeasuring();
+  // Nothing had room there, neither bytes nor a name.
+  const QStringList names =
+      QDir(QString::fromStdString(full)).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
+  EXPECT_EQ(names, QStringList(QStringLiteral("file")));
 }
-#endif
+
+/// The batch command among folders of which some are read-only for it alone.
+class LockFolders : public Surroundings {
+ protected:
+  void SetUp() override {
+    if (std::system((Apart() + " sh -c '" + kUsualFolder + "' 2>/dev/null").c_str()) != 0)
+      GTEST_SKIP() << "mount is not permitted";
+  }
+
+  void StartBatchIn(const std::string& shell, QProcess& process, const std::vector<std::string>& words) {
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("SPECTRANE_HOME"), QString::fromStdString(Path("")));
+    environment.insert(QStringLiteral("SPECTRANE_PORTS"), QString::fromStdString(Ports));
+    process.setProcessEnvironment(environment);
+    const std::string line = "exec " + Apart() + " sh -c '" + shell + " && exec \"$0\" \"$@\"' \"$0\" \"$@\"";
+    process.start(QStringLiteral("/bin/sh"),
+                  QStringList{QStringLiteral("-c"), QString::fromStdString(line), Program("spectrane-cli")} +
+                      Arguments(words));
+    EXPECT_TRUE(process.waitForStarted(5000));
+  }
+  Outcome BatchIn(const std::string& shell, const std::vector<std::string>& words) {
+    QProcess process;
+    StartBatchIn(shell, process, words);
+    return Finish(process);
+  }
+
+  static inline const std::string kUsualFolder = "mount -t tmpfs -o ro tmpfs /run/lock";
+  static inline const std::string kEachFolder =
+      kUsualFolder +
+      " && for f in /tmp /var/tmp; do mount --bind $f $f && mount -o remount,ro,bind $f || exit 99; done";
+
+ private:
+  static std::string Apart() { return ::geteuid() == 0 ? "unshare -m" : "unshare -rm"; }
+};
+
+TEST_F(LockFolders, S07_ALockThatCannotBeMadeInItsUsualPlaceIsMadeInAnother) {
+  StartSimulator({"--instant"});
+  const Outcome probe = BatchIn(kUsualFolder, {"instrument", "probe"});
+  EXPECT_EQ(probe.Status, 0) << probe.Err;
+  QProcess holder;
+  StartBatchIn(kUsualFolder, holder,
+               {"instrument", "measure", "--wavelength", "546", "--count", "1", "--out", Path("never.bas")});
+  holder.setReadChannel(QProcess::StandardError);
+  QByteArray seen;
+  while (!seen.contains("Please input") && holder.waitForReadyRead(20000))
+    seen += holder.readAllStandardError();
+  ExpectRefusal(BatchIn(kUsualFolder, {"instrument", "probe"}), "in use");
+  Finish(holder);
+}
+
+TEST_F(LockFolders, S07_WithoutAnyPlaceForALockThatIsToldAndNothingIsSent) {
+  StartSimulator({"--instant"});
+  const Outcome probe = BatchIn(kEachFolder, {"instrument", "probe"});
+  ExpectRefusal(probe, "cannot be opened");
+  EXPECT_NE(probe.Err.find("creating lock file"), std::string::npos) << probe.Err;
+  EXPECT_EQ(probe.Err.find("no answer of an instrument"), std::string::npos) << probe.Err;
+  EXPECT_EQ(probe.Err.find("in use"), std::string::npos) << probe.Err;
+  EXPECT_EQ(Requests(), std::vector<std::string>());
+}
 
 TEST_F(Surroundings, N05_WithoutFontsOrABusAndAtTwiceTheScaleItRuns) {
   StartSimulator({"--instant"});
@@ -137,21 +231,37 @@ TEST_F(Surroundings, S15_AProgramThatWasStoppedAnswersRightOrSaysThatItCannot) {
 }
 
 TEST_F(Surroundings, S15_AnInstrumentThatStoodStillIsATimeOutAndItsLateAnswerNoReading) {
-  StartSimulator({"--instant", "--noise", "0"});
-  const auto number = static_cast<pid_t>(SimulatorNumber());
-  QProcess process;
-  StartBatch(process, {"instrument", "send", "ge 3", "--timeout", "1"});
-  while (Requests().empty()) QThread::msleep(1);
-  ::kill(number, SIGSTOP);
-  const Outcome stopped = Finish(process);
-  ::kill(number, SIGCONT);
-  if (stopped.Status != 0) {
-    EXPECT_EQ(stopped.Status, 1);
-    EXPECT_EQ(stopped.Out, "");
+  StartSimulator({"--instant"});  // with its noise no answer is like another one
+  SteadyClock time;
+  QtMessageLoop loop;
+  NoExclusion turn;
+  SimulatorPort ports(Path("line"));
+  SCI line(ports, time, loop, turn);
+  int number = 1;
+  ASSERT_TRUE(line.OpenPort(number));
+  const auto simulator = static_cast<pid_t>(SimulatorNumber());
+  std::string reply;
+  ASSERT_TRUE(line.Exchange("ge 3", reply, 10));
+  ASSERT_EQ(::kill(simulator, SIGSTOP), 0);
+  for (const char* request : {"ge 3", "ge 3", "ge 2"}) {
+    const std::int64_t before = time.NowMs();
+    EXPECT_FALSE(line.Exchange(request, reply, 1)) << request;
+    EXPECT_EQ(line.LastEnd(), ExchangeEnd::TimedOut) << request;
+    EXPECT_GE(time.NowMs() - before, 1000) << request;
+    EXPECT_EQ(reply, "") << request;
   }
-  QThread::msleep(200);
-  const Outcome next = Batch({"instrument", "send", "getwl"});
-  EXPECT_EQ(next.AsJson(), Json::parse(R"({"ok":true,"lines":["546.0"]})")) << next.Err;
+  std::thread waker([simulator] {
+    QThread::msleep(300);
+    ::kill(simulator, SIGCONT);
+  });
+  // On the same line, with all that piled up in front of it.
+  EXPECT_TRUE(line.Exchange("ge 3", reply, 10)) << DescribeEnd(line.LastEnd());
+  waker.join();
+  const std::vector<std::string> answers = Answers();
+  ASSERT_EQ(answers.size(), 5u);
+  EXPECT_EQ(reply, answers.back());
+  EXPECT_NE(reply, answers[1]);
+  EXPECT_NE(reply, answers[2]);
 }
 
 }  // namespace

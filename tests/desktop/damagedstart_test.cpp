@@ -12,6 +12,7 @@
 #include <QRegularExpression>
 #include <random>
 #include <set>
+#include <sstream>
 
 #include "desktopsupport.h"
 #include "startdamages.h"
@@ -25,13 +26,17 @@ namespace fs = std::filesystem;
 constexpr int kPromisedMs = 2000;
 /// When a start has failed, however busy the machine.
 constexpr int kGivenUpMs = 30000;
-/// Boxes are counted so long after the window.
+/// Boxes are counted so long after the window, and where the search for the instrument matters.
 constexpr int kWatchedMs = 800;
+constexpr int kWatchedAtThePortMs = 3500;
+constexpr uid_t kNobody = 65534;
 constexpr std::size_t kSample = 10;
 
 struct Seen {
   /// Until the main window has painted; -1: it did not.
   qint64 WindowMs = -1;
+  /// Of it, what the program itself worked; what else the machine did is left out.
+  qint64 WorkedMs = 0;
   qint64 Width = 0;
   qint64 Height = 0;
   std::size_t Boxes = 0;
@@ -39,6 +44,19 @@ struct Seen {
   bool Ended = false;
   std::string Last;
 };
+
+/// Processor time of a process so far, all its threads together.
+qint64 ProcessorMs(qint64 process) {
+  const std::string words = ReadBytes("/proc/" + std::to_string(process) + "/stat");
+  // Behind the name, which may have anything in it: the 12th and the 13th field.
+  std::istringstream fields(words.substr(std::min(words.rfind(')') + 1, words.size())));
+  std::string passed;
+  for (int i = 0; i < 11; ++i) fields >> passed;
+  qint64 user = 0;
+  qint64 system = 0;
+  fields >> user >> system;
+  return (user + system) * 1000 / ::sysconf(_SC_CLK_TCK);
+}
 
 class DamagedStart : public testing::Test {
  protected:
@@ -89,7 +107,7 @@ class DamagedStart : public testing::Test {
   }
 
   /// Starts the program, watches its windows and kills it.
-  Seen Start() const {
+  Seen Start(int watchedMs, bool asNobody = false) const {
     static const QRegularExpression painted(
         QStringLiteral("QRegion\\((?:size=\\d+, bounds=\\()?-?\\d+,-?\\d+ (\\d+)x(\\d+)\\)* of top level "
                        "spectrane::FrmMain\\("));
@@ -100,12 +118,13 @@ class DamagedStart : public testing::Test {
     program.setWorkingDirectory(Q(place_.Root));
     program.setProcessChannelMode(QProcess::MergedChannels);
     program.setStandardInputFile(QProcess::nullDevice());
+    if (asNobody) program.setChildProcessModifier(&BecomeNobody);
     QElapsedTimer clock;
     clock.start();
     program.start(QStringLiteral(SPECTRANE_BIN "/spectrane"), {});
     std::set<QString> boxes;
     while (clock.elapsed() < kGivenUpMs) {
-      if (seen.WindowMs >= 0 && clock.elapsed() - seen.WindowMs > kWatchedMs) break;
+      if (seen.WindowMs >= 0 && clock.elapsed() - seen.WindowMs > watchedMs) break;
       if (!program.canReadLine() && !program.waitForReadyRead(20) && program.state() == QProcess::NotRunning)
         break;
       while (program.canReadLine()) {
@@ -113,6 +132,7 @@ class DamagedStart : public testing::Test {
         const auto window = painted.match(line);
         if (window.hasMatch() && seen.WindowMs < 0) {
           seen.WindowMs = clock.elapsed();
+          seen.WorkedMs = ProcessorMs(program.processId());
           seen.Width = window.captured(1).toLongLong();
           seen.Height = window.captured(2).toLongLong();
         }
@@ -130,13 +150,30 @@ class DamagedStart : public testing::Test {
   Seen StartOn(const StartDamage& damage) {
     Prepare();
     damage.Do(place_);
-    return Start();
+    const bool asNobody = damage.OfRights && ::geteuid() == 0 && EverybodyReaches(SPECTRANE_BIN "/spectrane");
+    if (asNobody) GiveToNobody();
+    return Start(WatchedMs(damage.AtThePort), asNobody);
+  }
+  static int WatchedMs(bool atThePort) { return atThePort ? kWatchedAtThePortMs : kWatchedMs; }
+
+  static void BecomeNobody() {
+    if (::setgid(kNobody) != 0 || ::setuid(kNobody) != 0) ::_exit(126);
+  }
+  static bool EverybodyReaches(const fs::path& path) {
+    if (path == path.root_path()) return true;
+    const bool may = (fs::status(path).permissions() & fs::perms::others_exec) != fs::perms::none;
+    return may && EverybodyReaches(path.parent_path());
+  }
+  void GiveToNobody() const {
+    std::vector<fs::path> all{place_.Root};
+    for (const auto& entry : fs::recursive_directory_iterator(place_.Root)) all.push_back(entry.path());
+    for (const fs::path& path : all) ASSERT_EQ(::lchown(path.c_str(), kNobody, kNobody), 0) << path;
   }
 
   /// A sound start, and the settings file that it writes.
-  Seen SoundStart() {
+  Seen SoundStart(bool atThePort) {
     Prepare();
-    const Seen seen = Start();
+    const Seen seen = Start(WatchedMs(atThePort));
     place_.Written = ReadBytes(place_.Config());
     return seen;
   }
@@ -158,6 +195,13 @@ std::vector<StartDamage> Chosen(bool all) {
   return table;
 }
 
+void PrintTimes(const char* what, qint64 sound, std::vector<qint64> times) {
+  std::sort(times.begin(), times.end());
+  std::printf("%zu starts, %s: sound %lld ms, median %lld ms, longest %lld ms\n", times.size(), what,
+              static_cast<long long>(sound), static_cast<long long>(times[times.size() / 2]),
+              static_cast<long long>(times.back()));
+}
+
 TEST(StartDamageTable, HasAHundredOfDifferentNames) {
   std::set<std::string> names;
   for (const StartDamage& damage : StartDamages()) names.insert(damage.Name);
@@ -167,29 +211,30 @@ TEST(StartDamageTable, HasAHundredOfDifferentNames) {
 
 TEST_F(DamagedStart, C01_C08_H01_H06_N01_TheWindowComesSoonWithoutAStormOfBoxes) {
   const bool all = std::getenv("SPECTRANE_ALL_STARTS") != nullptr;
-  const Seen sound = SoundStart();
+  const Seen sound = SoundStart(false);
+  const Seen soundAtThePort = SoundStart(true);
   ASSERT_GE(sound.WindowMs, 0) << sound.Last;
   ASSERT_NE(place_.Written.find("Windows Height="), std::string::npos);
   std::vector<qint64> times;
+  std::vector<qint64> worked;
   for (const StartDamage& damage : Chosen(all)) {
     Seen seen = StartOn(damage);
     // What else goes on in the machine can hold up one start; not two.
     if (all && seen.WindowMs > kPromisedMs) seen = StartOn(damage);
     EXPECT_GE(seen.WindowMs, 0) << damage.Name << ": no window; " << seen.Last;
     EXPECT_FALSE(seen.Ended) << damage.Name << ": " << seen.Last;
-    EXPECT_LE(seen.Boxes, std::max<std::size_t>(sound.Boxes, 1)) << damage.Name;
+    EXPECT_LE(seen.Boxes, (damage.AtThePort ? soundAtThePort : sound).Boxes) << damage.Name;
     EXPECT_GE(std::min(seen.Width, seen.Height), 100) << damage.Name;
     if (all) {
       EXPECT_LE(seen.WindowMs, kPromisedMs) << damage.Name;
-      std::printf("%-45s %5lld ms, %zu box(es)\n", damage.Name.c_str(), static_cast<long long>(seen.WindowMs),
-                  seen.Boxes);
+      std::printf("%-45s %5lld ms (worked %lld ms), %zu box(es)\n", damage.Name.c_str(),
+                  static_cast<long long>(seen.WindowMs), static_cast<long long>(seen.WorkedMs), seen.Boxes);
     }
     times.push_back(seen.WindowMs);
+    worked.push_back(seen.WorkedMs);
   }
-  std::sort(times.begin(), times.end());
-  std::printf("%zu starts: sound %lld ms, median %lld ms, longest %lld ms\n", times.size(),
-              static_cast<long long>(sound.WindowMs), static_cast<long long>(times[times.size() / 2]),
-              static_cast<long long>(times.back()));
+  PrintTimes("until the window", sound.WindowMs, times);
+  PrintTimes("processor time of it", sound.WorkedMs, worked);
 }
 
 }  // namespace

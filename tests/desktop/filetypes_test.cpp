@@ -9,6 +9,7 @@
 #include <QSettings>
 
 #include "app/desktop/desktopfiles.h"
+#include "base/applicationfolder.h"
 #include "base/version.h"
 #include "desktopsupport.h"
 #include "files/datafile.h"
@@ -191,6 +192,33 @@ TEST_F(RegisterTest, AMovedProgramRewritesItsEntry) {
   RegisterFileTypes(QStringLiteral("/opt/old/spectrane"), {});
   RegisterFileTypes(QStringLiteral("/opt/new/spectrane"), {});
   EXPECT_EQ(LineOf(ReadBytes(entry_), "Exec"), "\"/opt/new/spectrane\" %f");
+}
+
+// The package's program once wrote all of it for its user once more, where nothing took it away again.
+TEST_F(RegisterTest, AProgramThatThePackageHasMadeKnownLeavesTheUsersDataAlone) {
+  const std::string dirs = "relative:" + folder_.Path("nowhere") + ":" + folder_.Path("usr/share");
+  const ScopedVariable places("XDG_DATA_DIRS", dirs.c_str());
+  const QString program = QString::fromStdString(folder_.Path("usr/bin/spectrane"));
+  fs::create_directories(folder_.Path("usr/bin"));
+  fs::create_directories(folder_.Path("usr/share/applications"));
+  const std::string known = folder_.Path("usr/share/applications/org.spectrane.Spectrane.desktop");
+  WriteBytes(known, "[Desktop Entry]\n");
+  RegisterFileTypes(program, SomeIcons());
+  EXPECT_FALSE(fs::exists(folder_.Path("data")));
+  // An entry that the user has hides that of the system.
+  RegisterFileTypes(QStringLiteral("/opt/spectrane"), {});
+  RegisterFileTypes(program, {});
+  EXPECT_EQ(LineOf(ReadBytes(entry_), "TryExec"), program.toStdString());
+  fs::remove_all(folder_.Path("data"));
+  for (const char* elsewhere : {"/usr/share", ""}) {
+    const ScopedVariable others("XDG_DATA_DIRS", elsewhere);
+    RegisterFileTypes(program, {});
+    EXPECT_TRUE(fs::exists(entry_)) << "no desktop looks where the package's entry stands";
+    fs::remove_all(folder_.Path("data"));
+  }
+  fs::remove(known);
+  RegisterFileTypes(program, {});
+  EXPECT_TRUE(fs::exists(entry_));
 }
 
 TEST_F(RegisterTest, ARelativeDataFolderIsPassedOverForTheUsersOwn) {

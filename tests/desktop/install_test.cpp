@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
+#include <set>
 #include <string>
 
 #include "app/desktop/filetypes.h"
@@ -12,7 +13,15 @@ namespace spectrane {
 namespace {
 
 namespace fs = std::filesystem;
+using testing::Contains;
 using testing::HasSubstr;
+
+/// The name by which the desktop looks for the icon of a type.
+std::string IconName(const FileAssociation& association) {
+  std::string name = association.MimeType;
+  name.replace(name.find('/'), 1, "-");
+  return name;
+}
 
 /// The program installed into a folder, once for all cases.
 class InstalledTree : public testing::Test {
@@ -52,15 +61,35 @@ TEST_F(InstalledTree, TheEntryStartsTheProgramByItsName) {
 TEST_F(InstalledTree, EachIconStandsWhereTheDesktopLooks) {
   const std::string theme = "share/icons/hicolor/";
   EXPECT_TRUE(fs::exists(Path(theme + "scalable/apps/org.spectrane.Spectrane.svg")));
+  for (const FileAssociation& row : FileAssociations()) {
+    const std::string drawing = theme + "scalable/mimetypes/" + IconName(row) + ".svg";
+    EXPECT_TRUE(fs::exists(Path(drawing))) << drawing;
+  }
   for (const char* size : {"16x16", "32x32", "48x48", "128x128", "256x256"}) {
     if (!fs::exists(std::string(SPECTRANE_PACKAGING) + "/icons/hicolor/" + size)) continue;
     EXPECT_TRUE(fs::exists(Path(theme + size + "/apps/org.spectrane.Spectrane.png"))) << size;
     for (const FileAssociation& row : FileAssociations()) {
-      std::string name = row.MimeType;
-      name.replace(name.find('/'), 1, "-");
+      const std::string name = IconName(row);
       EXPECT_TRUE(fs::exists(Path(theme + size + "/mimetypes/" + name + ".png"))) << size << " " << name;
     }
   }
+}
+
+TEST_F(InstalledTree, HasAnExampleOfEachKindOfFile) {
+  const fs::path examples = Path("share/doc/spectrane/examples");
+  ASSERT_TRUE(fs::exists(examples / "README.md"));
+  std::set<std::string> endings;
+  for (const fs::directory_entry& file : fs::directory_iterator(examples))
+    endings.insert(file.path().extension().string());
+  for (const FileAssociation& row : FileAssociations()) EXPECT_THAT(endings, Contains(row.Extension));
+}
+
+TEST_F(InstalledTree, TheCatalogueNamesEachTypeAndEachProgram) {
+  const std::string told = ReadBytes(Path("share/metainfo/org.spectrane.Spectrane.metainfo.xml"));
+  for (const FileAssociation& row : FileAssociations())
+    EXPECT_THAT(told, HasSubstr("<mediatype>" + std::string(row.MimeType) + "</mediatype>"));
+  for (const fs::directory_entry& program : fs::directory_iterator(Path("bin")))
+    EXPECT_THAT(told, HasSubstr("<binary>" + program.path().filename().string() + "</binary>"));
 }
 
 TEST_F(InstalledTree, TheTypesOfItsFilesAreTakenIn) {

@@ -7,6 +7,7 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -60,8 +61,11 @@ void AddVariable(Table& table, const std::string& name, const std::string& varia
 }
 
 std::string Repeated(const std::string& text, int count) {
-  std::string all;
-  for (int i = 0; i < count; ++i) all += text;
+  const std::size_t wanted = text.size() * static_cast<std::size_t>(count);
+  std::string all = text;
+  // By doubling: the sanitizers look at every step, and there are millions.
+  while (all.size() < wanted) all += all;
+  all.resize(wanted);
   return all;
 }
 
@@ -275,6 +279,28 @@ void AddHandover(Table& table) {
                    }});
 }
 
+/// The file of sizes and places, its lock, and the folder of the journals.
+void AddLayout(Table& table) {
+  table.push_back({"N01_LayoutIsAPipe", [](StartPlace& place) { ::mkfifo(place.Layout().c_str(), 0600); }});
+  table.push_back({"N01_LockOfTheLayoutIsAPipe",
+                   [](StartPlace& place) { ::mkfifo((place.Layout() + ".lock").c_str(), 0600); }});
+  table.push_back({"N01_LayoutIsAFolder", [](StartPlace& place) { fs::create_directory(place.Layout()); }});
+  table.push_back(
+      {"N01_LayoutIsADevice", [](StartPlace& place) { fs::create_symlink("/dev/zero", place.Layout()); }});
+  table.push_back({"N01_LayoutOfEightGigabytes", [](StartPlace& place) {
+                     WriteBytes(place.Layout(), "[layout]\n");
+                     fs::resize_file(place.Layout(), std::uintmax_t{8} << 30);
+                   }});
+  table.push_back({"N01_LayoutOfNoise",
+                   [](StartPlace& place) { WriteBytes(place.Layout(), std::string(65536, '\xA5')); }});
+  table.push_back({"N01_JournalFolderIsAPipe",
+                   [](StartPlace& place) { ::mkfifo((place.App() + "/journal").c_str(), 0600); }});
+  table.push_back({"N01_JournalIsAPipe", [](StartPlace& place) {
+                     fs::create_directory(place.App() + "/journal");
+                     ::mkfifo((place.App() + "/journal/1.journal").c_str(), 0600);
+                   }});
+}
+
 void AddHomes(Table& table) {
   const auto home = [&table](const char* name, const char* variable, auto value) {
     table.push_back({name, [=](StartPlace& place) { place.Environment[variable] = value(place); }});
@@ -312,15 +338,27 @@ void AddHomes(Table& table) {
 
 }  // namespace
 
-std::vector<StartDamage> StartDamages() {
-  Table table;
-  AddFileKinds(table);
-  AddTexts(table);
-  AddAllValues(table);
-  AddTorn(table);
-  AddHandover(table);
-  AddHomes(table);
-  return table;
+const std::vector<StartDamage>& StartDamages() {
+  static const Table damages = [] {
+    Table table;
+    AddFileKinds(table);
+    AddTexts(table);
+    AddAllValues(table);
+    AddTorn(table);
+    AddHandover(table);
+    AddLayout(table);
+    AddHomes(table);
+    const auto isOneOf = [](const std::string& name, std::initializer_list<std::string_view> parts) {
+      return std::any_of(parts.begin(), parts.end(),
+                         [&](std::string_view part) { return name.find(part) != std::string::npos; });
+    };
+    for (StartDamage& damage : table) {
+      damage.AtThePort = isOneOf(damage.Name, {"C04_", "Ports", "AsAPort"});
+      damage.OfRights = isOneOf(damage.Name, {"_Unreadable", "_ReadOnly", "CannotBeWritten"});
+    }
+    return table;
+  }();
+  return damages;
 }
 
 }  // namespace spectrane

@@ -18,6 +18,7 @@ struct StartPlace {
   std::string Home() const { return Root + "/home"; }
   std::string Temporary() const { return Root + "/tmp"; }
   std::string Config() const { return App() + "/config.ini"; }
+  std::string Layout() const { return App() + "/layout.ini"; }
   /// Without a screen to sit at, every copy has this name.
   std::string Socket() const { return Runtime() + "/spectrane/e3b0c44298fc"; }
   std::string Lock() const { return Socket() + ".lock"; }
@@ -33,10 +34,14 @@ struct StartPlace {
 struct StartDamage {
   std::string Name;
   std::function<void(StartPlace&)> Do;
+  /// It shows when the program looks for its instrument, two seconds after the window.
+  bool AtThePort = false;
+  /// It is none to a user who may do everything.
+  bool OfRights = false;
 };
 
 /// A hundred ways in which settings, folders, lock and socket can be broken before the program starts. Each
 /// name begins with the kind of fault.
-std::vector<StartDamage> StartDamages();
+const std::vector<StartDamage>& StartDamages();
 
 }  // namespace spectrane

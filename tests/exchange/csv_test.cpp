@@ -77,6 +77,7 @@ INSTANTIATE_TEST_SUITE_P(
                             0.25, TransFromAbs(0.25)},
                     CsvCase{"Quoted", "\"x, nm\",\"Abs\"\n\"400.5\",\"0.25\"\n\"401\",\"0.5\"\n", 0.25,
                             TransFromAbs(0.25)},
+                    CsvCase{"QuotedSeparator", "\"x, nm\",Trans,Abs\n400.5,7,8\n401,9,1\n", 8, 7},
                     CsvCase{"HeadLines", "Sample 7\n\nDate,2026-01-01\nnm,Abs\n400.5,0.25\n401,0.5\n", 0.25,
                             TransFromAbs(0.25)},
                     CsvCase{"EmptyColumnBehind", "nm,Abs,\n400.5,0.25,\n401,0.5,\n", 0.25,

@@ -138,6 +138,34 @@ TEST(ImportJcamp, TakesWavenumbersAndPercent) {
   EXPECT_EQ(spectrum.Points.Trans, (std::vector<double>{50, 60, 70, 80}));
 }
 
+TEST(ImportJcamp, TakesTransmittanceFromZeroToOne) {
+  ExchangeCurve curve = EvenSpectrum(2);
+  curve.ShowsTrans = true;
+  curve.Trans = {50, 25};
+  const ImportedSpectrum spectrum = ImportJcamp(JcampText(curve));
+  ASSERT_EQ(spectrum.Reason, "");
+  EXPECT_TRUE(spectrum.ShowsTrans);
+  EXPECT_EQ(spectrum.Points.Trans, curve.Trans);
+}
+
+TEST(ImportJcamp, TakesExponentsOfEitherLetter) {
+  for (const char* first : {"40000", "4.0d4", "4.0D4", "4.0e4"}) {
+    std::string text = Foreign("4000 100 120\n2000 140 160\n");
+    text.replace(text.find("40000"), 5, first);
+    const ImportedSpectrum spectrum = ImportJcamp(text);
+    ASSERT_EQ(spectrum.Reason, "") << first;
+    EXPECT_EQ(spectrum.Points.WL.front(), 250) << first;
+  }
+}
+
+// 100, 120, 140; the next line says 140 again, as a check, and stands at that point.
+TEST(ImportJcamp, TakesLinesOfDifferencesThatBeginWithTheLastValue) {
+  const ImportedSpectrum spectrum = ImportJcamp(Foreign("4000A00K0K0\n2000A40K0\n"));
+  ASSERT_EQ(spectrum.Reason, "");
+  EXPECT_EQ(spectrum.Points.Trans, (std::vector<double>{50, 60, 70, 80}));
+  EXPECT_EQ(ImportJcamp(Foreign("4000A00K0K0\n1000A40K0\n")).Reason, "its lines do not begin where they say");
+}
+
 TEST(ImportJcamp, RefusesDamage) {
   EXPECT_EQ(ImportJcamp(Foreign("4000 100 120 140 160\n", "5")).Reason, "states 5 points and has 4");
   EXPECT_EQ(ImportJcamp(Foreign("4000 100 120\n1000 140 160\n")).Reason,
@@ -179,6 +207,7 @@ INSTANTIATE_TEST_SUITE_P(
                     OrdinateCase{"Differences", "0AJJ%jjjjjj\n10c\n", {1, 2, 3, 3, 2, 1, 0, -1, -2, -3}},
                     OrdinateCase{"Repeats", "0AJT%jX\n10c\n", {1, 2, 3, 3, 2, 1, 0, -1, -2, -3}},
                     OrdinateCase{"RepeatOfAValue", "0AV2\n", std::vector<double>(42, 1)},
+                    OrdinateCase{"RepeatOfEightAndOfNine", "0AZ\n0As\n", std::vector<double>(17, 1)},
                     OrdinateCase{"LongNumbers", "599.860D0A2J05B3\n", {40, 12, 117, 23}},
                     OrdinateCase{"Exponents", "0 1.5E+2 2E-1\n", {150, 0.2}},
                     OrdinateCase{"TwoLinesOfDifferences", "0 A0J5\n1 B5J5\n2 D0\n", {10, 25, 40}}),

@@ -143,6 +143,8 @@ TEST(Layout, EachTypeHasItsWidthOnDisk) {
 TEST(Layout, ATableWithAFaultDoesNotHold) {
   constexpr auto kNumber = Field<&Sample::Number>("Number", 0, 4);
   EXPECT_TRUE(LayoutHolds(std::array{kNumber}, 4));
+  EXPECT_TRUE(LayoutHolds(std::array{kNumber, Field<&Sample::Name>("Name", 4, 7)}, 11))
+      << "a text of any width";
   EXPECT_FALSE(LayoutHolds(std::array{kNumber}, 8)) << "total";
   EXPECT_FALSE(LayoutHolds(std::array{kNumber, Field<&Sample::Mode>("Mode", 6, 2)}, 8)) << "gap";
   EXPECT_FALSE(LayoutHolds(std::array{kNumber, Field<&Sample::Mode>("Mode", 3, 2)}, 5)) << "overlap";

@@ -252,6 +252,10 @@ TEST_F(DataFile, AFileCutShortAfterItWasOpenedGivesItsWholeRecords) {
   EXPECT_EQ(ReadDataRecords(kModule, file.Number, records_.data(), sizeof(Record), 0, kMany), 50000);
   EXPECT_EQ(records_[49999].Number, 49999);
   EXPECT_EQ(records_[50000].Number, 0);
+  EXPECT_EQ(ReadDataRecords(kModule, file.Number, records_.data(), sizeof(Record), 50000, 1), 0)
+      << "half a record";
+  EXPECT_EQ(ReadDataRecords(kModule, file.Number, records_.data(), sizeof(Record), 49999, 1), 1);
+  EXPECT_EQ(records_[0].Number, 49999);
 }
 
 TEST_F(DataFile, AnExceptionInASaveLeavesNoFileAndNoNumberOpen) {

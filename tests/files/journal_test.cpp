@@ -215,6 +215,73 @@ TEST(JournalFormat, PartsThatAreTooLargeAreRefusedOnBothSides) {
   }
 }
 
+/// CRC-32 as IEEE 802.3 has it, bit by bit.
+std::int64_t CheckSumOf(const std::string& bytes) {
+  std::uint32_t sum = 0xFFFFFFFF;
+  for (const char byte : bytes) {
+    sum ^= static_cast<unsigned char>(byte);
+    for (int bit = 0; bit < 8; ++bit) sum = (sum & 1) != 0 ? (sum >> 1) ^ 0xEDB88320 : sum >> 1;
+  }
+  return static_cast<std::int64_t>(sum ^ 0xFFFFFFFF);
+}
+
+/// An entry of any content, with its length and a check sum that is right.
+std::string Framed(const std::string& content) {
+  return Long(static_cast<std::int64_t>(content.size())) + Long(CheckSumOf(content)) + content;
+}
+
+/// The numbers of a head in front of its texts.
+std::string HeadNumbers() {
+  return Bytes({1}) + Long(2) + Long(12) + Bytes({0}) + Long(250) + Long(0) + Long(0) + Long(0);
+}
+
+struct EntryRow {
+  const char* Name;
+  std::string Content;
+};
+void PrintTo(const EntryRow& row, std::ostream* out) {
+  *out << row.Content.size() << " bytes";
+}
+
+const EntryRow kSenselessEntries[] = {
+    {"Empty", ""},
+    {"UnknownKind", Bytes({3}) + Long(2) + Long(0) + RecordsOf("x")},
+    {"RecordsWithoutAPlace", Bytes({2})},
+    {"RecordsWithHalfAPlace", Bytes({2}) + Long(2) + Bytes({0, 0})},
+    {"PartOfARecord", Bytes({2}) + Long(2) + Long(0) + std::string(11, 'x')},
+    {"HeadOfOneNumber", Bytes({1}) + Long(2)},
+    {"HeadWithoutTexts", HeadNumbers()},
+    {"HeadWithATextThatIsCut", HeadNumbers() + Long(1000) + "ten bytes."},
+    {"HeadWithATextOfNoSize", HeadNumbers() + Long(0xFFFFFFFF) + "ten bytes."},
+    {"HeadWithATextTooLarge",
+     HeadNumbers() + Long(65537) + std::string(65537, 'x') + Long(0) + Long(0) + Long(0)},
+    {"HeadWithMoreBehindIt", HeadNumbers() + Long(0) + Long(0) + Long(0) + Long(0) + "x"},
+};
+
+class SenselessEntry : public ::testing::TestWithParam<EntryRow> {};
+
+TEST_P(SenselessEntry, EndsWhatIsRead) {
+  const std::string before = Begun() + JournalRecordsEntry(0, 0, RecordsOf("ab"), false);
+  const std::string behind = JournalRecordsEntry(2, 0, RecordsOf("c"), false);
+  Journal journal;
+  ASSERT_TRUE(ReadJournal(before + Framed(GetParam().Content) + behind, journal));
+  EXPECT_EQ(LettersOf(journal), "ab");
+  EXPECT_EQ(journal.Head, SmallHead());
+  EXPECT_EQ(journal.WholeBytes, before.size());
+}
+
+INSTANTIATE_TEST_SUITE_P(All, SenselessEntry, ::testing::ValuesIn(kSenselessEntries), NameOfRow<EntryRow>);
+
+TEST(JournalFormat, EntriesMadeByHandAreRead) {
+  Journal journal;
+  const std::string head = HeadNumbers() + Long(0) + Long(0) + Long(0) + Long(0);
+  ASSERT_TRUE(ReadJournal(
+      std::string(JournalOpening()) + Framed(head) + Framed(Bytes({2}) + Long(0) + Long(0) + RecordsOf("ab")),
+      journal));
+  EXPECT_EQ(LettersOf(journal), "ab");
+  EXPECT_EQ(journal.Head.RecordSize, 12u);
+}
+
 TEST(JournalFormat, WhatIsNoJournalIsNone) {
   Journal journal;
   for (const std::string& bytes :

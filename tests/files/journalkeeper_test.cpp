@@ -7,10 +7,13 @@
 
 #include <csignal>
 #include <functional>
+#include <new>
 #include <optional>
 #include <random>
+#include <utility>
 
 #include "base/childprocess.h"
+#include "files/bslfile.h"
 #include "files/filesupport.h"
 
 namespace spectrane {
@@ -208,6 +211,55 @@ TEST_F(JournalKeeping, AFullDiskLeavesTheJournalWhole) {
   ExpectSays(Records);
 }
 
+/// What a disk was too full for is not forgotten when the next call tells of a new row alone.
+TEST_F(JournalKeeping, D15_AChangeThatFailedComesWithTheNextRow) {
+  struct Case {
+    const char* Name;
+    std::function<void()> Change;
+  };
+  for (const Case& each : {Case{"a row is removed", [this] { Records.erase(Records.begin() + 1); }},
+                           Case{"a note is written", [this] { Records[1].Note = "by hand"; }},
+                           Case{"rows are removed at the end", [this] { Records.resize(1); }},
+                           Case{"all rows go", [this] { Records.clear(); }}}) {
+    SCOPED_TRACE(each.Name);
+    Records.clear();
+    for (const char* note : {"r0", "r1", "r2", "r3"}) AddRow(note);
+    const std::vector<BasicRecord> before = Records;
+    each.Change();
+    const auto next = static_cast<std::int32_t>(Records.size());
+    AddRow("next");
+    EXPECT_TRUE(InChild([&] {
+      std::signal(SIGXFSZ, SIG_IGN);
+      const std::vector<BasicRecord> after = std::exchange(Records, before);
+      JournalKeeper keeper(Folder());
+      if (!KeepIn(keeper)) return false;
+      rlimit limit = {keeper.Size(), RLIM_INFINITY};
+      if (::setrlimit(RLIMIT_FSIZE, &limit) != 0) return false;
+      each.Change();
+      const bool refused = !KeepIn(keeper);
+      limit.rlim_cur = RLIM_INFINITY;
+      if (::setrlimit(RLIMIT_FSIZE, &limit) != 0) return false;
+      Records = after;
+      return refused && KeepIn(keeper, next);
+    }));
+    ExpectSays(Records);
+    fs::remove_all(Folder());
+  }
+}
+
+TEST_F(JournalKeeping, D15_AChangeThatCouldNotBeReadComesWithTheNextRow) {
+  for (const char* note : {"r0", "r1", "r2"}) AddRow(note);
+  JournalKeeper keeper(Folder());
+  ASSERT_TRUE(KeepIn(keeper));
+  Records.erase(Records.begin());
+  JournalImage image = JournalImageOf(BasicModule(), Option, 2,
+                                      [](std::int32_t) -> const BasicRecord& { throw std::bad_alloc(); });
+  EXPECT_THROW(keeper.Keep(image, 0, false), std::bad_alloc);
+  AddRow("next");
+  ASSERT_TRUE(KeepIn(keeper, 2));
+  ExpectSays(Records);
+}
+
 TEST_F(JournalKeeping, WithoutAPlaceItSaysWhy) {
   WriteBytes(Folder(), "a file");
   AddRow();
@@ -258,6 +310,146 @@ TEST_F(JournalKeeping, ANewerFileThatIsNotWholeLeavesTheOlderOne) {
   ASSERT_EQ(left.size(), 1u);
   EXPECT_EQ(left[0].File->Path(), first);
   EXPECT_FALSE(fs::exists(newer));
+}
+
+/// The smallest journal that names a document.
+std::string SmallestJournal() {
+  JournalHead head;
+  head.FileType = 11;
+  head.RecordSize = 276;
+  return std::string(JournalOpening()) + JournalHeadEntry(head, false);
+}
+
+TEST_F(JournalKeeping, OfADocumentWithoutRecordsTheHeadIsKept) {
+  JournalKeeper keeper(Folder());
+  EXPECT_EQ(keeper.Size(), 0u);
+  keeper.Drop();
+  EXPECT_FALSE(keeper.Begun());
+  ASSERT_TRUE(KeepIn(keeper, 0, true));
+  ExpectSays({});
+}
+
+TEST_F(JournalKeeping, ADocumentThatBecomesOneOfAnotherKindGetsANewFile) {
+  AddRow();
+  JournalKeeper keeper(Folder());
+  ASSERT_TRUE(KeepIn(keeper));
+  const std::string first = Files()[0];
+  for (const auto& change : std::vector<std::function<void(JournalHead&)>>{
+           [](JournalHead& head) { head.RecordSize = 28; }, [](JournalHead& head) { head.FileType = 2; }}) {
+    JournalImage image;
+    image.Head.FileType = 11;
+    image.Head.RecordSize = 276;
+    change(image.Head);
+    ASSERT_TRUE(keeper.Keep(image, 0, false));
+    ASSERT_EQ(Files().size(), 1u);
+    EXPECT_NE(Files()[0], first);
+    Journal journal;
+    ASSERT_TRUE(ReadJournal(ReadBytes(Files()[0]), journal));
+    EXPECT_EQ(journal.Head, image.Head);
+    EXPECT_EQ(journal.RecordCount(), 0u);
+  }
+}
+
+TEST_F(JournalKeeping, ATextThatIsTooLargeIsToldAndTheJournalStays) {
+  AddRow();
+  JournalKeeper keeper(Folder());
+  const std::string usual = Caption;
+  Caption = std::string(kLargestJournalPart + 1, 'x');
+  EXPECT_FALSE(KeepIn(keeper));
+  EXPECT_EQ(keeper.LastFault(), "the document is too large for a journal");
+  EXPECT_TRUE(Files().empty());
+  Caption = usual;
+  ASSERT_TRUE(KeepIn(keeper));
+  Caption = std::string(kLargestJournalPart + 1, 'x');
+  AddRow();
+  EXPECT_FALSE(KeepIn(keeper));
+  Caption = usual;
+  Records.pop_back();
+  ExpectSays(Records);
+}
+
+TEST_F(JournalKeeping, AFullJournalTakesNothingMore) {
+  fs::create_directories(Folder());
+  WriteBytes(Folder() + "/a-0.journal", SmallestJournal());
+  std::vector<LeftJournal> left = TakeLeftJournals(Folder());
+  ASSERT_EQ(left.size(), 1u);
+  // The file grows by zeros up to the size that is said to be whole.
+  left[0].Content.WholeBytes = kLargestJournal - 100;
+  JournalKeeper keeper(std::move(left[0].File), left[0].Content);
+  EXPECT_EQ(keeper.Size(), kLargestJournal - 100);
+  AddRow();
+  EXPECT_FALSE(KeepIn(keeper));
+  EXPECT_EQ(keeper.LastFault(), "the journal is full");
+  EXPECT_EQ(keeper.Size(), kLargestJournal - 100);
+}
+
+TEST_F(JournalKeeping, ADocumentOfMoreBytesThanAJournalTakesHasNone) {
+  JournalImage image;
+  image.Head.FileType = 11;
+  image.Head.RecordSize = kLargestJournalPart;
+  image.Encode = [](std::int32_t, unsigned char*) {};
+  image.Count = 1024;
+  JournalKeeper keeper(Folder());
+  EXPECT_FALSE(keeper.Keep(image, 0, false));
+  EXPECT_EQ(keeper.LastFault(), "the document is too large for a journal");
+  EXPECT_TRUE(Files().empty());
+}
+
+TEST_F(JournalKeeping, JournalsOfSeveralDocumentsAreAllTaken) {
+  fs::create_directories(Folder());
+  // Behind the last dash stands how often a file was written anew, and nothing else counts as that.
+  for (const char* name : {"a-0", "b-0", "b-", "b-x", "b-1234567890", "c"})
+    WriteBytes(Folder() + "/" + name + ".journal", SmallestJournal());
+  WriteBytes(Folder() + "/journal.txt", SmallestJournal());
+  std::vector<std::string> names;
+  for (const LeftJournal& left : TakeLeftJournals(Folder()))
+    names.push_back(fs::path(left.File->Path()).stem().string());
+  EXPECT_EQ(names, (std::vector<std::string>{"a-0", "b-0", "b-", "b-1234567890", "b-x", "c"}));
+  EXPECT_EQ(Files().size(), 7u);
+}
+
+TEST_F(JournalKeeping, AFolderNamedFromWhereTheProgramStandsServes) {
+  fs::create_directories(Folder());
+  for (const char* name : {"/a.journal", "/b.journal"}) WriteBytes(Folder() + name, SmallestJournal());
+  EXPECT_TRUE(
+      InChild([this] { return ::chdir(Folder().c_str()) == 0 && TakeLeftJournals(".").size() == 2; }));
+}
+
+TEST_F(JournalKeeping, OneStartTakesSixtyFourAndTheNextOneTheRest) {
+  fs::create_directories(Folder());
+  for (int i = 0; i < 66; ++i)
+    WriteBytes(Folder() + "/a" + std::to_string(i) + "-0.journal", SmallestJournal());
+  const std::vector<LeftJournal> first = TakeLeftJournals(Folder());
+  EXPECT_EQ(first.size(), 64u);
+  EXPECT_EQ(TakeLeftJournals(Folder()).size(), 2u);
+}
+
+TEST_F(JournalKeeping, OneStartReadsAQuarterOfAGigabyteAndNotMuchMore) {
+  fs::create_directories(Folder());
+  for (const char letter : std::string("abcdef")) {
+    const std::string path = Folder() + "/" + letter + "-0.journal";
+    WriteBytes(path, SmallestJournal());
+    fs::resize_file(path, kLargestJournal + 1);
+  }
+  const std::vector<LeftJournal> first = TakeLeftJournals(Folder());
+  EXPECT_EQ(first.size(), 5u) << "four of 64 MiB are a quarter, the fifth is more";
+  EXPECT_EQ(TakeLeftJournals(Folder()).size(), 1u);
+}
+
+TEST_F(JournalKeeping, AJournalOfMoreRecordsThanItsKindHasIsNotTaken) {
+  Journal journal;
+  journal.Head.FileType = 6;
+  journal.Head.RecordSize = 16;
+  journal.Head.Option = std::string(28, '\0');
+  journal.Records = std::string(16 * 10'001, '\0');
+  BSLOption option;
+  std::vector<BSLRecord> records;
+  EXPECT_TRUE(TakeJournal(BSLModule(), journal, option, records));
+  EXPECT_EQ(records.size(), 10'001u);
+  records.clear();
+  journal.Records += std::string(16, '\0');
+  EXPECT_FALSE(TakeJournal(BSLModule(), journal, option, records));
+  EXPECT_TRUE(records.empty());
 }
 
 TEST_F(JournalKeeping, WhatIsNoJournalIsLeftAlone) {

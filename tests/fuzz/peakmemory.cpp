@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#ifdef __SANITIZE_ADDRESS__
+#ifdef SPECTRANE_SANITIZED
 // Of the sanitizer's library; not every compiler brings the header that declares them.
 extern "C" {
 int __sanitizer_install_malloc_and_free_hooks(void (*taken)(const volatile void*, std::size_t),
@@ -37,7 +37,7 @@ void Given(std::size_t size) {
 }  // namespace
 
 void BeginPeakMemory() {
-#ifdef __SANITIZE_ADDRESS__
+#ifdef SPECTRANE_SANITIZED
   static const int installed = __sanitizer_install_malloc_and_free_hooks(
       [](const volatile void* /*block*/, std::size_t size) { Taken(size); },
       [](const volatile void* block) {
@@ -54,7 +54,7 @@ std::size_t EndPeakMemory() {
   return static_cast<std::size_t>(highest);
 }
 
-#ifndef __SANITIZE_ADDRESS__
+#ifndef SPECTRANE_SANITIZED
 namespace {
 
 void* Take(std::size_t size) {
@@ -74,7 +74,7 @@ void Give(void* block) {
 
 }  // namespace spectrane::fuzz
 
-#ifndef __SANITIZE_ADDRESS__
+#ifndef SPECTRANE_SANITIZED
 // Of the whole test program; what is aligned beyond the usual stays with the library.
 void* operator new(std::size_t size) {
   return spectrane::fuzz::Take(size);

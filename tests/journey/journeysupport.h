@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QAbstractItemModel>
 #include <QApplication>
 #include <QDialog>
 #include <QDialogButtonBox>
@@ -7,6 +8,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QScreen>
 #include <QTest>
 #include <QTimer>
@@ -126,6 +128,48 @@ class Journey : public testing_processes::SimulatorProcess {
     frame_->activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(frame_.get()));
     QTest::keyClick(frame_.get(), key, modifiers);
+  }
+  /// Over what stands in a field of a dialog.
+  static void Type(QWidget& dialog, const char* field, const char* text) {
+    auto* const line = dialog.findChild<QLineEdit*>(QLatin1String(field));
+    ASSERT_TRUE(line) << field;
+    line->setFocus();
+    line->selectAll();
+    QTest::keyClicks(line, QLatin1String(text));
+  }
+  /// The New File guide that comes up: the option of that name, and New.
+  void ChooseInGuide(const char* option) {
+    hands_.Expect("FrmNew", [option](QWidget& guide) {
+      auto* const kind = guide.findChild<QRadioButton*>(QLatin1String(option));
+      ASSERT_TRUE(kind);
+      QTest::mouseClick(kind, Qt::LeftButton);
+      QTest::keyClick(&guide, Qt::Key_Return);
+    });
+  }
+  /// The document, which has nothing to save, and then the program.
+  void CloseAndQuit() {
+    Press(Qt::Key_W, Qt::ControlModifier);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return frame_->ActiveForm() == nullptr; }, kPatienceMs));
+    Press(Qt::Key_Q, Qt::ControlModifier);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !frame_->isVisible(); }, kPatienceMs));
+  }
+  /// Another start with a file, as large as the window was before. Nothing is sent to the instrument.
+  void StartAgainWith(const QString& path) {
+    const QSize size = frame_->size();
+    const std::size_t requests = Requests().size();
+    StartProgram(path);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return frame_->ActiveForm() != nullptr; }, kPatienceMs));
+    frame_->resize(size);
+    QTest::qWait(300);
+    EXPECT_EQ(Requests().size(), requests) << "a file needs no instrument";
+  }
+  /// What a table shows, row by row.
+  static QStringList CellsOf(const QAbstractItemModel& table) {
+    QStringList cells;
+    for (int row = 0; row < table.rowCount(); ++row)
+      for (int column = 0; column < table.columnCount(); ++column)
+        cells += table.index(row, column).data().toString();
+    return cells;
   }
   /// Keeps what the screen shows, for people to look at.
   void Photograph(const char* name) {

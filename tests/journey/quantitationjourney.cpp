@@ -1,5 +1,4 @@
 #include <QComboBox>
-#include <QRadioButton>
 #include <QTableView>
 
 #include "app/ground/words.h"
@@ -51,14 +50,7 @@ class QuantitationJourney : public Journey {
   }
   /// What both grids show, row by row.
   QStringList Cells() {
-    QStringList cells;
-    for (const char* name : {"QuaConfigGrid", "RecordGrid"}) {
-      const QAbstractItemModel& model = *Grid(name).model();
-      for (int row = 0; row < model.rowCount(); ++row)
-        for (int column = 0; column < model.columnCount(); ++column)
-          cells += model.index(row, column).data().toString();
-    }
-    return cells;
+    return CellsOf(*Grid("QuaConfigGrid").model()) + CellsOf(*Grid("RecordGrid").model());
   }
   /// The curve without a standard that is stressed.
   QImage Picture() {
@@ -85,12 +77,7 @@ class QuantitationJourney : public Journey {
   void BeginWithANewQuantitation() {
     QDir().mkpath(QString::fromStdString(Path("home")));
     StartSimulator({"--speed", "20"});
-    hands_.Expect("FrmNew", [](QWidget& guide) {
-      auto* const option = guide.findChild<QRadioButton*>(QStringLiteral("QuaOption"));
-      ASSERT_TRUE(option);
-      QTest::mouseClick(option, Qt::LeftButton);
-      QTest::keyClick(&guide, Qt::Key_Return);
-    });
+    ChooseInGuide("QuaOption");
     ExpectOptions();
     StartProgram();
     ASSERT_TRUE(
@@ -140,21 +127,11 @@ TEST_F(QuantitationJourney, ADyeSeriesFromStandardsToUnknownsAndBackFromItsFile)
   ASSERT_EQ(cells.size(), 5 * 5 + 3 * 5);
   const QuaOption option = Document().Option();
   const QImage picture = Picture();
-  const QSize size = frame_->size();
-  Press(Qt::Key_W, Qt::ControlModifier);
-  ASSERT_TRUE(QTest::qWaitFor([this] { return frame_->ActiveForm() == nullptr; }, kPatienceMs));
-  Press(Qt::Key_Q, Qt::ControlModifier);
-  ASSERT_TRUE(QTest::qWaitFor([this] { return !frame_->isVisible(); }, kPatienceMs));
-
-  const std::size_t requests = Requests().size();
-  StartProgram(path);
-  ASSERT_TRUE(QTest::qWaitFor([this] { return frame_->ActiveForm() != nullptr; }, kPatienceMs));
-  frame_->resize(size);
-  QTest::qWait(300);
+  CloseAndQuit();
+  StartAgainWith(path);
   EXPECT_EQ(Cells(), cells);
   EXPECT_EQ(Document().Option(), option);
   EXPECT_FALSE(Window().isWindowModified());
-  EXPECT_EQ(Requests().size(), requests) << "a file needs no instrument";
   const QImage again = Picture();
   ASSERT_EQ(again.size(), picture.size());
   EXPECT_TRUE(again == picture) << "the same picture, dot by dot";

@@ -62,12 +62,6 @@ class SamplesJourney : public Journey {
     ASSERT_TRUE(QTest::qWaitFor([&] { return QFile::exists(path) && hands_.Done(); }, kPatienceMs));
     EXPECT_FALSE(frame_->ActiveForm()->isWindowModified());
   }
-  void Quit() {
-    Press(Qt::Key_W, Qt::ControlModifier);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return frame_->ActiveForm() == nullptr; }, kPatienceMs));
-    Press(Qt::Key_Q, Qt::ControlModifier);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return !frame_->isVisible(); }, kPatienceMs));
-  }
 };
 
 TEST_F(SamplesJourney, DichromateAtFourWavelengths) {
@@ -119,13 +113,13 @@ TEST_F(SamplesJourney, DichromateAtFourWavelengths) {
   Choose(kOutputPicture);
   ASSERT_TRUE(QTest::qWaitFor([this] { return hands_.Done(); }, kPatienceMs));
   const QString shown = Cell(3, 6);
-  Quit();
+  CloseAndQuit();
 
   StartWith(doubled);
   EXPECT_EQ(Rows(), 4);
   EXPECT_EQ(Cell(0, 1), QStringLiteral("dilution 1"));
   EXPECT_EQ(Cell(3, 6), shown);
-  Quit();
+  CloseAndQuit();
 }
 
 TEST_F(SamplesJourney, NucleicAcidInTheOtherMode) {
@@ -160,12 +154,12 @@ TEST_F(SamplesJourney, NucleicAcidInTheOtherMode) {
   EXPECT_NE(text.find("Analysis Mode: Mode 2\nConc.(DNA) = [Abs(260.0nm)-Abs(320.0nm)]×(49.1)-"),
             std::string::npos);
   EXPECT_NE(text.find("\tfresh\n"), std::string::npos);
-  Quit();
+  CloseAndQuit();
   StartWith(other);
   EXPECT_EQ(Rows(), 7);
   EXPECT_EQ(Cell(0, 8), QStringLiteral("fresh"));
   EXPECT_EQ(Child<FrmDNA>().GetWaveLength(1), 230.0);
-  Quit();
+  CloseAndQuit();
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
 #include <QComboBox>
 #include <QElapsedTimer>
-#include <QRadioButton>
 #include <QTableView>
 
 #include "app/ground/frmdatatabel.h"
@@ -21,28 +20,14 @@ class TimeScanJourney : public Journey {
   const TimeScanDocument& Document() { return Window().Document(); }
   PicCurve& Curve() { return *Window().findChild<PicCurve*>(QStringLiteral("PicCurve")); }
   QAbstractItemModel& Table() { return *Window().DataTable()->Grid(0)->model(); }
-  QStringList Cells() {
-    QStringList cells;
-    for (int row = 0; row < Table().rowCount(); ++row)
-      for (int column = 0; column < Table().columnCount(); ++column)
-        cells += Table().index(row, column).data().toString();
-    return cells;
-  }
-  static void Fill(QWidget& options, const char* field, const char* text) {
-    auto* const line = options.findChild<QLineEdit*>(QLatin1String(field));
-    ASSERT_TRUE(line);
-    line->setFocus();
-    line->selectAll();
-    QTest::keyClicks(line, QLatin1String(text));
-  }
   /// 340 nm, five readings a second from 1 s on; the scale is that of the reaction.
   static void FillOptions(QWidget& options) {
-    Fill(options, "WLText", "340");
-    Fill(options, "StartTimeText", "1");
-    Fill(options, "EndTimeText", "13");
+    Type(options, "WLText", "340");
+    Type(options, "StartTimeText", "1");
+    Type(options, "EndTimeText", "13");
     options.findChild<QComboBox*>(QStringLiteral("InternalTimeCombo"))->setCurrentIndex(1);
-    Fill(options, "ScaleTopText", "1.3");
-    Fill(options, "ScaleBottomText", "1.1");
+    Type(options, "ScaleTopText", "1.3");
+    Type(options, "ScaleBottomText", "1.1");
     QTest::mouseClick(options.findChild<QPushButton*>(QStringLiteral("OKCmd")), Qt::LeftButton);
   }
   /// Looks at the test at its moments: how many points it has then.
@@ -65,12 +50,7 @@ class TimeScanJourney : public Journey {
 TEST_F(TimeScanJourney, AnEnzymeReactionIsWatchedSavedAndShownAgain) {
   QDir().mkpath(QString::fromStdString(Path("home")));
   StartSimulator({"--speed", "20"});
-  hands_.Expect("FrmNew", [](QWidget& guide) {
-    auto* const kinetics = guide.findChild<QRadioButton*>(QStringLiteral("TimeScanOption"));
-    ASSERT_TRUE(kinetics);
-    QTest::mouseClick(kinetics, Qt::LeftButton);
-    QTest::keyClick(&guide, Qt::Key_Return);
-  });
+  ChooseInGuide("TimeScanOption");
   hands_.Expect("FrmTSConfig", &FillOptions);
   StartProgram();
   ASSERT_TRUE(
@@ -107,23 +87,13 @@ TEST_F(TimeScanJourney, AnEnzymeReactionIsWatchedSavedAndShownAgain) {
   EXPECT_GT(fall, 0.03);
   EXPECT_LT(fall, 0.09);
   EXPECT_FALSE(Window().isWindowModified());
-  const QStringList cells = Cells();
+  const QStringList cells = CellsOf(Table());
   const QImage picture = Curve().Image();
   Photograph("ts-2-saved");
-  const QSize size = frame_->size();
-  Press(Qt::Key_W, Qt::ControlModifier);
-  ASSERT_TRUE(QTest::qWaitFor([this] { return frame_->ActiveForm() == nullptr; }, kPatienceMs));
-  Press(Qt::Key_Q, Qt::ControlModifier);
-  ASSERT_TRUE(QTest::qWaitFor([this] { return !frame_->isVisible(); }, kPatienceMs));
-
-  const std::size_t requests = Requests().size();
-  StartProgram(path);
-  ASSERT_TRUE(QTest::qWaitFor([this] { return frame_->ActiveForm() != nullptr; }, kPatienceMs));
-  frame_->resize(size);
-  QTest::qWait(300);
-  EXPECT_EQ(Cells(), cells);
+  CloseAndQuit();
+  StartAgainWith(path);
+  EXPECT_EQ(CellsOf(Table()), cells);
   EXPECT_FALSE(Window().isWindowModified());
-  EXPECT_EQ(Requests().size(), requests) << "a file needs no instrument";
   ASSERT_EQ(Curve().Image().size(), picture.size());
   EXPECT_TRUE(Curve().Image() == picture) << "the same picture, dot by dot";
   Photograph("ts-3-reopened");

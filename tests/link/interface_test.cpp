@@ -357,6 +357,21 @@ TEST_F(InterfaceTest, MoreLinesThanAskedAreIgnored) {
   EXPECT_TRUE(I().LastReply().Complete());
 }
 
+// Cut where its data should begin, it would be read as a first energy of 3 and a wavelength of 0.
+TEST_F(InterfaceTest, AnEchoThatGoesOnIsNoWholeReply) {
+  std::int32_t n = 3;
+  Peer.NextText("ge 3", "ge 3ge 3\r\n25000\r\n25001\r\n25002\r\n>");
+  I().GetEnergy(n);
+  EXPECT_FALSE(I().LastReply().Complete());
+  double wavelength = 500;
+  Peer.NextText("getwl", "getwlgetwl\r\n546.0\r\n>");
+  I().GetWavelength(wavelength);
+  EXPECT_FALSE(I().LastReply().Complete());
+  EXPECT_TRUE(I().GetWavelength(wavelength));
+  EXPECT_TRUE(I().LastReply().Complete());
+  EXPECT_EQ(wavelength, 546.0);
+}
+
 // By hand: one pass carries the highest sample to the end, then the sample at place n / 2 is taken.
 TEST(EnergyOfSamples, OnePassAndAPlace) {
   struct Case {

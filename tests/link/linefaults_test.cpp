@@ -15,7 +15,7 @@
 #include "link/ptyline.h"
 #include "link/serialport.h"
 
-#ifdef __SANITIZE_ADDRESS__
+#ifdef SPECTRANE_SANITIZED
 extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
 #endif
 
@@ -124,7 +124,7 @@ TEST(LineFaults, S08_APortThatFailedToOpenOpensTheNextDevice) {
 
 TEST_F(RealLine, S11_EndlessBytesAreCappedAndMemoryStaysFlat) {
   const auto resident = []() -> long {
-#ifdef __SANITIZE_ADDRESS__
+#ifdef SPECTRANE_SANITIZED
     // The sanitizer holds back what was given back.
     return static_cast<long>(__sanitizer_get_current_allocated_bytes());
 #else

@@ -168,6 +168,15 @@ TEST_F(LiveReadingTest, FailedRezeroLeavesTheOldValuesAndShowsNoBox) {
   }
 }
 
+TEST_F(LiveReadingTest, ARezeroThatIsShortOfALineLeavesTheOldValues) {
+  Peer.Next("rezero", {{1, ScriptedPeer::Reply("rezero", {"48000"})}});
+  EXPECT_FALSE(Link.Live.mmuRezeroEnergy());
+  EXPECT_EQ(Link.State.FullEnergy, 50000);
+  EXPECT_EQ(Link.State.GainIndex, 3);
+  EXPECT_EQ(Peer.Commands.back(), "rezero") << "no reading with a gain that is not known";
+  EXPECT_FALSE(Link.State.InstrumentBusy);
+}
+
 TEST_F(LiveReadingTest, ABlankWithoutLightIsSaidInTheStatusBar) {
   Peer.Next("ge 30", {{1, ScriptedPeer::Reply("ge 30", std::vector<std::string>(30, "90"))}});
   EXPECT_TRUE(Link.Live.mmuRezeroEnergy());

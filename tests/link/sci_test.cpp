@@ -134,8 +134,8 @@ TEST_F(SCITest, AfterATimeOutTheLineMustBeQuietForATenthOfASecond) {
   OpenLine();
   Peer.Next("getwl", {});
   EXPECT_FALSE(Exchange("getwl", 1));
-  EXPECT_TRUE(Exchange("getwl", 1));
-  EXPECT_EQ(Took, 201) << "before it, and after the answer, which may be that to the first request";
+  EXPECT_TRUE(Exchange("getwl", 3));
+  EXPECT_EQ(Took, 1101) << "before it, and a second after the answer, which may be that to the first request";
   EXPECT_TRUE(Exchange("getwl", 1));
   EXPECT_EQ(Took, 1) << "only the exchange after the failed one waits";
 }
@@ -272,6 +272,17 @@ TEST_F(SCITest, PauseLetsTheLoopRunUntilTheClockReadsThere) {
   Link.Transport.PauseMs(40);
   EXPECT_EQ(Time.NowMs(), 40);
   EXPECT_GT(Loop.Runs, before);
+  for (const int none : {0, -5}) {
+    Link.Transport.PauseMs(none);
+    EXPECT_EQ(Time.NowMs(), 40);
+  }
+}
+
+TEST_F(SCITest, WithoutAnyTimeNothingIsWaitedFor) {
+  OpenLine();
+  EXPECT_FALSE(Exchange("getwl", 0));
+  EXPECT_EQ(Link.Transport.LastEnd(), ExchangeEnd::TimedOut);
+  EXPECT_EQ(Time.NowMs(), 0);
 }
 
 TEST_F(SCITest, OpenAndCloseTellWhatTheyDid) {

@@ -2,6 +2,7 @@
 
 #include <QAbstractItemView>
 #include <QApplication>
+#include <QDir>
 #include <QFile>
 #include <QLineEdit>
 #include <QPointer>
@@ -15,12 +16,18 @@ namespace spectrane::testing_reentrancy {
 namespace {
 
 constexpr const char* kTyped = "8642";
+constexpr double kTypedNumber = 8642;
+constexpr const char* kOther = "other";
 constexpr const char* kEditedFiles[] = {"photometry.bas", "dye.qua", "multi.mul", "nucleic.dna"};
+
+enum class Into { NoFile, OwnFile, OtherFile };
 
 struct Disturbance {
   const char* Name;
   /// The window is still there afterwards.
   bool Stays;
+  /// Where it puts what is typed.
+  Into Writes;
   std::function<void(YieldYard&)> Do;
 };
 
@@ -29,31 +36,31 @@ const std::vector<Disturbance>& Disturbances() {
     return [number](YieldYard& yard) { yard.Main().RunCommand(number); };
   };
   static const std::vector<Disturbance> all = {
-      {"Save", true, command(kSave)},
-      {"Save as", true, command(kSaveAs)},
-      {"text export", true, command(kOutputText)},
-      {"workbook export", true, command(kOutputWorkbook)},
-      {"Print", true, command(kPrint)},
-      {"delete record, No", true, command(kDeleteRecord)},
-      {"options", true, command(kTestOption)},
-      {"Start", true, command(kStartTest)},
-      {"Set Blank", true, command(kSetBlank)},
-      {"new figures", true, [](YieldYard& yard) { yard.Main().FormatsChanged(); }},
-      {"tabs", true, command(kTabWorkspace)},
-      {"hand-over", true,
+      {"Save", true, Into::OwnFile, command(kSave)},
+      {"Save as", true, Into::OtherFile, command(kSaveAs)},
+      {"text export", true, Into::OtherFile, command(kOutputText)},
+      {"workbook export", true, Into::OtherFile, command(kOutputWorkbook)},
+      {"Print", true, Into::NoFile, command(kPrint)},
+      {"delete record, No", true, Into::NoFile, command(kDeleteRecord)},
+      {"options", true, Into::NoFile, command(kTestOption)},
+      {"Start", true, Into::NoFile, command(kStartTest)},
+      {"Set Blank", true, Into::NoFile, command(kSetBlank)},
+      {"new figures", true, Into::NoFile, [](YieldYard& yard) { yard.Main().FormatsChanged(); }},
+      {"tabs", true, Into::NoFile, command(kTabWorkspace)},
+      {"hand-over", true, Into::NoFile,
        [](YieldYard& yard) {
          yard.HandOver();
          yard.Settle();
        }},
-      {"close, Cancel", true, [](YieldYard& yard) { yard.Main().mmuFileCloseOne(); }},
-      {"Close All, Cancel", true, command(kCloseAll)},
-      {"Exit, No", true, [](YieldYard& yard) { yard.Main().close(); }},
-      {"close, saved", false,
+      {"close, Cancel", true, Into::NoFile, [](YieldYard& yard) { yard.Main().mmuFileCloseOne(); }},
+      {"Close All, Cancel", true, Into::NoFile, command(kCloseAll)},
+      {"Exit, No", true, Into::NoFile, [](YieldYard& yard) { yard.Main().close(); }},
+      {"close, saved", false, Into::OwnFile,
        [](YieldYard& yard) {
          yard.Person.Says = {{Words(1210), Answer::Yes}};
          yard.Main().mmuFileCloseOne();
        }},
-      {"delete record, Yes", false,
+      {"delete record, Yes", false, Into::NoFile,
        [](YieldYard& yard) {
          const QString words = Words(1216) + QStringLiteral("<1>") + Words(1217);
          yard.Person.Says = {{words, Answer::Yes}};
@@ -83,15 +90,34 @@ class OpenCells : public YieldYard {
     QTest::keyClicks(editor_.data(), QLatin1String(kTyped));
     return true;
   }
+  QStringList Others() {
+    return QDir(PathOf("")).entryList({QLatin1String(kOther) + QStringLiteral(".*")}, QDir::Files);
+  }
+  void RemoveOthers() {
+    for (const QString& name : Others()) QFile::remove(QDir(PathOf("")).filePath(name));
+  }
+  /// The file has what is typed, as text or as a number.
+  void ExpectTypedIn(const Disturbance& disturbance, const QString& own) {
+    QString path = own;
+    if (disturbance.Writes == Into::OtherFile) {
+      ASSERT_EQ(Others().size(), 1);
+      path = QDir(PathOf("")).filePath(Others().first());
+    }
+    const std::string bytes = ReadBytes(path.toStdString());
+    const std::string number(reinterpret_cast<const char*>(&kTypedNumber), sizeof(kTypedNumber));
+    EXPECT_TRUE(bytes.find(kTyped) != std::string::npos || bytes.find(number) != std::string::npos)
+        << path.toStdString() << " without it";
+  }
   void Disturb(const char* file, const Disturbance& disturbance, int column, int& cells) {
     CloseWindows();
     const QString path = PathOf(file);
     QFile::remove(path);
+    RemoveOthers();
     ASSERT_TRUE(QFile::copy(QStringLiteral(SPECTRANE_SOURCE "/examples/") + QLatin1String(file), path));
     ASSERT_TRUE(Main().OpenDataFile(path));
     const QPointer<DocumentWindow> window(Main().ActiveForm());
     Person.Says.clear();
-    Person.SavePath = PathOf("other");
+    Person.SavePath = PathOf(kOther);
     for (auto* grid : window->findChildren<QAbstractItemView*>()) {
       if (!grid->isVisible() || column >= grid->model()->columnCount()) continue;
       const QPersistentModelIndex cell(grid->model()->index(0, column));
@@ -101,9 +127,10 @@ class OpenCells : public YieldYard {
       disturbance.Do(*this);
       Settle();
       Guard.stop();
+      if (disturbance.Writes != Into::NoFile) ExpectTypedIn(disturbance, path);
       // An editor may stay where it is, and what is typed in it counts all the same.
       if (window) window->CommitEditors();
-      EXPECT_TRUE(window || !disturbance.Stays);
+      EXPECT_EQ(!window.isNull(), disturbance.Stays || disturbance.Writes == Into::NoFile);
       if (!window || !disturbance.Stays) return;
       EXPECT_TRUE(cell.data().toString().contains(QLatin1String(kTyped)))
           << cell.data().toString().toStdString();

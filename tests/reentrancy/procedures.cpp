@@ -43,7 +43,7 @@ Procedure Tool(const char* name, int command, const char* button) {
             yard.SetSampler(false);
             yard.Connect();
           },
-          [command, button](YieldYard& yard) { UseTool(yard, command, button); }};
+          [command, button](YieldYard& yard) { UseTool(yard, command, button); }, false};
 }
 
 /// Takes the blank of a new window, and begins what `command` does in it.
@@ -55,7 +55,7 @@ Procedure Measurement(const char* name, int newFileType, bool sampler, int comma
             yard.Open(newFileType);
             yard.Choose(kSetBlank);
           },
-          [command](YieldYard& yard) { yard.Choose(command); }};
+          [command](YieldYard& yard) { yard.Choose(command); }, newFileType == kKineticsFile};
 }
 
 void Alone(YieldYard& yard) {
@@ -79,7 +79,8 @@ Procedure Standard(const char* name, bool sampler) {
             auto* const window = qobject_cast<FrmQua*>(yard.Main().ActiveForm());
             if (sampler) yard.AcceptDialog("FrmSelectSampler");
             window->MeasureStandard(0);
-          }};
+          },
+          true};
 }
 
 std::vector<Procedure> MakeProcedures() {

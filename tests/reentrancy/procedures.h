@@ -14,6 +14,8 @@ struct Procedure {
   const char* Name;
   std::function<void(YieldYard&)> Prepare;
   std::function<void(YieldYard&)> Run;
+  /// It begins its document anew each time; others add to what is there.
+  bool OwnsRecords = false;
 };
 const std::vector<Procedure>& Procedures();
 

@@ -1,55 +1,49 @@
 #pragma once
 
-#include "modes/timescan/timescansettings.h"
+#include <QPointer>
+
 #include "reentrancy/procedures.h"
+#include "reentrancy/shownrecords.h"
 
 namespace spectrane::testing_reentrancy {
 
-/// A procedure to whom nothing happens.
-struct Undisturbed {
-  int Yields = 0;
-  std::vector<std::string> Requests;
+/// The readings of the blank [counts].
+struct Blank {
+  std::int32_t FullEnergy = 0;
+  std::int32_t DarkEnergy = 0;
+  bool operator==(const Blank&) const = default;
 };
 
-/// A program whose runs are short.
+/// A procedure to whom nothing happens, and what comes of it.
+struct Undisturbed {
+  int Yields = 0;
+  /// Those of them in which a box is open.
+  std::set<int> BoxYields;
+  std::vector<std::string> Requests;
+  /// The records that it adds, and the options of its document where it changes them.
+  std::string Records;
+  std::optional<std::string> NewOption;
+  /// Nothing where the procedure leaves the blank alone.
+  std::optional<Blank> NewBlank;
+};
+
+/// A program whose runs are short, and no two of whose readings in a run are alike.
 class QuickRuns : public YieldYard {
  protected:
-  QuickRuns() {
-    constexpr const char* kQua = "Quantitative Measurement";
-    Settings.PutSetting(kQua, "Curve Item", "2");
-    Settings.PutSetting(kQua, "Curve K1", "10");
-    Settings.PutSetting(kQua, "Fitting Line", "1");
-    Settings.PutSetting(kQua, "Sample Number", "2");
-    Settings.PutSetting(kTimeScanSection, "Interval Second", "2");
-    Settings.PutSetting(kTimeScanSection, "End Second", "1");
-    Start();
-  }
+  QuickRuns();
 
   /// An instrument as it is after its power-up, and what has to stand before the procedure.
-  void Prepare(const Procedure& procedure) {
-    Loop.Disarm();
-    Person.Says.clear();
-    Person.SavePath.clear();
-    if (!Main().isVisible()) Start();
-    Instrument.Model().Tungsten = {};
-    Instrument.Model().Deuterium = {};
-    Instrument.Model().SetLampSwitch(InstrumentModel::PowerUpLampSwitch);
-    procedure.Prepare(*this);
-    Settle();
-    Requests.clear();
-    Person.Asked.clear();
-    Intruders.clear();
-  }
+  void Prepare(const Procedure& procedure);
+  Undisturbed Alone(const Procedure& procedure);
+  /// The procedure once more, to which nothing happens: as it was the first time.
+  void ExpectWhole(const Procedure& procedure, const Undisturbed& alone);
 
-  Undisturbed Alone(const Procedure& procedure) {
-    Prepare(procedure);
-    Loop.Arm(0, {});
-    procedure.Run(*this);
-    const Undisturbed seen{Loop.Yields, Requests};
-    Settle();
-    ExpectIdle();
-    return seen;
-  }
+  Blank BlankNow() { return {State().FullEnergy, State().DarkEnergy}; }
+
+  /// The window that the procedure is about, and its document before.
+  QPointer<DocumentWindow> Measured;
+  ShownRecords Before;
+  Blank BlankBefore;
 };
 
 }  // namespace spectrane::testing_reentrancy

@@ -67,24 +67,25 @@ constexpr const char* kSamples[] = {"blank", "dye-1", "dye-2", "dye-3", "holmium
 
 }  // namespace
 
-bool RandomPerson::Ask() {
-  ++Asked;
-  QWidget* const above = QApplication::activeModalWidget();
-  QDialog box(above ? above : QApplication::activeWindow());
-  box.setObjectName(QString::fromLatin1(kMessageBoxName));
-  box.setModal(true);
-  box.show();
-  loop_.YieldInBox();
-  return box.isVisible();
+const QStringList& DataFilePatterns() {
+  static const QStringList patterns{QStringLiteral("*.bas"), QStringLiteral("*.qua"),
+                                    QStringLiteral("*.tis"), QStringLiteral("*.wls"),
+                                    QStringLiteral("*.mul"), QStringLiteral("*.dna")};
+  return patterns;
 }
 
-Answer RandomPerson::AskYesNo(const QString&) {
+bool RandomPerson::Ask() {
+  ++Asked;
+  return ShowBox(loop_);
+}
+
+Answer RandomPerson::AskYesNo(const QString&, int) {
   const bool open = Ask();
   if (Always) return *Always;
   return open && Chance(60) ? Answer::Yes : Answer::No;
 }
 
-Answer RandomPerson::AskYesNoCancel(const QString&) {
+Answer RandomPerson::AskYesNoCancel(const QString&, int) {
   const bool open = Ask();
   if (Always) return *Always;
   if (!open) return Answer::Cancel;
@@ -107,7 +108,7 @@ QString RandomPerson::SaveFileName(const QString& filter, const QString&) {
   if (Chance(5)) return QDir(folder_).filePath(QStringLiteral("nowhere/x.bas"));
   if (Chance(5)) return AnyFile({QStringLiteral("*")});
   const QRegularExpressionMatch ending = QRegularExpression(QStringLiteral("\\*(\\.[a-z]+)")).match(filter);
-  return QDir(folder_).filePath(QStringLiteral("saved%1%2").arg(Number(4)).arg(ending.captured(1)));
+  return QDir(folder_).filePath(QLatin1String(kSavedName) + QString::number(Number(4)) + ending.captured(1));
 }
 
 QColor RandomPerson::AskColour(const QColor&, const QString&) {
@@ -142,8 +143,9 @@ const std::vector<RandomHand::Deed>& RandomHand::Deeds() {
       {2, [](RandomHand& hand) { hand.Resize(); }},
       {3, [](RandomHand& hand) { hand.Line(); }},
       {6, [](RandomHand& hand) { hand.Timer(); }},
-      {2, [](RandomHand& hand) { hand.Outside(); }},
+      {8, [](RandomHand& hand) { hand.Outside(); }},
       {4, [](RandomHand& hand) { hand.Select(); }},
+      {10, [](RandomHand& hand) { hand.Save(); }},
   };
   return deeds;
 }
@@ -253,6 +255,18 @@ void RandomHand::Command() {
   action->isEnabled() ? action->trigger() : yard_.Main().RunCommand(row.Number);
 }
 
+void RandomHand::Save() {
+  auto* const area = yard_.Main().findChild<Workspace*>();
+  QList<DocumentWindow*> withWork;
+  for (DocumentWindow* document : area->Documents()) {
+    if (document->IsWorkUnsaved() || !document->OpenFileName().isEmpty()) withWork.append(document);
+  }
+  if (withWork.isEmpty()) return;
+  Note(QStringLiteral("save"));
+  area->Activate(withWork[person_.Number(static_cast<int>(withWork.size()))]);
+  yard_.Main().RunCommand(person_.Chance(50) ? kSave : kSaveAs);
+}
+
 void RandomHand::Key(QWindow* window) {
   if (!window) return;
   const Qt::Key key = kKeys[person_.Number(std::size(kKeys))];
@@ -349,7 +363,8 @@ void RandomHand::Timer() {
 
 void RandomHand::Outside() {
   Note(QStringLiteral("hand-over"));
-  yard_.Main().OpenLater(person_.OpenFileName({}, {}));
+  yard_.Main().OpenLater(person_.Chance(30) ? person_.OpenFileName({}, {})
+                                            : person_.AnyFile(DataFilePatterns()));
 }
 
 void RandomHand::Select() {

@@ -6,6 +6,12 @@
 
 namespace spectrane::testing_reentrancy {
 
+/// What the names of the files begin with that such a person saves.
+inline constexpr const char* kSavedName = "saved";
+
+/// Of the files that have a window.
+const QStringList& DataFilePatterns();
+
 /// A person who answers at random; the same seed gives the same answers.
 class RandomPerson : public Questions {
  public:
@@ -13,12 +19,15 @@ class RandomPerson : public Questions {
   RandomPerson(WatchedLoop& loop, QString folder) : loop_(loop), folder_(std::move(folder)) {}
 
   void Show(int, const std::string&) override { Ask(); }
-  void ShowWords(const QString&, const QString&) override { Ask(); }
-  Answer AskYesNo(const QString& words) override;
-  Answer AskYesNoCancel(const QString& words) override;
+  void ShowWords(const QString&, const QString&, int) override { Ask(); }
+  Answer AskYesNo(const QString& words, int) override;
+  Answer AskYesNoCancel(const QString& words, int) override;
   QString OpenFileName(const QString& filter, const QString& path) override;
   QString SaveFileName(const QString& filter, const QString& path) override;
   QColor AskColour(const QColor& now, const QString& title) override;
+
+  /// One of the folder; empty when there is none.
+  QString AnyFile(const QStringList& patterns);
 
   int Number(int below) { return std::uniform_int_distribution<int>(0, below - 1)(Random); }
   bool Chance(int ofHundred) { return Number(100) < ofHundred; }
@@ -30,8 +39,6 @@ class RandomPerson : public Questions {
 
  private:
   bool Ask();
-  QString AnyFile(const QStringList& patterns);
-
   WatchedLoop& loop_;
   QString folder_;
 };
@@ -59,6 +66,7 @@ class RandomHand {
   void ActInDialog();
   void UseDialog(QDialog& dialog);
   void Command();
+  void Save();
   void Key(QWindow* window);
   void Click();
   void EditCell();

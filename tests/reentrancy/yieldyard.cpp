@@ -25,6 +25,7 @@ InstrumentOptions Exact() {
 
 void WatchedLoop::Yield(bool inBox) {
   const int yield = ++Yields;
+  if (inBox) BoxYields.insert(yield);
   Deepest = std::max(Deepest, ++depth_);
   QCoreApplication::processEvents();
   if (Look) Look();
@@ -36,17 +37,20 @@ void WatchedLoop::Yield(bool inBox) {
   --depth_;
 }
 
-bool PatientPerson::Ask(const QString& words) {
-  Asked.append(words);
-  if (Throws) throw std::runtime_error("in a question");
+bool ShowBox(WatchedLoop& loop) {
   QWidget* const above = QApplication::activeModalWidget();
   QDialog box(above ? above : QApplication::activeWindow());
   box.setObjectName(QString::fromLatin1(kMessageBoxName));
   box.setModal(true);
   box.show();
-  loop_.YieldInBox();
-  // Somebody else may have closed it.
+  loop.YieldInBox();
   return box.isVisible();
+}
+
+bool PatientPerson::Ask(const QString& words) {
+  Asked.append(words);
+  if (Throws) throw std::runtime_error("in a question");
+  return ShowBox(loop_);
 }
 
 YieldYard::YieldYard() : Instrument(Exact()) {
@@ -57,7 +61,19 @@ YieldYard::YieldYard() : Instrument(Exact()) {
 }
 
 void YieldYard::KeepRequests() {
-  Instrument.OnExchange = [this](const ExchangeRecord& record) { Requests.push_back(record.Request); };
+  Instrument.OnExchange = [this](const ExchangeRecord& record) {
+    Requests.push_back(record.Request);
+    if (LampsDrift) Drift(static_cast<std::int64_t>(Requests.size()));
+  };
+}
+
+void YieldYard::Drift(std::int64_t requests) {
+  constexpr std::int64_t kStepMs = 37'000;
+  constexpr std::int64_t kRoundMs = 101'000;
+  for (Lamp* lamp : {&Instrument.Model().Tungsten, &Instrument.Model().Deuterium}) {
+    lamp->Warming = true;
+    lamp->LitAtMs = Time.NowMs() - requests * kStepMs % kRoundMs;
+  }
 }
 
 YieldYard::~YieldYard() {
@@ -149,13 +165,22 @@ void YieldYard::AcceptDialog(const char* name) {
 }
 
 void YieldYard::PullCable() {
-  if (main_->Link().Transport.IsPortOpen()) Ports.Current->HangUp();
+  WasNothing = !main_->Link().Transport.IsPortOpen();
+  if (WasNothing) return;
+  Ports.Current->HangUp();
+  EXPECT_FALSE(main_->Link().Transport.IsPortOpen()) << "a cable that is out";
 }
 
 void YieldYard::Fire(QTimer& timer) {
-  if (!timer.isActive()) return;
+  WasNothing = !timer.isActive();
+  if (WasNothing) return;
+  int ticks = 0;
+  const auto count = QObject::connect(&timer, &QTimer::timeout, &Guard, [&ticks] { ++ticks; });
   QTimerEvent tick(timer.timerId());
   QCoreApplication::sendEvent(&timer, &tick);
+  QObject::disconnect(count);
+  // One that comes inside another one is seen by both.
+  EXPECT_GT(ticks, 0);
 }
 
 qsizetype YieldYard::WindowCount() const {

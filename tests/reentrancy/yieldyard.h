@@ -4,6 +4,7 @@
 
 #include <map>
 #include <memory>
+#include <set>
 
 #include "app/frmmain.h"
 #include "app/ground/commands.h"
@@ -34,6 +35,7 @@ class WatchedLoop : public MessageLoop {
   /// From now on yields are counted from 1; `act` is told whether it happens in a box.
   void Arm(int yield, std::function<void(bool inBox)> act) {
     Yields = 0;
+    BoxYields.clear();
     Deepest = 0;
     actAt_ = yield;
     act_ = std::move(act);
@@ -41,6 +43,8 @@ class WatchedLoop : public MessageLoop {
   void Disarm() { act_ = {}; }
 
   int Yields = 0;
+  /// Those of them in which a box was open.
+  std::set<int> BoxYields;
   /// Most yields that were under way at a time.
   int Deepest = 0;
   /// Looks at the program at every yield.
@@ -54,6 +58,9 @@ class WatchedLoop : public MessageLoop {
   int actAt_ = 0;
   std::function<void(bool)> act_;
 };
+
+/// A box on the screen while the program goes on behind it. False: somebody else has closed it.
+bool ShowBox(WatchedLoop& loop);
 
 /// Fails the test when an exchange begins inside another one.
 class StrictTurn : public Exclusion {
@@ -83,9 +90,9 @@ class PatientPerson : public Questions {
   explicit PatientPerson(WatchedLoop& loop) : loop_(loop) {}
 
   void Show(int textId, const std::string&) override { Ask(QString::number(textId)); }
-  void ShowWords(const QString& words, const QString&) override { Ask(words); }
-  Answer AskYesNo(const QString& words) override { return AnswerTo(words, Answer::No); }
-  Answer AskYesNoCancel(const QString& words) override { return AnswerTo(words, Answer::Cancel); }
+  void ShowWords(const QString& words, const QString&, int) override { Ask(words); }
+  Answer AskYesNo(const QString& words, int) override { return AnswerTo(words, Answer::No); }
+  Answer AskYesNoCancel(const QString& words, int) override { return AnswerTo(words, Answer::Cancel); }
   QString OpenFileName(const QString& filter, const QString&) override {
     return Ask(filter) ? OpenPath : QString();
   }
@@ -142,6 +149,7 @@ class YieldYard : public ::testing::Test {
   void HandOver();
   /// Accepts the dialog of that name once it is open.
   void AcceptDialog(const char* name);
+  /// While the lamps drift, no two of a hundred requests find the same light.
   void KeepRequests();
   /// One tick of a timer of the main window, when it runs.
   void Fire(QTimer& timer);
@@ -168,6 +176,9 @@ class YieldYard : public ::testing::Test {
   Questions* Asks = &Person;
   /// Requests that came to the instrument, kept from KeepRequests() on.
   std::vector<std::string> Requests;
+  bool LampsDrift = false;
+  /// What was to happen could not: the cable is out, or the timer stands.
+  bool WasNothing = false;
   /// Modal dialogs that came up unasked and were closed.
   QStringList Intruders;
   /// Sends modal dialogs away while it is on.
@@ -175,6 +186,8 @@ class YieldYard : public ::testing::Test {
 
  private:
   void SendIntrudersAway();
+  /// The light behind the next request.
+  void Drift(std::int64_t requests);
 
   std::unique_ptr<FrmMain> main_;
   int files_ = 0;

@@ -40,17 +40,17 @@ class CompartmentTest : public testing::Test {
 TEST_F(CompartmentTest, ShowsWhatTheOperatorPutsIntoTheBeam) {
   EXPECT_EQ(See().Beam->Name, "blank");
   EXPECT_EQ(AbsorbanceWords(See()), "0.000 Abs");
-  EXPECT_EQ(view_.Do("beam dye-3"), "");
+  EXPECT_EQ(view_.Perform("beam dye-3"), "");
   EXPECT_EQ(See().Beam->Name, "dye-3");
   EXPECT_EQ(AbsorbanceWords(See()), "0.400 Abs");
-  EXPECT_EQ(view_.Do("beam closed"), "");
+  EXPECT_EQ(view_.Perform("beam closed"), "");
   EXPECT_EQ(AbsorbanceWords(See()), "no light");
 }
 
 TEST_F(CompartmentTest, ShowsTheSamplerAndItsCells) {
   EXPECT_FALSE(See().SamplerFitted);
-  view_.Do("sampler on");
-  view_.Do("cell 5 holmium");
+  view_.Perform("sampler on");
+  view_.Perform("cell 5 holmium");
   Ask("setsampler 5");
   const CompartmentState state = See();
   EXPECT_TRUE(state.SamplerFitted);
@@ -82,12 +82,12 @@ TEST_F(CompartmentTest, TellsLampsThatWarmUpBurnOutAndGoDark) {
   EXPECT_EQ(See().Tungsten, LampShow::Lit);
   clock_.Advance(600'000);
   EXPECT_EQ(See().Deuterium, LampShow::Lit);
-  view_.Do("lamp tungsten dead");
+  view_.Perform("lamp tungsten dead");
   EXPECT_EQ(See().Tungsten, LampShow::Dead);
   EXPECT_TRUE(See().TungstenDead);
   Ask("wuoff");
   EXPECT_EQ(See().Tungsten, LampShow::Dead);
-  view_.Do("lamp tungsten good");
+  view_.Perform("lamp tungsten good");
   EXPECT_EQ(See().Tungsten, LampShow::Off);
 }
 
@@ -107,7 +107,7 @@ TEST_F(CompartmentTest, KnowsOfTheProgramWhatTheLineTells) {
 }
 
 TEST_F(CompartmentTest, ARefusedConnectionIsNone) {
-  view_.Do("busy on");
+  view_.Perform("busy on");
   Ask("connect");
   EXPECT_EQ(See().Program, FarEnd::Asking);
   EXPECT_TRUE(See().Busy);
@@ -121,7 +121,7 @@ TEST_F(CompartmentTest, TellsTheLastRequestItsAgeAndItsFault) {
   EXPECT_EQ(RequestWords(See()), "Request 1: getwl, 5 s ago");
   clock_.Advance(180'000);
   EXPECT_EQ(RequestWords(See()), "Request 1: getwl, 3 min ago");
-  view_.Do("fault no-reply");
+  view_.Perform("fault no-reply");
   EXPECT_EQ(See().PendingFaults, 1U);
   Ask("getd2");
   EXPECT_EQ(See().PendingFaults, 0U);
@@ -137,13 +137,13 @@ TEST_F(CompartmentTest, AnUnpluggedCableIsSaidFirst) {
 }
 
 TEST_F(CompartmentTest, GivesTheReasonOfACommandThatFailed) {
-  EXPECT_EQ(view_.Do("beam nothing"), "unknown sample: nothing");
-  EXPECT_EQ(view_.Do("plug"), "there is no cable here");
+  EXPECT_EQ(view_.Perform("beam nothing"), "unknown sample: nothing");
+  EXPECT_EQ(view_.Perform("plug"), "there is no cable here");
 }
 
 TEST_F(CompartmentTest, NoticesEveryChange) {
   const int before = Changes;
-  view_.Do("jam on");
+  view_.Perform("jam on");
   Ask("getwl");
   view_.NoteBroken();
   EXPECT_EQ(Changes, before + 3);
@@ -152,7 +152,7 @@ TEST_F(CompartmentTest, NoticesEveryChange) {
 TEST_F(CompartmentTest, AStateIsEqualUntilSomethingHappens) {
   const CompartmentState before = See();
   EXPECT_EQ(See(), before);
-  view_.Do("noise on");
+  view_.Perform("noise on");
   EXPECT_NE(See(), before);
 }
 

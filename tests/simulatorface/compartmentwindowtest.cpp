@@ -9,6 +9,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QScreen>
 #include <QTabWidget>
 #include <QTest>
 #include <QWheelEvent>
@@ -108,6 +109,14 @@ TEST_F(FaceTest, IsTheSampleCompartmentAndSmall) {
   EXPECT_EQ(Window->windowTitle(), QStringLiteral("sample compartment"));
   EXPECT_LE(Window->minimumSizeHint().width(), 420);
   EXPECT_LE(Window->minimumSizeHint().height(), 520);
+}
+
+TEST_F(FaceTest, BeginsAtTheLowerRightAndLeavesTheMiddleToDialogs) {
+  const QRect screen = Window->screen()->availableGeometry();
+  EXPECT_TRUE(screen.contains(Window->frameGeometry()));
+  constexpr int kAir = 60;
+  EXPECT_GE(Window->frameGeometry().right(), screen.right() - kAir);
+  EXPECT_GE(Window->frameGeometry().bottom(), screen.bottom() - kAir);
 }
 
 TEST_F(FaceTest, ASampleChosenStandsInTheBeam) {
@@ -269,7 +278,7 @@ TEST_F(FaceTest, CopiesThePortsName) {
 TEST_F(FaceTest, AnOpenListIsLeftAlone) {
   auto& beam = Get<SampleChoice>("beam");
   beam.showPopup();
-  view_.Do("beam holmium");
+  view_.Perform("beam holmium");
   Window->Refresh();
   EXPECT_EQ(beam.currentText(), QStringLiteral("Solvent (blank)"));
   beam.hidePopup();
@@ -288,7 +297,7 @@ TEST_F(FaceTest, AWheelThatPassesByChangesNothing) {
 }
 
 TEST_F(FaceTest, FollowsThePromptByItself) {
-  view_.Do("beam dye-1");
+  view_.Perform("beam dye-1");
   EXPECT_TRUE(QTest::qWaitFor([&] { return TextOf("absorbance") == "0.100 Abs"; }, 2000));
   // A change that nobody tells of.
   line_.Model().Jammed = true;
@@ -297,7 +306,7 @@ TEST_F(FaceTest, FollowsThePromptByItself) {
 
 TEST_F(FaceTest, DoesNotLookWhileItIsHidden) {
   Window->hide();
-  view_.Do("jam on");
+  view_.Perform("jam on");
   EXPECT_FALSE(QTest::qWaitFor([&] { return Get<QAbstractButton>("jammed").isChecked(); }, 700));
   Window->show();
   EXPECT_TRUE(Get<QAbstractButton>("jammed").isChecked());
@@ -306,7 +315,7 @@ TEST_F(FaceTest, DoesNotLookWhileItIsHidden) {
 TEST_F(FaceTest, TakesNoNoticeAfterItsEnd) {
   Window.reset();
   EXPECT_FALSE(view_.OnChange);
-  EXPECT_EQ(view_.Do("jam on"), "");
+  EXPECT_EQ(view_.Perform("jam on"), "");
 }
 
 bool IsControl(const QWidget& widget) {
@@ -396,11 +405,11 @@ TEST_F(FaceTest, TheBeamIsDrawnInItsColourAndGoesOut) {
     return pixels;
   };
   EXPECT_GT(green(), 50);
-  view_.Do("beam closed");
+  view_.Perform("beam closed");
   Window->Refresh();
   EXPECT_EQ(green(), 0);
-  view_.Do("beam blank");
-  view_.Do("lamp tungsten dead");
+  view_.Perform("beam blank");
+  view_.Perform("lamp tungsten dead");
   Window->Refresh();
   EXPECT_EQ(green(), 0);
 }

@@ -165,6 +165,18 @@ INSTANTIATE_TEST_SUITE_P(
         PeakRow{"BothOff", {1, 2, 1, 2, 1}, {0.001, false, false}, {}, {}}),
     NameOfRow<PeakRow>);
 
+TEST(FindPeak, OfAFallingAbscissaTheListBeginsAtItsLowerEnd) {
+  const std::vector<double> abs = {0, 1, 0, 2, 0, 3, 0};
+  const std::vector<double> rising = {1, 2, 3, 4, 5, 6, 7};
+  const std::vector<double> falling(rising.rbegin(), rising.rend());
+  const FoundPeaks up = FindPeak(rising, abs, kQuarter);
+  const FoundPeaks down = FindPeak(falling, abs, kQuarter);
+  EXPECT_EQ(up.PeakIndex, (Indices{1, 3, 5}));
+  EXPECT_EQ(down.PeakIndex, (Indices{5, 3, 1}));
+  ASSERT_GE(up.ValleyIndex.size(), 2u);
+  EXPECT_EQ(down.ValleyIndex, Indices(up.ValleyIndex.rbegin(), up.ValleyIndex.rend()));
+}
+
 TEST(FindPeak, AFullSpectrumHasItsLastCellBehindItToo) {
   // Falls slowly to 0.5 at the last point: only the cell behind lies more than the peak value below the peak.
   std::vector<double> abs(10001, 0.5);

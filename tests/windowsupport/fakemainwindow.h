@@ -5,12 +5,12 @@
 
 #include <functional>
 #include <memory>
-#include <set>
 #include <vector>
 
 #include "app/ground/documentwindow.h"
 #include "app/ground/layoutstore.h"
 #include "app/ground/reportprinter.h"
+#include "app/ground/words.h"
 #include "link/linkfixture.h"
 #include "windowsupport/scriptedquestions.h"
 
@@ -34,11 +34,11 @@ class FakeMainWindow : public MainWindow {
   LayoutStore& Layout() override { return layout_; }
   ReportPrinter& Printer() override { return printer_; }
   DocumentWindow* ActiveForm() const override { return Active; }
-  bool CanCreate(int newFileType) const override { return Creatable.contains(newFileType); }
   void NewFile(int newFileType) override {
     Created.push_back(newFileType);
     if (OnNewFile) OnNewFile();
   }
+  QString NextCaption(int captionTextId) override { return Caption(captionTextId); }
   bool ShowsFile(const QString& path, const DocumentWindow*) const override { return path == Shown; }
   void ShowChild(DocumentWindow* window) override {
     Children.emplace_back(window);
@@ -66,7 +66,6 @@ class FakeMainWindow : public MainWindow {
   void RunEnds() override { --RunDepth; }
 
   QPointer<DocumentWindow> Active;
-  std::set<int> Creatable;
   std::vector<int> Created;
   std::function<void()> OnNewFile;
   std::function<void()> OnMenuStyle;

@@ -2,17 +2,30 @@
 
 #include <gtest/gtest.h>
 
+#include <QFile>
+
 #include <deque>
 #include <functional>
 #include <string>
 #include <utility>
 
 #include "app/ground/questions.h"
+#include "app/ground/words.h"
 
 namespace spectrane::testing_windows {
 
+/// The page of the handbook where F1 in a box looks for its text.
+inline const QString& HandbookOfMessages() {
+  static const QString page = [] {
+    QFile file(QStringLiteral(SPECTRANE_SOURCE "/docs/handbook/messages.html"));
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+    return QString::fromUtf8(file.readAll());
+  }();
+  return page;
+}
+
 /// A person who answers what the test expects to be asked, in that order. A question that was not expected
-/// and an answer that was not needed fail the test.
+/// and an answer that was not needed fail the test; so does a box whose text the handbook does not explain.
 class ScriptedQuestions : public Questions {
  public:
   using Questions::ShowWords;
@@ -54,16 +67,20 @@ class ScriptedQuestions : public Questions {
 
   void Show(int textId, const std::string& details) override {
     Details = QString::fromStdString(details);
+    ExpectHelp(textId, Words(textId));
     Take(QStringLiteral("message %1").arg(textId));
   }
-  void ShowWords(const QString& words, const QString& details) override {
+  void ShowWords(const QString& words, const QString& details, int textId) override {
     Details = details;
+    ExpectHelp(textId, words);
     Take(QStringLiteral("words: ") + words);
   }
-  Answer AskYesNo(const QString& words) override {
+  Answer AskYesNo(const QString& words, int textId) override {
+    ExpectHelp(textId, words);
     return Take(QStringLiteral("yes or no: ") + words, Answer::No).Reply;
   }
-  Answer AskYesNoCancel(const QString& words) override {
+  Answer AskYesNoCancel(const QString& words, int textId) override {
+    ExpectHelp(textId, words);
     return Take(QStringLiteral("yes, no or cancel: ") + words, Answer::Cancel).Reply;
   }
   QString OpenFileName(const QString& filter, const QString& path) override {
@@ -86,6 +103,14 @@ class ScriptedQuestions : public Questions {
     QString Path;
     Meanwhile During;
   };
+
+  /// Words that are put together have the text in them that help is asked for.
+  static void ExpectHelp(int textId, const QString& words) {
+    if (textId == 0) return;
+    EXPECT_TRUE(words.contains(Words(textId))) << textId << " in " << words.toStdString();
+    EXPECT_TRUE(HandbookOfMessages().contains(QStringLiteral("id=\"text-%1\"").arg(textId)))
+        << "F1 finds nothing about " << textId << ": " << Words(textId).toStdString();
+  }
 
   void Add(Step step) { steps_.push_back(std::move(step)); }
   Step Take(const QString& asked, Answer safe = Answer::No) {

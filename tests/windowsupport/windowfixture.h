@@ -44,6 +44,14 @@ inline InstrumentOptions QuietInstrument() {
   return options;
 }
 
+/// From 325 to 1000 nm.
+inline InstrumentOptions NarrowInstrument() {
+  InstrumentOptions options = QuietInstrument();
+  options.StartNm = 325.0;
+  options.EndNm = 1000.0;
+  return options;
+}
+
 /// A child of `parent` by object name; fails the test when there is none.
 template <typename T>
 T* Find(const QObject& parent, const char* name) {

@@ -7,9 +7,9 @@
 
 #include "base/utf8path.h"
 #include "cli/command.h"
-#include "cli/filecommands.h"
 #include "cli/filekinds.h"
 #include "cli/jsonblock.h"
+#include "cli/packdocument.h"
 
 namespace spectrane::fuzz {
 namespace {

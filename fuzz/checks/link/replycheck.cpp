@@ -13,6 +13,12 @@ namespace spectrane::fuzz {
 namespace {
 
 constexpr std::size_t kMostHeld = 65536;
+/// Without sanitizers, for numbers.
+#ifdef SPECTRANE_FUZZ_FAST
+constexpr bool kSeldom = true;
+#else
+constexpr bool kSeldom = false;
+#endif
 /// Length of a piece that is all there is.
 constexpr std::size_t kOnePiece = SIZE_MAX;
 
@@ -72,8 +78,15 @@ std::optional<std::string_view> LineAt(std::string_view reply, std::size_t& at) 
   return line;
 }
 
+/// Of a text that is no number only every eighth is asked for a whole one: the exception that refuses it
+/// takes longer than all the rest.
+bool AsksForWhole(std::string_view line, bool isNumber) {
+  return isNumber || line.empty() || static_cast<unsigned char>(line.back()) % 8 == line.size() % 8;
+}
+
 std::string CheckNumbers(std::string_view line) {
   const std::optional<double> number = ParseNumber(line);
+  if (!AsksForWhole(line, number.has_value())) return {};
   std::optional<std::int32_t> value;
   try {
     value = ParseLong(line);
@@ -121,7 +134,8 @@ std::string CheckReply(Bytes input) {
   text.remove_prefix(command.size());
   static std::string flood;
   // Seldom: it takes a hundred times as long as the others.
-  if (first == 0xFF && seed == 0xFF && text.size() % 16 == 1) {
+  if (first == 0xFF && seed == 0xFF && text.size() % 16 == 1 &&
+      (!kSeldom || input[input.size() / 2] % 64 == 0)) {
     flood.clear();
     while (flood.size() <= kMostHeld) flood += text;
     text = flood;

@@ -6,6 +6,7 @@
 #include <QSettings>
 #include <string_view>
 
+#include "base/applicationfolder.h"
 #include "base/brand.h"
 #include "files/fileheader.h"
 

@@ -1,9 +1,10 @@
 #pragma once
 
+#include <QString>
 #include <string>
 #include <vector>
 
-#include "app/desktop/filetypes.h"
+#include "app/desktop/associations.h"
 
 class QSettings;
 

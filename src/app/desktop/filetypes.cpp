@@ -1,13 +1,9 @@
 #include "app/desktop/filetypes.h"
 
 #include "app/desktop/desktopfiles.h"
-#include "base/language.h"
 
 #ifdef _WIN32
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
-#include <windows.h>
+#include "base/windowsheader.h"
 // After windows.h.
 #include <shlobj.h>
 
@@ -24,6 +20,7 @@
 #include <QCoreApplication>
 #include <QProcess>
 #include <QStandardPaths>
+#include <sstream>
 #include <string_view>
 
 #include "base/applicationfolder.h"
@@ -34,16 +31,6 @@
 
 namespace spectrane {
 namespace {
-
-constexpr FileAssociation kAssociations[] = {
-    {".tis", "TIS_File", 5, 980, "application/x-spectrane-tis", {2, 0}},
-    {".wls", "WLS_File", 7, 928, "application/x-spectrane-wls", {3, 12}},
-    {".qua", "QUA_File", 4, 1047, "application/x-spectrane-qua", {1, 0}},
-    {".mul", "MUL_File", 1, 1014, "application/x-spectrane-mul", {4, 0}},
-    {".dna", "DNA_File", 0, 1027, "application/x-spectrane-dna", {5, 0}},
-    {".bas", "BAS_File", 3, 1193, "application/x-spectrane-bas", {11, 0}},
-    {".bsl", "BSL_File", 8, 920, "application/x-spectrane-bsl", {6, 0}},
-};
 
 #ifndef _WIN32
 
@@ -56,6 +43,22 @@ std::optional<std::string> UserDataFolder() {
   const std::optional<std::string> home = EnvironmentText("HOME");
   if (home && home->front() == '/') return *home + "/.local/share";
   return std::nullopt;
+}
+
+std::string EntryBelow(const std::string& dataFolder) {
+  return dataFolder + "/applications/" + kDesktopId + ".desktop";
+}
+
+/// The package that brought the program has told the desktops of all users.
+bool IsKnownToAll(const std::string& programPath) {
+  const fs::path own = PathFromUtf8(programPath).parent_path() / "../share";
+  std::error_code fault;
+  if (!fs::is_regular_file(PathFromUtf8(EntryBelow(Utf8FromPath(own))), fault)) return false;
+  std::istringstream folders(EnvironmentText("XDG_DATA_DIRS").value_or("/usr/local/share:/usr/share"));
+  for (std::string folder; std::getline(folders, folder, ':');) {
+    if (folder.starts_with('/') && fs::equivalent(PathFromUtf8(folder), own, fault)) return true;
+  }
+  return false;
 }
 
 /// `path` is a plain file with exactly this content. Few system calls: every start asks this of every file.
@@ -121,15 +124,6 @@ void PutIcons(const std::string& dataFolder, const std::vector<DesktopIcon>& ico
 
 }  // namespace
 
-std::span<const FileAssociation> FileAssociations() {
-  return kAssociations;
-}
-
-std::string DescriptionOf(const FileAssociation& association) {
-  const std::string filter = Text(association.FilterTextId);
-  return filter.substr(0, filter.find('('));
-}
-
 #ifdef _WIN32
 
 void RegisterFileTypes(const QString& programPath, const std::vector<DesktopIcon>&) {
@@ -143,6 +137,10 @@ void RegisterFileTypes(const QString& programPath, const std::vector<DesktopIcon
 void RegisterFileTypes(const QString& programPath, const std::vector<DesktopIcon>& icons) {
   const std::optional<std::string> data = UserDataFolder();
   if (!data) return;
+  const std::string entry = EntryBelow(*data);
+  // One that the user has already goes before that of the system, and has to name this program.
+  std::error_code fault;
+  if (IsKnownToAll(programPath.toStdString()) && !fs::exists(PathFromUtf8(entry), fault)) return;
   PutIcons(*data, icons);
 
   const std::string mimeFolder = *data + "/mime";
@@ -151,7 +149,6 @@ void RegisterFileTypes(const QString& programPath, const std::vector<DesktopIcon
     StartTool(QStringLiteral("update-mime-database"), mimeFolder);
 
   const std::string entries = *data + "/applications";
-  const std::string entry = entries + "/" + kDesktopId + ".desktop";
   const std::string windowClass = QCoreApplication::applicationName().toStdString();
   if (PutFile(entry, DesktopEntry(programPath.toStdString(), windowClass)) ||
       Outdated(entries + "/mimeinfo.cache", entry))

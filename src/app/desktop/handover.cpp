@@ -11,10 +11,7 @@
 #include "app/desktop/handoverplace.h"
 
 #ifdef _WIN32
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
-#include <windows.h>
+#include "base/windowsheader.h"
 #endif
 
 namespace spectrane {

@@ -3,10 +3,7 @@
 #include <QCryptographicHash>
 
 #ifdef _WIN32
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
-#include <windows.h>
+#include "base/windowsheader.h"
 
 #include <QDir>
 #else

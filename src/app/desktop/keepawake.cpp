@@ -1,10 +1,7 @@
 #include "app/desktop/keepawake.h"
 
 #ifdef _WIN32
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
-#include <windows.h>
+#include "base/windowsheader.h"
 #else
 #include <sys/stat.h>
 

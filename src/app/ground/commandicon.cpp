@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <QFile>
-#include <QPainter>
-#include <QSvgRenderer>
 
 #include "app/ground/commands.h"
 #include "app/ground/svgicon.h"
@@ -79,9 +77,9 @@ constexpr std::array kRows{
     Row{kAbout, "about"},
 };
 
-QIcon IconOf(const QString& resource, SvgIconEngine::Coloring coloring) {
+QIcon IconOf(const QString& name, SvgIconEngine::Coloring coloring) {
   RegisterPictures();
-  return QIcon(new SvgIconEngine(resource, coloring));  // the icon owns the engine
+  return QIcon(new SvgIconEngine(name, coloring));  // the icon owns the engine
 }
 
 }  // namespace
@@ -95,25 +93,20 @@ QString CommandIconName(int command) {
 QIcon CommandIcon(int command) {
   const QString name = CommandIconName(command);
   if (name.isEmpty()) return {};
-  return IconOf(QStringLiteral(":/icons/%1.svg").arg(name), SvgIconEngine::Coloring::Palette);
+  return IconOf(QStringLiteral(":/icons/%1").arg(name), SvgIconEngine::Coloring::Palette);
 }
 
 QIcon ApplicationIcon() {
-  return IconOf(QStringLiteral(":/icons/spectrane.svg"), SvgIconEngine::Coloring::Own);
+  return IconOf(QStringLiteral(":/icons/spectrane"), SvgIconEngine::Coloring::Own);
 }
 
 QPixmap Picture(const QString& name, QSize size, double devicePixelRatio) {
   RegisterPictures();
-  QSvgRenderer renderer;
-  const QString resource = QStringLiteral(":/pictures/%1.svg").arg(name);
-  if (size.isEmpty() || devicePixelRatio <= 0 || !QFile::exists(resource) || !renderer.load(resource))
-    return {};
-  const QSizeF fitting = QSizeF(renderer.defaultSize()).scaled(QSizeF(size), Qt::KeepAspectRatio);
-  QPixmap picture((fitting * devicePixelRatio).toSize().expandedTo(QSize(1, 1)));
-  picture.fill(Qt::transparent);
-  QPainter painter(&picture);
-  renderer.render(&painter, QRectF(QPointF(), QSizeF(picture.size())));
-  painter.end();
+  const QString drawing = QStringLiteral(":/pictures/%1").arg(name);
+  if (size.isEmpty() || devicePixelRatio <= 0) return {};
+  const QSizeF fitting = DrawingSize(drawing).scaled(QSizeF(size), Qt::KeepAspectRatio);
+  const QSize pixels = (fitting * devicePixelRatio).toSize().expandedTo(QSize(1, 1));
+  QPixmap picture = QPixmap::fromImage(Drawing(drawing, pixels, nullptr));
   picture.setDevicePixelRatio(devicePixelRatio);
   return picture;
 }

@@ -81,4 +81,7 @@ enum Command : int {
   kHelpForWindow = 9005,
 };
 
+/// New documents, one kind each, in the order of menus and bars.
+inline constexpr int kNewFileCommands[] = {kNewBasic, kNewQua, kNewTS, kNewWLS, kNewMulti, kNewDNA};
+
 }  // namespace spectrane

@@ -1,11 +1,14 @@
 #include "app/ground/dialogparts.h"
 
 #include <QAbstractItemView>
+#include <QButtonGroup>
 #include <QComboBox>
 #include <QDialog>
-#include <QHBoxLayout>
+#include <QGridLayout>
+#include <QGroupBox>
 #include <QLabel>
 #include <QPushButton>
+#include <QRadioButton>
 
 #include <algorithm>
 
@@ -44,6 +47,33 @@ QLabel* DialogParts::Finish(QWidget& field, const char* name, const char* labelN
 
 QString DialogParts::Keyed(const QString& caption) {
   return WithAccessKey(caption, usedKeys_);
+}
+
+QGroupBox* DialogParts::Group(const char* name, int titleTextId) {
+  auto* const group = new QGroupBox(Caption(titleTextId), &dialog_);
+  group->setObjectName(QLatin1String(name));
+  return group;
+}
+
+void DialogParts::AddRow(QGridLayout& grid, QWidget& field, const char* name, const char* labelName,
+                         int textId, QLabel* unit) {
+  // A grid without any has a first row all the same.
+  const int row = grid.count() == 0 ? 0 : grid.rowCount();
+  grid.addWidget(Finish(field, name, labelName, Caption(textId)), row, 0);
+  grid.addWidget(&field, row, 1);
+  grid.addWidget(unit, row, 2);
+  // The groups of a column end their fields at one place, whatever units they have or change to.
+  unit->setMinimumWidth(unit->fontMetrics().horizontalAdvance(QStringLiteral("Abs")));
+}
+
+void DialogParts::AddOptions(QBoxLayout& column, QButtonGroup& options,
+                             std::initializer_list<ButtonWords> words, int firstId) {
+  for (const ButtonWords& each : words) {
+    auto* const option = new QRadioButton(column.parentWidget());
+    Finish(*option, each.Name, Caption(each.TextId));
+    options.addButton(option, firstId++);
+    column.addWidget(option);
+  }
 }
 
 QHBoxLayout* DialogParts::OKAndCancel(int okText, int cancelText) {
@@ -88,6 +118,27 @@ QHBoxLayout* DialogParts::RightAligned(const QList<QPushButton*>& buttons) {
     row->addWidget(button);
   }
   return row;
+}
+
+QHBoxLayout* GroupColumns(std::initializer_list<std::vector<QGroupBox*>> columns) {
+  auto* const all = new QHBoxLayout;
+  for (const std::vector<QGroupBox*>& groups : columns) {
+    auto* const column = new QVBoxLayout;
+    for (QGroupBox* group : groups) column->addWidget(group);
+    column->addStretch();
+    all->addLayout(column);
+  }
+  return all;
+}
+
+void FillList(QComboBox& list, const QStringList& rows, int row) {
+  list.addItems(rows);
+  list.setCurrentIndex(row >= 0 && row < list.count() ? row : -1);
+}
+
+void LetTabReachChosen(std::span<QRadioButton* const> options) {
+  for (QRadioButton* option : options)
+    option->setFocusPolicy(option->isChecked() ? Qt::StrongFocus : Qt::ClickFocus);
 }
 
 void KeepRoomFor(QLabel& label, const QStringList& texts, int characters) {

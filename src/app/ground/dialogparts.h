@@ -6,13 +6,20 @@
 #include <QStringList>
 
 #include <initializer_list>
+#include <span>
+#include <vector>
 
 class QAbstractButton;
+class QBoxLayout;
+class QButtonGroup;
+class QComboBox;
 class QDialog;
+class QGridLayout;
+class QGroupBox;
 class QHBoxLayout;
 class QLabel;
 class QPushButton;
-
+class QRadioButton;
 class QWidget;
 
 namespace spectrane {
@@ -23,7 +30,7 @@ class MainWindow;
 inline constexpr int kOKText = 712;
 inline constexpr int kCancelText = 713;
 
-/// Object name of a push button and text number of its caption.
+/// Object name of a push button or an option and text number of its caption.
 struct ButtonWords {
   const char* Name;
   int TextId;
@@ -43,6 +50,14 @@ class DialogParts {
   QLabel* Finish(QWidget& field, const char* name, const char* labelName, const QString& caption);
   /// A caption with an access key of its own, for what is no widget: the rider of a page.
   QString Keyed(const QString& caption);
+  /// An empty group with a title.
+  QGroupBox* Group(const char* name, int titleTextId);
+  /// A field in a row of its own at the end of `grid`, with its label in front and `unit` behind it.
+  void AddRow(QGridLayout& grid, QWidget& field, const char* name, const char* labelName, int textId,
+              QLabel* unit);
+  /// Option buttons, numbered from `firstId`, at the end of `column`.
+  void AddOptions(QBoxLayout& column, QButtonGroup& options, std::initializer_list<ButtonWords> words,
+                  int firstId);
   /// `OKCmd`, the default, and `CancelCmd` at the right of a row, equally wide; they accept and reject.
   QHBoxLayout* OKAndCancel(int okText = kOKText, int cancelText = kCancelText);
   /// Push buttons at the right of a row, equally wide, in that order; the first is the default. They do
@@ -59,9 +74,19 @@ class DialogParts {
   QSet<QChar> usedKeys_;
 };
 
+/// Groups in columns, from left to right and downward, as they are read and as Tab goes.
+QHBoxLayout* GroupColumns(std::initializer_list<std::vector<QGroupBox*>> columns);
+
+/// The rows of a list of choices, and the one that `row` names. A number that is no row stays as it is until
+/// a row is chosen.
+void FillList(QComboBox& list, const QStringList& rows, int row);
+
 /// Wraps the texts that `label` will show in turn at `characters` of its font and reserves the room of the
 /// tallest, so that nothing moves when one takes the place of another.
 void KeepRoomFor(QLabel& label, const QStringList& texts, int characters);
+
+/// Tab comes to the option that is chosen; the arrows go from one to the other.
+void LetTabReachChosen(std::span<QRadioButton* const> options);
 
 /// A range of wavelengths [nm] as it stands beside a field: "190.0 – 1100.0 nm".
 QString WavelengthRangeText(double lowest, double highest);

@@ -21,7 +21,7 @@ void DocumentWindow::KeepJournal(std::int32_t first) {
     image->Head.Caption = caption_.toStdString();
     image->Head.Path = OpenFileName().toStdString();
     image->Head.FileSize = image->Head.Path.empty() ? -1 : file_.Size;
-    image->Head.FileTime = image->Head.Path.empty() ? 0 : file_.Modified.toMSecsSinceEpoch();
+    image->Head.FileTime = image->Head.Path.empty() ? 0 : file_.ModifiedMs();
     if (!journal_) journal_ = std::make_unique<JournalKeeper>(folder);
     if (!journal_->Keep(*image, first, runs_ == 0)) frame_.JournalFailed(journal_->LastFault());
   } catch (const std::exception& fault) {
@@ -33,7 +33,7 @@ bool DocumentWindow::BringBack(LeftJournal left) {
   const JournalHead& head = left.Content.Head;
   SetCaption(QString::fromStdString(head.Caption));
   // As it was then: Save asks when somebody has written the file since.
-  file_ = {QDateTime::fromMSecsSinceEpoch(head.FileTime), head.FileSize};
+  file_ = FileState::Rough(head.FileSize, head.FileTime);
   // Before the document comes, which is a change like any other: it is not to begin another journal.
   journal_ = std::make_unique<JournalKeeper>(std::move(left.File), left.Content);
   if (!TakeImage(left.Content)) {

@@ -10,6 +10,7 @@
 #include "app/ground/documentwindow.h"
 #include "app/ground/filequestions.h"
 #include "app/ground/reportprinter.h"
+#include "app/ground/simulated.h"
 #include "app/ground/words.h"
 #include "base/filereplacement.h"
 
@@ -20,7 +21,6 @@ constexpr int kTextFilter = 921;
 constexpr int kPictureFilter = 934;
 constexpr int kWorkbookFilter = 935;
 constexpr int kOutputError = 1213;
-constexpr const char* kSimulatedMark = "Simulated instrument";
 constexpr const char* kNoPicture = "There is no picture: the curve has no room in its window.";
 
 std::string PictureBytes(const QImage& picture, const char* format) {
@@ -32,11 +32,8 @@ std::string PictureBytes(const QImage& picture, const char* format) {
 }  // namespace
 
 DocumentHead DocumentWindow::OutputHead() const {
-  InstrumentLink& link = frame_.Link();
-  const bool simulated =
-      link.State.InstrumentConnected && link.Instrument.Company().starts_with(kSimulatedMark);
   return {OpenFileName().toStdString(), caption_.toStdString(),     QDateTime::currentDateTime(),
-          frame_.Window().Operator,     frame_.Window().Department, simulated};
+          frame_.Window().Operator,     frame_.Window().Department, IsSimulated(frame_.Link())};
 }
 
 void DocumentWindow::PrintReport() {
@@ -82,7 +79,7 @@ void DocumentWindow::WriteOutput(const QString& path,
   }
   std::string reason;
   if (bytes.empty() || !ReplaceFileContent(path.toStdString(), bytes, &reason)) {
-    frame_.Boxes().ShowWords(Words(kOutputError), QString::fromStdString(reason));
+    frame_.Boxes().ShowWords(Words(kOutputError), QString::fromStdString(reason), kOutputError);
     return;
   }
   frame_.Display().SetRemark("Exported: " + path.toStdString());

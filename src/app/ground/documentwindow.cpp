@@ -7,6 +7,7 @@
 #include <QScopedValueRollback>
 #include <QTimer>
 
+#include "app/ground/commands.h"
 #include "app/ground/filequestions.h"
 #include "app/ground/languagefont.h"
 #include "app/ground/words.h"
@@ -44,6 +45,24 @@ DocumentWindow::DocumentWindow(MainWindow& frame) : frame_(frame) {
   ApplyLanguageFont(*this);
 }
 
+bool DocumentWindow::Offers(int command) const {
+  switch (command) {
+    case kClose:
+      return true;
+    case kOutputPicture:  // a window without one has words that refuse it
+    case kOutputWorkbook:
+    case kOutputText:
+    case kPrint:
+    case kPrintPreview:
+      return !RunsNow();
+    case kSave:
+    case kSaveAs:
+      return !RunsNow() && HasWork();
+    default:
+      return false;
+  }
+}
+
 void DocumentWindow::SetCaption(const QString& caption) {
   caption_ = caption;
   setWindowTitle(QString(caption).replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")) +
@@ -61,7 +80,7 @@ bool DocumentWindow::AskToRemoveRecord(int number, int count) {
   }
   const QString question =
       Words(kRemoveQuestion) + u'<' + QString::number(number) + u'>' + Words(kRemoveQuestionEnd);
-  return frame_.Boxes().AskYesNo(question) == Answer::Yes;
+  return frame_.Boxes().AskYesNo(question, kRemoveQuestion) == Answer::Yes;
 }
 
 void DocumentWindow::DocumentChanged() {
@@ -89,7 +108,7 @@ bool DocumentWindow::QueryClose(bool withFrame) {
 bool DocumentWindow::AskToStop() {
   if (asking_) return false;
   const QScopedValueRollback<bool> asking(asking_, true);
-  return frame_.Boxes().AskYesNo(Words(kStopTestQuestion)) == Answer::Yes;
+  return frame_.Boxes().AskYesNo(Words(kStopTestQuestion), kStopTestQuestion) == Answer::Yes;
 }
 
 void DocumentWindow::StopRun(bool withFrame) {
@@ -102,7 +121,7 @@ bool DocumentWindow::AskToSave() {
   CommitEditors();
   if (!IsModified()) return true;
   const QScopedValueRollback<bool> asking(asking_, true);
-  const Answer answer = frame_.Boxes().AskYesNoCancel(Words(kSaveRecordQuestion));
+  const Answer answer = frame_.Boxes().AskYesNoCancel(Words(kSaveRecordQuestion), kSaveRecordQuestion);
   return answer == Answer::No || (answer == Answer::Yes && mmuSaveFile());
 }
 
@@ -127,12 +146,12 @@ void DocumentWindow::changeEvent(QEvent* event) {
 
 bool DocumentWindow::mmuOpenFile(const QString& path) {
   // As it is before it is read: what happens to it from now on counts as somebody else's.
-  const FileState asFound = StateOf(path);
+  const FileState asFound = FileStateOf(path.toStdString());
   QString fault;
   const bool whole = ReadDocument(path, fault);
   if (OpenFileName() == path) file_ = asFound;
   if (whole && (FileWords().KeepsFolder || FileWords().OffersCaption)) StoreFilePath(path);
-  if (!whole) frame_.Boxes().ShowWords(path + Words(kOpenError), fault);
+  if (!whole) frame_.Boxes().ShowWords(path + Words(kOpenError), fault, kOpenError);
   DocumentChanged();
   return whole;
 }
@@ -144,7 +163,8 @@ bool DocumentWindow::mmuSaveFile() {
   if (OpenFileName().isEmpty() || SavesElsewhere()) return SaveUnderNewName();
   if (FileWasChanged()) {
     // Somebody else has written the file since; what they wrote goes only on a Yes.
-    if (frame_.Boxes().AskYesNo(OpenFileName() + u' ' + Words(kOverwriteQuestion)) != Answer::Yes)
+    if (frame_.Boxes().AskYesNo(OpenFileName() + u' ' + Words(kOverwriteQuestion), kOverwriteQuestion) !=
+        Answer::Yes)
       return false;
   }
   return SaveTo(OpenFileName());
@@ -199,11 +219,11 @@ bool DocumentWindow::SaveUnderNewName() {
 bool DocumentWindow::SaveTo(const QString& path) {
   QString fault;
   if (!WriteDocument(path, fault)) {
-    frame_.Boxes().ShowWords(Words(kSaveError), fault);
+    frame_.Boxes().ShowWords(Words(kSaveError), fault, kSaveError);
     DocumentChanged();
     return false;
   }
-  file_ = StateOf(path);
+  file_ = FileStateOf(path.toStdString());
   StoreFilePath(path);
   frame_.NoteFile(path);
   SetCaption(QFileInfo(path).fileName());
@@ -211,14 +231,9 @@ bool DocumentWindow::SaveTo(const QString& path) {
   return true;
 }
 
-DocumentWindow::FileState DocumentWindow::StateOf(const QString& path) {
-  const QFileInfo file(path);
-  return {file.lastModified(), file.exists() ? file.size() : -1};
-}
-
 bool DocumentWindow::FileWasChanged() const {
-  const FileState now = StateOf(OpenFileName());
-  return now.Size >= 0 && now != file_;
+  const FileState now = FileStateOf(OpenFileName().toStdString());
+  return now.Size >= 0 && !IsSameState(now, file_);
 }
 
 }  // namespace spectrane

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QDateTime>
 #include <QImage>
 #include <QString>
 #include <QWidget>
@@ -9,6 +8,7 @@
 #include <optional>
 
 #include "app/ground/mainwindow.h"
+#include "base/filestate.h"
 #include "files/journalkeeper.h"
 #include "link/livereading.h"
 #include "output/documenthead.h"
@@ -80,8 +80,9 @@ class DocumentWindow : public QWidget, public RezeroTarget {
   virtual int CheckFileType() const = 0;
   /// Path of the open file; empty before the first save.
   virtual QString OpenFileName() const = 0;
-  /// Whether `command` does something here, as the document stands.
-  virtual bool Offers(int command) const = 0;
+  /// Whether `command` does something here, as the document stands. What every window offers is here; a kind
+  /// adds its own.
+  virtual bool Offers(int command) const;
   /// Why this kind of window never offers `command`; empty where there is nothing to say.
   virtual QString WhyNot(int /*command*/) const { return {}; }
   /// Number formats have changed: the window shows its figures anew.
@@ -142,6 +143,8 @@ class DocumentWindow : public QWidget, public RezeroTarget {
   bool AskToStop();
 
   virtual FileKindWords FileWords() const = 0;
+  /// There is something for Save.
+  virtual bool HasWork() const { return false; }
   virtual bool IsModified() const = 0;
   /// The open file must not be replaced by what this window holds: Save asks for another name.
   virtual bool SavesElsewhere() const { return false; }
@@ -187,13 +190,6 @@ class DocumentWindow : public QWidget, public RezeroTarget {
   bool SaveTo(const QString& path);
   QString PathToBeginWith() const;
   QString ProposedPath();
-  /// What tells one state of a file from the next without reading it.
-  struct FileState {
-    QDateTime Modified;
-    qint64 Size = -1;  ///< -1: there is none
-    bool operator==(const FileState&) const = default;
-  };
-  static FileState StateOf(const QString& path);
   void StoreFilePath(const QString& path);
   bool FileWasChanged() const;
 

@@ -22,16 +22,16 @@ QString WithEnding(const QString& path, const char* ending) {
 
 bool MayWriteTo(MainWindow& frame, const QString& path, const DocumentWindow* besides) {
   if (SameFile(path.toStdString(), frame.Settings().Path())) {
-    frame.Boxes().ShowWords(Words(kNotWritten), path);
+    frame.Boxes().ShowWords(Words(kNotWritten), path, kNotWritten);
     return false;
   }
   if (frame.ShowsFile(path, besides)) {
     // Two windows would write one file in turns.
-    frame.Boxes().ShowWords(u'<' + path + u'>' + Words(kShownElsewhere));
+    frame.Boxes().ShowWords(u'<' + path + u'>' + Words(kShownElsewhere), {}, kShownElsewhere);
     return false;
   }
   return !QFileInfo::exists(path) ||
-         frame.Boxes().AskYesNo(path + u' ' + Words(kMayOverwrite)) == Answer::Yes;
+         frame.Boxes().AskYesNo(path + u' ' + Words(kMayOverwrite), kMayOverwrite) == Answer::Yes;
 }
 
 }  // namespace spectrane

@@ -12,7 +12,6 @@
 
 #include "app/ground/gridcopy.h"
 #include "app/ground/languagefont.h"
-#include "app/ground/layoutstore.h"
 #include "app/ground/pointtable.h"
 
 namespace spectrane {
@@ -50,9 +49,11 @@ FrmDataTabel::FrmDataTabel(const QString& title, const QString& name, const std:
     layout_.RestoreColumns(LayoutName(tab), *Grid(tab)->horizontalHeader());
     widthsAtStart_.push_back(Widths(tab));
   }
+  layout_.Join(*this);
 }
 
 FrmDataTabel::~FrmDataTabel() {
+  layout_.Leave(*this);
   for (int tab = 0; tab < TabCount(); ++tab) {
     if (Widths(tab) != widthsAtStart_[static_cast<std::size_t>(tab)])
       layout_.StoreColumns(LayoutName(tab), *Grid(tab)->horizontalHeader());
@@ -145,6 +146,13 @@ QTableView* FrmDataTabel::Grid(int tab) const {
 void FrmDataTabel::Copy() {
   const QTableView* const grid = Grid(SelectedTab());
   CopyGrid(*grid->model(), grid->selectionModel()->selection());
+}
+
+void FrmDataTabel::Forget() {
+  for (int tab = 0; tab < TabCount(); ++tab) {
+    FitColumns(*Grid(tab));
+    widthsAtStart_[static_cast<std::size_t>(tab)] = Widths(tab);
+  }
 }
 
 void FrmDataTabel::changeEvent(QEvent* event) {

@@ -4,12 +4,13 @@
 
 #include <vector>
 
+#include "app/ground/layoutstore.h"
+
 class QTableView;
 class QTabWidget;
 
 namespace spectrane {
 
-class LayoutStore;
 class PointTable;
 
 /// One tab of the data tables.
@@ -21,7 +22,7 @@ struct DataTab {
 
 /// The tables of a chart window, a tab each. The main window shows them in its dock pane while their document
 /// is the active one; the document makes them, fills their models and deletes them.
-class FrmDataTabel : public QWidget {
+class FrmDataTabel : public QWidget, public KeptLayout {
   Q_OBJECT
 
  public:
@@ -39,6 +40,7 @@ class FrmDataTabel : public QWidget {
   QTableView* Grid(int tab) const;
   /// The selected rows of the tab in sight, or all of it, into the clipboard.
   void Copy();
+  void Forget() override;
 
  signals:
   void TitleChanged();

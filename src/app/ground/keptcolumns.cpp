@@ -3,12 +3,11 @@
 #include <QHeaderView>
 #include <QTableView>
 
-#include "app/ground/layoutstore.h"
-
 namespace spectrane {
 
 void KeptColumns::Restore(const QString& name) {
   name_ = name;
+  usualWidths_ = Widths();
   store_.RestoreColumns(name_, *grid_.horizontalHeader());
   grid_.horizontalHeader()->setStretchLastSection(true);
   widthsAtStart_ = Widths();
@@ -17,6 +16,14 @@ void KeptColumns::Restore(const QString& name) {
 void KeptColumns::Keep() {
   if (name_.isEmpty() || Widths() == widthsAtStart_) return;
   store_.StoreColumns(name_, *grid_.horizontalHeader());
+}
+
+void KeptColumns::Forget() {
+  if (name_.isEmpty()) return;
+  QHeaderView& header = *grid_.horizontalHeader();
+  for (int column = 0; column < usualWidths_.size(); ++column)
+    header.resizeSection(column, usualWidths_[column]);
+  widthsAtStart_ = Widths();
 }
 
 QList<int> KeptColumns::Widths() const {

@@ -3,7 +3,6 @@
 #include <cmath>
 #include <utility>
 
-#include "app/ground/layoutstore.h"
 #include "base/numbers.h"
 
 namespace spectrane {
@@ -11,6 +10,7 @@ namespace spectrane {
 KeptSplitter::KeptSplitter(Qt::Orientation orientation, LayoutStore& store, const QString& name,
                            FirstPane firstPane, QWidget* parent)
     : QSplitter(orientation, parent), store_(store), name_(name), firstPane_(std::move(firstPane)) {
+  store_.Join(*this);
   setObjectName(name.section(u'/', -1));
   setChildrenCollapsible(false);
   const std::optional<double> share = ParseNumber(store_.Bytes(name).toStdString());
@@ -18,6 +18,10 @@ KeptSplitter::KeptSplitter(Qt::Orientation orientation, LayoutStore& store, cons
   connect(this, &QSplitter::splitterMoved, this, [this] {
     if (Whole() > 0) share_ = static_cast<double>(sizes().first()) / Whole();
   });
+}
+
+KeptSplitter::~KeptSplitter() {
+  store_.Leave(*this);
 }
 
 int KeptSplitter::Whole() const {
@@ -33,6 +37,11 @@ void KeptSplitter::Arrange() {
 
 void KeptSplitter::Keep() {
   if (share_) store_.Store(name_, QByteArray::fromStdString(ShortestText(*share_)));
+}
+
+void KeptSplitter::Forget() {
+  share_.reset();
+  Arrange();
 }
 
 void KeptSplitter::resizeEvent(QResizeEvent* event) {

@@ -5,13 +5,13 @@
 #include <functional>
 #include <optional>
 
-namespace spectrane {
+#include "app/ground/layoutstore.h"
 
-class LayoutStore;
+namespace spectrane {
 
 /// Two panes whose border stands where the program wants it until somebody moves it; from then on its share
 /// of the whole is kept and remembered.
-class KeptSplitter : public QSplitter {
+class KeptSplitter : public QSplitter, public KeptLayout {
   Q_OBJECT
 
  public:
@@ -22,11 +22,13 @@ class KeptSplitter : public QSplitter {
   /// object name.
   KeptSplitter(Qt::Orientation orientation, LayoutStore& store, const QString& name, FirstPane firstPane,
                QWidget* parent = nullptr);
+  ~KeptSplitter() override;
 
   /// Puts the border where it belongs.
   void Arrange();
   /// Stores the place of a border that somebody has moved.
   void Keep();
+  void Forget() override;
 
  protected:
   void resizeEvent(QResizeEvent* event) override;

@@ -1,5 +1,6 @@
 #include "app/ground/layoutstore.h"
 
+#include <QFileInfo>
 #include <QHeaderView>
 
 namespace spectrane {
@@ -8,10 +9,28 @@ namespace {
 const QString kLayoutGroup = QStringLiteral("layout/");
 const QString kListGroup = QStringLiteral("lists/");
 
+/// Many times what the program writes; all of a file is held in memory.
+constexpr qint64 kMostBytes = 1 << 20;
+
+bool IsNoLayout(const QString& path) {
+  const QFileInfo about(path);
+  return about.exists() && (about.isFile() ? about.size() > kMostBytes : !about.isDir());
+}
+
+/// The opening of a pipe would not end, neither in place of the file nor of its lock. Below something that is
+/// no folder nothing can be opened, and all values hold for the run.
+QString Openable(const QString& path) {
+  const QString lock = path + QStringLiteral(".lock");
+  for (const QString& each : {path, lock}) {
+    if (IsNoLayout(each)) return each + QStringLiteral("/none");
+  }
+  return path;
+}
+
 }  // namespace
 
 LayoutStore::LayoutStore(const QString& folder)
-    : file_(folder + QStringLiteral("/layout.ini"), QSettings::IniFormat) {}
+    : file_(Openable(folder + QStringLiteral("/layout.ini")), QSettings::IniFormat) {}
 
 QByteArray LayoutStore::Bytes(const QString& name) const {
   return file_.value(kLayoutGroup + name).toByteArray();
@@ -31,6 +50,7 @@ void LayoutStore::Store(const QString& name, const QStringList& list) {
 
 void LayoutStore::Reset() {
   file_.remove(QStringLiteral("layout"));
+  for (KeptLayout* const kept : onShow_) kept->Forget();
 }
 
 void LayoutStore::RestoreColumns(const QString& name, QHeaderView& header) const {

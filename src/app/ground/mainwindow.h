@@ -38,10 +38,11 @@ class MainWindow {
 
   /// The active child, or null.
   virtual DocumentWindow* ActiveForm() const = 0;
-  /// Whether this program can make a document of that kind (numbers of the New File guide, 1 to 6).
-  virtual bool CanCreate(int newFileType) const = 0;
-  /// Creates, shows and sets up a document of that kind. Yields.
+  /// Creates, shows and sets up a document of that kind (numbers of the New File guide, 1 to 6). Yields.
   virtual void NewFile(int newFileType) = 0;
+  /// A caption of that kind (text number of its new documents) that no window has had: its words and a
+  /// number.
+  virtual QString NextCaption(int captionTextId) = 0;
   /// Takes over a window that has its caption, and shows it as the active child.
   virtual void ShowChild(DocumentWindow* window) = 0;
   /// Another window than `besides` shows the file.

@@ -2,6 +2,7 @@
 
 #include <QCheckBox>
 #include <QFormLayout>
+#include <QGroupBox>
 #include <QLabel>
 #include <QVBoxLayout>
 
@@ -13,6 +14,7 @@
 #include "app/ground/dialogparts.h"
 #include "app/ground/mainwindow.h"
 #include "app/ground/words.h"
+#include "base/curvesettings.h"
 #include "output/colours.h"
 
 namespace spectrane {
@@ -51,6 +53,35 @@ class OptionRows {
       colours_.push_back({button, row.Field});
     }
     column.addLayout(form);
+  }
+  // Of the windows with a curve, whose Settings are derived from CurveSettings:
+  /// `first`, then the colours of the marks.
+  void AddCurveColours(DialogParts& parts, QVBoxLayout& column, std::vector<ColourRow> first,
+                       QWidget* parent) {
+    first.push_back({"PictureMark", "LabelMarkColor", 1197, &Settings::MarkColor});
+    first.push_back({"PicturePeak", "LabelPeakColor", 1198, &Settings::PeakColor});
+    first.push_back({"PictureValley", "LabelValleyColor", 1199, &Settings::ValleyColor});
+    AddColours(parts, column, first, parent);
+  }
+  QGroupBox* PeakGroup(DialogParts& parts) {
+    QGroupBox* const group = parts.Group("FramePeak", 1200);
+    auto* const column = new QVBoxLayout(group);
+    AddCheck(parts, *column, "CheckPeak", 1201, &Settings::PeakEnable);
+    AddCheck(parts, *column, "CheckValley", 1202, &Settings::ValleyEnable);
+    AddCheck(parts, *column, "CheckDetailPeak", 1203, &Settings::PeakDetailEnable);
+    AddCheck(parts, *column, "CheckDetailValley", 1204, &Settings::ValleyDetailEnable);
+    return group;
+  }
+  /// The first checks of what a report holds; its layout is a column, for those that follow.
+  QGroupBox* PrintGroup(DialogParts& parts) {
+    constexpr int kPeaksText = 1306;
+    QGroupBox* const group = parts.Group("FramePrint", 1304);
+    auto* const column = new QVBoxLayout(group);
+    AddCheck(parts, *column, "CheckPrintPicture", 1305, &Settings::PrintCurve);
+    // An "and", not an access key.
+    AddCheck(parts, *column, "CheckPrintPeakData", kPeaksText, &Settings::PrintPeakValley)
+        ->setText(Caption(kPeaksText).replace(u'&', QStringLiteral("&&")));
+    return group;
   }
   /// Puts what the controls say into their fields.
   void Take(Settings& settings) const {

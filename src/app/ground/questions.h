@@ -14,13 +14,15 @@ enum class Answer { Yes, No, Cancel };
 class Questions : public Messages {
  public:
   /// An information box with words that are put together, such as a path and a text; `details` may be empty
-  /// and stands behind the message.
-  virtual void ShowWords(const QString& words, const QString& details) = 0;
-  void ShowWords(const QString& words) { ShowWords(words, {}); }
+  /// and stands behind the message. `textId`, here and below, is the text of the table that help is to be
+  /// found under; 0 for none.
+  virtual void ShowWords(const QString& words, const QString& details, int textId) = 0;
+  void ShowWords(const QString& words) { ShowWords(words, {}, 0); }
   /// Yes and No; closing the box is No.
-  virtual Answer AskYesNo(const QString& words) = 0;
+  virtual Answer AskYesNo(const QString& words, int textId) = 0;
   /// Yes, No and Cancel; closing the box is Cancel.
-  virtual Answer AskYesNoCancel(const QString& words) = 0;
+  virtual Answer AskYesNoCancel(const QString& words, int textId) = 0;
+  Answer AskYesNoCancel(const QString& words) { return AskYesNoCancel(words, 0); }
   /// The path of a file to open or to save to; empty when the person chose none. `filter` is a text of the
   /// table: captions and patterns in turn, between bars. `path` is the folder or file to begin with.
   virtual QString OpenFileName(const QString& filter, const QString& path) = 0;

@@ -38,11 +38,20 @@ ReportPreview::ReportPreview(QWidget& parent, QPrinter& printer, const Report& r
   setWindowTitle(report.Title + QStringLiteral(" - ") + report.DocumentName);
   pages_->setObjectName(QStringLiteral("PreviewPages"));
   pages_->setAccessibleName(report.Title);
+  // What the toolkit shows the pages in.
+  int part = 0;
+  for (QWidget* const inside : pages_->findChildren<QWidget*>()) {
+    if (inside->focusPolicy() == Qt::NoFocus || inside->objectName().startsWith(QLatin1String("qt_")))
+      continue;
+    inside->setObjectName(QStringLiteral("PreviewPart%1").arg(++part));
+    inside->setAccessibleName(report.Title);
+    inside->setAccessibleDescription(tr("The pages as they will be printed."));
+  }
   connect(pages_, &QPrintPreviewWidget::paintRequested, this,
           [&report](QPrinter* onto) { PaintReport(*onto, report); });
   connect(pages_, &QPrintPreviewWidget::previewChanged, this, &ReportPreview::ShowPlace);
-  connect(previous_, &QPushButton::clicked, this, [this] { Turn(-1); });
-  connect(next_, &QPushButton::clicked, this, [this] { Turn(1); });
+  connect(previous_, &QPushButton::clicked, this, [this] { TurnPages(-1); });
+  connect(next_, &QPushButton::clicked, this, [this] { TurnPages(1); });
   auto* const print = PreviewButton(*this, "PrintCmd", tr("&Print"));
   connect(print, &QPushButton::clicked, this, &QDialog::accept);
   auto* const close = PreviewButton(*this, "CloseCmd", Caption(kCloseText));
@@ -63,7 +72,7 @@ ReportPreview::ReportPreview(QWidget& parent, QPrinter& printer, const Report& r
   pages_->updatePreview();
 }
 
-void ReportPreview::Turn(int pages) {
+void ReportPreview::TurnPages(int pages) {
   pages_->setCurrentPage(pages_->currentPage() + pages);
   ShowPlace();
 }

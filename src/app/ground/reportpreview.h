@@ -20,7 +20,7 @@ class ReportPreview : public QDialog {
   ReportPreview(QWidget& parent, QPrinter& printer, const Report& report);
 
  private:
-  void Turn(int pages);
+  void TurnPages(int pages);
   void ShowPlace();
 
   QPrintPreviewWidget* pages_;

@@ -1,13 +1,16 @@
 #include "app/ground/reportprinter.h"
 
 #include <QApplication>
+#include <QDialogButtonBox>
 #include <QFileInfo>
 #include <QKeyEvent>
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QPrinterInfo>
+#include <QPushButton>
 
 #include "app/ground/commands.h"
+#include "app/ground/dialogparts.h"
 #include "app/ground/filequestions.h"
 #include "app/ground/mainwindow.h"
 #include "app/ground/reportpreview.h"
@@ -28,6 +31,13 @@ void SetUpPaper(QPrinter& printer) {
   printer.setPageMargins(QMarginsF(kPrinterMarginMm, kPrinterMarginMm, kPrinterMarginMm, kPrinterMarginMm),
                          QPageLayout::Millimeter);
   printer.setCreator(QStringLiteral("Spectrane"));
+}
+
+/// The toolkit's own dialog says Print, where nothing is printed; that of the system says OK.
+void NameOKButton(const QPrintDialog& dialog) {
+  const auto* const box = dialog.findChild<QDialogButtonBox*>();
+  if (QPushButton* const accept = box ? box->button(QDialogButtonBox::Ok) : nullptr)
+    accept->setText(PlainWords(kOKText));
 }
 
 }  // namespace
@@ -54,6 +64,7 @@ void ReportPrinter::Setup() {
   dialog.setObjectName(QStringLiteral("PrinterSetup"));
   dialog.setWindowTitle(PlainWords(kPrinterSetup));
   dialog.setOption(QAbstractPrintDialog::PrintToFile, false);
+  NameOKButton(dialog);
   dialog.exec();
 }
 
@@ -100,7 +111,7 @@ void ReportPrinter::PrintToFile(const Report& report, const QString& path,
   }
   std::string reason;
   if (pdf.isEmpty() || !ReplaceFileContent(chosen.toStdString(), pdf.toStdString(), &reason)) {
-    frame_.Boxes().ShowWords(Words(kReportSaveError), QString::fromStdString(reason));
+    frame_.Boxes().ShowWords(Words(kReportSaveError), QString::fromStdString(reason), kReportSaveError);
     return;
   }
   frame_.Display().SetRemark("Report: " + chosen.toStdString());

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QObject>
 #include <QString>
 
 #include <functional>
@@ -8,6 +9,7 @@
 #include "output/exportsheet.h"
 #include "output/report.h"
 
+class QEvent;
 class QPrinter;
 
 namespace spectrane {

@@ -1,22 +1,13 @@
 #include "app/ground/svgicon.h"
 
-#include <array>
-#include <QFile>
 #include <QGuiApplication>
 #include <QPainter>
 #include <QPalette>
 #include <QPixmapCache>
-#include <QSvgRenderer>
 #include <utility>
 
 namespace spectrane {
 namespace {
-
-// Colours the drawings are written in.
-constexpr const char* kInk = "#202020";
-constexpr const char* kAccent = "#1f6fd0";
-constexpr const char* kGo = "#178a45";
-constexpr const char* kHalt = "#d23b3b";
 
 // Share of the text colour in what is disabled, and in the accents under the pointer.
 constexpr double kMuted = 0.38;
@@ -27,46 +18,18 @@ QColor Mixed(const QColor& a, const QColor& b, double shareOfA) {
   return QColor(channel(a.red(), b.red()), channel(a.green(), b.green()), channel(a.blue(), b.blue()));
 }
 
-int Lightness(const QColor& color) {
-  return qGray(color.rgb());
-}
-
-/// The drawing with the colours of the moment in place of those it is written in.
-QByteArray Colored(const QByteArray& drawing, const IconColors& colors) {
-  const std::array<std::pair<const char*, QColor>, 4> places{
-      {{kInk, colors.Ink}, {kAccent, colors.Accent}, {kGo, colors.Go}, {kHalt, colors.Halt}}};
-  QByteArray done;
-  done.reserve(drawing.size());
-  for (qsizetype i = 0; i < drawing.size();) {
-    bool replaced = false;
-    for (const auto& [written, wanted] : places) {
-      const auto length = static_cast<qsizetype>(qstrlen(written));
-      if (drawing.at(i) == '#' && drawing.mid(i, length) == written) {
-        done += wanted.name().toLatin1();
-        i += length;
-        replaced = true;
-        break;
-      }
-    }
-    if (!replaced) done += drawing.at(i++);
-  }
-  return done;
-}
-
-QByteArray BytesOf(const QString& resource) {
-  QFile file(resource);
-  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-QPixmap Drawn(const QByteArray& drawing, QSize size, double opacity) {
-  QPixmap picture(size);
+QPixmap WithOpacity(const QImage& drawing, double opacity) {
+  if (opacity == 1.0) return QPixmap::fromImage(drawing);
+  QPixmap picture(drawing.size());
   picture.fill(Qt::transparent);
-  QSvgRenderer renderer(drawing);
-  renderer.setAspectRatioMode(Qt::KeepAspectRatio);
   QPainter painter(&picture);
   painter.setOpacity(opacity);
-  renderer.render(&painter, QRectF(QPointF(), QSizeF(size)));
+  painter.drawImage(0, 0, drawing);
   return picture;
+}
+
+int Lightness(const QColor& color) {
+  return qGray(color.rgb());
 }
 
 }  // namespace
@@ -84,9 +47,8 @@ IconColors ColorsFor(QIcon::Mode mode) {
     return {selected, selected, selected, selected};
   }
   const bool dark = Lightness(text) > Lightness(ground);
-  IconColors colors{text, QColor::fromString(QLatin1String(dark ? "#6cb2ff" : kAccent)),
-                    QColor::fromString(QLatin1String(dark ? "#4fce83" : kGo)),
-                    QColor::fromString(QLatin1String(dark ? "#ff8078" : kHalt))};
+  IconColors colors = dark ? IconColors{{}, 0x6cb2ff, 0x4fce83, 0xff8078} : WrittenColors();
+  colors.Ink = text;
   if (mode == QIcon::Active) {
     // Menus show this mode on their highlight colour, where a plain accent could drown.
     for (QColor* color : {&colors.Accent, &colors.Go, &colors.Halt}) *color = Mixed(text, *color, kStronger);
@@ -94,8 +56,7 @@ IconColors ColorsFor(QIcon::Mode mode) {
   return colors;
 }
 
-SvgIconEngine::SvgIconEngine(QString resource, Coloring coloring)
-    : resource_(std::move(resource)), coloring_(coloring) {}
+SvgIconEngine::SvgIconEngine(QString name, Coloring coloring) : name_(std::move(name)), coloring_(coloring) {}
 
 void SvgIconEngine::paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) {
   const qreal scale = painter->device() != nullptr ? painter->device()->devicePixelRatioF() : 1.0;
@@ -112,7 +73,7 @@ QPixmap SvgIconEngine::scaledPixmap(const QSize& size, QIcon::Mode mode, QIcon::
   const IconColors colors = own ? IconColors{} : ColorsFor(mode);
   const double opacity = own && mode == QIcon::Disabled ? kMuted : 1.0;
   const QString key = QStringLiteral("%1 %2x%3 %4 %5 %6 %7 %8 %9")
-                          .arg(resource_)
+                          .arg(name_)
                           .arg(size.width())
                           .arg(size.height())
                           .arg(scale)
@@ -120,8 +81,7 @@ QPixmap SvgIconEngine::scaledPixmap(const QSize& size, QIcon::Mode mode, QIcon::
                           .arg(colors.Ink.name(), colors.Accent.name(), colors.Go.name(), colors.Halt.name());
   QPixmap picture;
   if (QPixmapCache::find(key, &picture)) return picture;
-  const QByteArray bytes = BytesOf(resource_);
-  picture = Drawn(own ? bytes : Colored(bytes, colors), size, opacity);
+  picture = WithOpacity(Drawing(name_, size, own ? nullptr : &colors), opacity);
   picture.setDevicePixelRatio(scale);
   QPixmapCache::insert(key, picture);
   return picture;
@@ -136,7 +96,7 @@ QString SvgIconEngine::key() const {
 }
 
 bool SvgIconEngine::isNull() {
-  return !QFile::exists(resource_);
+  return !HasDrawing(name_);
 }
 
 }  // namespace spectrane

@@ -1,26 +1,20 @@
 #pragma once
 
-#include <QColor>
 #include <QIconEngine>
 #include <QPixmap>
 #include <QSize>
 #include <QString>
 
-namespace spectrane {
+#include "app/ground/drawing.h"
 
-/// What the four colours that the drawings are written in stand for at one paint.
-struct IconColors {
-  QColor Ink;     ///< strokes
-  QColor Accent;  ///< measured things: curves, beams, marks
-  QColor Go;      ///< starts, adds, connects
-  QColor Halt;    ///< stops, removes, closes
-};
+namespace spectrane {
 
 /// The colours for a mode of the application's palette: full strength when normal, nearer to the text colour
 /// under the pointer, one colour between text and ground when disabled.
 IconColors ColorsFor(QIcon::Mode mode);
 
-/// Icon drawn from an SVG resource at the exact size asked for. Nothing is read before the first paint.
+/// Icon painted from a drawing among the resources, at the exact size asked for. Nothing is read before the
+/// first paint.
 class SvgIconEngine : public QIconEngine {
  public:
   enum class Coloring {
@@ -28,7 +22,8 @@ class SvgIconEngine : public QIconEngine {
     Own       ///< shown as written, faded when disabled
   };
 
-  SvgIconEngine(QString resource, Coloring coloring);
+  /// `name` as Drawing() takes it.
+  SvgIconEngine(QString name, Coloring coloring);
 
   void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override;
   QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override;
@@ -39,7 +34,7 @@ class SvgIconEngine : public QIconEngine {
   bool isNull() override;
 
  private:
-  QString resource_;
+  QString name_;
   Coloring coloring_;
 };
 

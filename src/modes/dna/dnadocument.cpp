@@ -5,15 +5,12 @@
 #include "modes/dna/dnaresult.h"
 
 namespace spectrane {
-namespace {
 
 void TakeDNASettings(const DNASettings& settings, DNAOption& option) {
   option.Option = settings.Option;
   std::ranges::copy(settings.Values.WaveLength, option.WaveLength.begin());
   std::ranges::copy(settings.Values.Factor, option.Factor.begin());
 }
-
-}  // namespace
 
 DNADocument::DNADocument() : RecordDocumentOf(DNAModule()) {
   TakeDNASettings(DNASettings(), option_);

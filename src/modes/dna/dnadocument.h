@@ -9,6 +9,9 @@
 
 namespace spectrane {
 
+/// Mode, wavelengths and factors of `settings` into an option block; the rest of it stays.
+void TakeDNASettings(const DNASettings& settings, DNAOption& option);
+
 /// One DNA/protein test: its mode, wavelengths and factors, the samples, and the file they belong to. A file
 /// may bring any numbers.
 class DNADocument : public RecordDocumentOf<DNAOption, DNARecord> {

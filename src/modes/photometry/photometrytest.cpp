@@ -1,13 +1,12 @@
 #include "modes/photometry/photometrytest.h"
 
-#include <algorithm>
-#include <cmath>
 #include <limits>
 
 #include "base/language.h"
 #include "base/numbers.h"
 #include "base/textnumbers.h"
 #include "link/function.h"
+#include "modes/samplercells.h"
 
 namespace spectrane {
 namespace {
@@ -17,9 +16,6 @@ constexpr int kTestNeedsInstrument = 970;
 constexpr int kBlankWanted = 971;
 constexpr int kTestCommunicationError = 972;
 constexpr int kSamplerError = 1912;
-/// Finest step of a monochromator [nm].
-constexpr double kDriveStep = 0.1001;
-constexpr const char* kAstrayFormat = "0.0nm";
 // Differs from every wavelength, so that an instrument that tells none is moved.
 constexpr double kUnknownWavelength = std::numeric_limits<double>::quiet_NaN();
 
@@ -43,6 +39,8 @@ bool PhotometryTest::TakeBlank() {
   state.InstrumentBusy = true;
   double wavelength = kUnknownWavelength;
   if (!bench_.Instrument.GetWavelength(wavelength)) return LinkFailed();
+  if (bench_.Instrument.LastReply().Restarted) wavelength = kUnknownWavelength;
+  const std::int64_t restarts = state.RestartCount;
   if (Stopped()) return false;
   if (state.SamplerPresent && !bench_.Instrument.SetSampler(state.SamplerZeroPosition)) {
     bench_.Boxes.Show(kSamplerError);
@@ -55,10 +53,15 @@ bool PhotometryTest::TakeBlank() {
   // From here on the instrument may have chosen another gain: an older blank no longer fits what it reads.
   BlankDone = bench_.Live.mmuRezeroEnergy();
   if (!BlankDone) return false;
+  if (state.RestartCount != restarts) {
+    BlankDone = false;
+    return LinkFailed();
+  }
   BlankFullEnergy = state.FullEnergy;
   BlankDarkEnergy = state.DarkEnergy;
   blankGain_ = state.GainIndex;
   blankRezero_ = state.RezeroCount;
+  blankRestarts_ = restarts;
   blankWavelength_ = WaveLength;
   return true;
 }
@@ -81,7 +84,8 @@ void PhotometryTest::TellWavelength() {
 }
 
 bool PhotometryTest::BlankHolds() const {
-  return BlankDone && blankRezero_ == bench_.State.RezeroCount && blankGain_ == bench_.State.GainIndex &&
+  return BlankDone && blankRezero_ == bench_.State.RezeroCount &&
+         blankRestarts_ == bench_.State.RestartCount && blankGain_ == bench_.State.GainIndex &&
          blankWavelength_ == WaveLength;
 }
 
@@ -105,14 +109,11 @@ bool PhotometryTest::MeasureAll() {
   double wavelength = kUnknownWavelength;
   if (!bench_.Instrument.GetWavelength(wavelength)) return LinkFailed();
   if (Stopped()) return false;
-  // Nobody has sent it elsewhere since the blank: a drive that answers a move and does not go stands there.
-  const bool astray = state.CurrentWavelength == WaveLength && std::abs(wavelength - WaveLength) > kDriveStep;
+  const std::string astray =
+      state.CurrentWavelength == WaveLength ? AstrayWords(WaveLength, wavelength) : std::string();
   if (!MoveFrom(wavelength)) return LinkFailed();
   TellWavelength();
-  if (astray) {
-    bench_.Display.SetRemark("The instrument stood at " + Format(wavelength, kAstrayFormat) +
-                             ", not where it was sent: what was read last may be of that wavelength.");
-  }
+  if (!astray.empty()) bench_.Display.SetRemark(astray);
   // The range of another instrument may have held the wavelength elsewhere.
   if (!BlankHolds()) {
     bench_.Boxes.Show(kBlankWanted);
@@ -125,25 +126,16 @@ bool PhotometryTest::MeasureAll() {
 }
 
 bool PhotometryTest::MeasureCells() {
-  const auto& used = bench_.State.SamplerPositions;
-  if (std::none_of(used.begin() + 1, used.end(), [](bool position) { return position; })) {
-    bench_.Display.SetRemark("No sampler position is in use.");
-    return true;
-  }
-  for (std::int32_t position = 1; position <= kSamplerPositionCount; ++position) {
-    if (!bench_.State.SamplerPositions[static_cast<std::size_t>(position)]) continue;
-    if (Stopped()) return false;
-    std::int32_t cell = position;
-    if (!bench_.Instrument.SetSampler(cell)) return RunFailed();
-    if (Stopped()) return false;
-    if (!MeasureRow("Sampler Position " + std::to_string(position))) return RunFailed();
-  }
-  return true;
+  return MeasureEachCell(bench_, {[this] { return Stopped(); },
+                                  [this](const std::string& note) { return MeasureRow(note) || RunFailed(); },
+                                  [this] { return RunFailed(); }});
 }
 
 bool PhotometryTest::MeasureRow(const std::string& note) {
   std::int32_t samples = kSamples;
   const std::int32_t energy = bench_.Instrument.GetEnergy(samples);
+  // A restart may have been heard at the sampler's command before.
+  if (blankRestarts_ != bench_.State.RestartCount) return false;
   if (!bench_.Instrument.LastReply().Complete()) return false;
   document_.Append({energy, BlankFullEnergy, BlankDarkEnergy, WaveLength, note});
   const double trans = TransFromEnergy(energy, BlankFullEnergy, BlankDarkEnergy);

@@ -53,6 +53,7 @@ class PhotometryTest : public RezeroTarget {
   PhotometryDocument& document_;
   // Energies of different gains or wavelengths cannot be compared.
   std::int64_t blankRezero_ = 0;
+  std::int64_t blankRestarts_ = 0;
   std::int32_t blankGain_ = 0;
   double blankWavelength_ = 0;
 };

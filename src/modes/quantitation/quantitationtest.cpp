@@ -1,10 +1,9 @@
 #include "modes/quantitation/quantitationtest.h"
 
-#include <algorithm>
-
 #include "base/language.h"
 #include "base/numbers.h"
 #include "link/function.h"
+#include "modes/samplercells.h"
 
 namespace spectrane {
 namespace {
@@ -42,6 +41,7 @@ bool QuantitationTest::TakeBlanks() {
   }
   document_.SetBlankDone(false);
   InstrumentState& state = bench_.State;
+  const std::int64_t restarts = state.RestartCount;
   if (Stopped()) return false;
   if (state.SamplerPresent && !bench_.Instrument.SetSampler(state.SamplerZeroPosition)) {
     bench_.Boxes.Show(kSamplerError);
@@ -55,9 +55,11 @@ bool QuantitationTest::TakeBlanks() {
       dark = "The blank gives no light at " + Format(WaveLength(i), kMoveFormat) + ".";
     }
   }
-  bench_.Display.SetRemark(dark);
+  if (state.RestartCount != restarts) return Failed();
+  bench_.Display.SetRemark(dark.empty() ? astray_ : dark);
   document_.SetBlankDone(true);
   blankRezero_ = state.RezeroCount;
+  blankRestarts_ = restarts;
   return true;
 }
 
@@ -79,7 +81,20 @@ bool QuantitationTest::TakeBlank(std::size_t index) {
 }
 
 bool QuantitationTest::AskWavelength() {
-  return bench_.Instrument.GetWavelength(standsAt_);
+  astray_.clear();
+  if (!bench_.Instrument.GetWavelength(standsAt_)) return false;
+  const double sent = bench_.State.CurrentWavelength;
+  for (std::size_t i = 0; i < WavelengthsInUse(document_.Option()); ++i) {
+    if (WaveLength(i) == sent) astray_ = AstrayWords(sent, standsAt_);
+  }
+  return true;
+}
+
+bool QuantitationTest::AskBeforeTest() {
+  if (!AskWavelength()) return Failed();
+  if (BlankHolds()) return true;
+  bench_.Boxes.Show(kBlankWanted);
+  return false;
 }
 
 bool QuantitationTest::MoveTo(std::size_t index, bool always) {
@@ -102,7 +117,8 @@ bool QuantitationTest::MoveTo(std::size_t index, bool always) {
 
 bool QuantitationTest::BlankHolds() const {
   const InstrumentState& state = bench_.State;
-  return document_.Option().BlankDone && blankRezero_ == state.RezeroCount && state.GainIndex != kUnknownGain;
+  return document_.Option().BlankDone && blankRezero_ == state.RezeroCount &&
+         blankRestarts_ == state.RestartCount;
 }
 
 bool QuantitationTest::mmuStartTest() {
@@ -122,7 +138,7 @@ bool QuantitationTest::mmuStartTest() {
     return false;
   }
   const RunningTest test(bench_, TestRunning);
-  return AskWavelength() ? MeasureAll() : Failed();
+  return AskBeforeTest() && MeasureAll();
 }
 
 bool QuantitationTest::MeasureAll() {
@@ -131,19 +147,9 @@ bool QuantitationTest::MeasureAll() {
 }
 
 bool QuantitationTest::MeasureCells() {
-  const auto& used = bench_.State.SamplerPositions;
-  if (std::none_of(used.begin() + 1, used.end(), [](bool position) { return position; })) {
-    bench_.Display.SetRemark("No sampler position is in use.");
-    return true;
-  }
-  for (std::int32_t position = 1; position <= kSamplerPositionCount; ++position) {
-    if (!bench_.State.SamplerPositions[static_cast<std::size_t>(position)]) continue;
-    if (Stopped()) return false;
-    std::int32_t cell = position;
-    if (!bench_.Instrument.SetSampler(cell)) return Failed();
-    if (Stopped() || !MeasureSample("Sampler Position " + std::to_string(position))) return false;
-  }
-  return true;
+  return MeasureEachCell(
+      bench_, {[this] { return Stopped(); }, [this](const std::string& name) { return MeasureSample(name); },
+               [this] { return Failed(); }});
 }
 
 bool QuantitationTest::MeasureSample(const std::string& name) {
@@ -154,7 +160,7 @@ bool QuantitationTest::MeasureSample(const std::string& name) {
     return false;
   }
   document_.Append(document_.MakeRecord(name, abs[0], abs[1]));
-  bench_.Display.SetRemark({});
+  bench_.Display.SetRemark(astray_);
   if (OnRecord) OnRecord(document_.RecordCount() - 1);
   return true;
 }
@@ -172,7 +178,7 @@ bool QuantitationTest::MeasureStandard(std::int32_t row) {
   const InstrumentRun run(bench_.State);
   if (!run.Owns()) return false;
   const RunningTest test(bench_, TestRunning);
-  return AskWavelength() ? ReadStandard(row) : Failed();
+  return AskBeforeTest() && ReadStandard(row);
 }
 
 bool QuantitationTest::ReadStandard(std::int32_t row) {
@@ -180,7 +186,7 @@ bool QuantitationTest::ReadStandard(std::int32_t row) {
   if (bench_.State.SamplerPresent && SelectSampler && !SelectSampler()) return false;
   Readings abs{};
   if (Stopped() || !Read(abs, {})) return false;
-  bench_.Display.SetRemark({});
+  bench_.Display.SetRemark(astray_);
   TellFit(document_.SetStandardReadings(row, abs[0], abs[1]));
   return true;
 }
@@ -203,6 +209,8 @@ bool QuantitationTest::ReadAt(std::size_t index, double& abs) {
   if (Stopped()) return false;
   std::int32_t samples = kSamples;
   const std::int32_t energy = bench_.Instrument.GetEnergy(samples);
+  // A restart may have been heard at a command before.
+  if (blankRestarts_ != bench_.State.RestartCount) return Failed();
   if (!bench_.Instrument.LastReply().Complete()) return Failed();
   abs = AbsFromEnergy(energy, full, dark);
   bench_.Live.ToolsBarAbsData(abs);

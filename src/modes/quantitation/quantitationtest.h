@@ -65,6 +65,8 @@ class QuantitationTest : public RezeroTarget {
   bool ReadAt(std::size_t index, double& abs);
   bool MoveTo(std::size_t index, bool always);
   bool AskWavelength();
+  /// The same before readings; asks for a blank when the instrument turned out to have restarted.
+  bool AskBeforeTest();
   bool Failed();
   void TellFit(FitOutcome outcome);
   bool Stopped() const { return StopWanted && StopWanted(); }
@@ -77,6 +79,9 @@ class QuantitationTest : public RezeroTarget {
   /// Number of the rezero that the blank was taken with.
   static constexpr std::int64_t kNoRezero = -1;
   std::int64_t blankRezero_ = kNoRezero;
+  std::int64_t blankRestarts_ = 0;
+  /// What is to be told of where the drive stood.
+  std::string astray_;
 };
 
 }  // namespace spectrane

@@ -29,8 +29,9 @@ TimeScanTest::TimeScanTest(const TestBench& bench, TimeScanDocument& document, c
 
 bool TimeScanTest::BlankHolds() const {
   const InstrumentState& state = bench_.State;
-  return BlankDone && blankRezero_ == state.RezeroCount && blankMoves_ == state.LostMoves &&
-         blankGain_ == state.GainIndex && blankWavelength_ == document_.Option().WorkWL;
+  return BlankDone && blankRezero_ == state.RezeroCount && blankRestarts_ == state.RestartCount &&
+         blankMoves_ == state.LostMoves && blankGain_ == state.GainIndex &&
+         blankWavelength_ == document_.Option().WorkWL;
 }
 
 void TimeScanTest::mmuOperationRezero() {
@@ -48,27 +49,31 @@ bool TimeScanTest::TakeBlank() {
     return taken;
   };
   bench_.Live.SampleTimerStop();
+  // A reading that was due already does not come in between.
+  state.InstrumentBusy = true;
   double wavelength = 0;
   if (!bench_.Instrument.GetWavelength(wavelength)) return done(false);
   state.CurrentWavelength = wavelength;
-  if (wavelength != document_.Option().WorkWL) {
+  const std::int64_t restarts = state.RestartCount;
+  // What was told before a restart is no place any more.
+  if (wavelength != document_.Option().WorkWL || bench_.Instrument.LastReply().Restarted) {
     if (!Move()) return done(false);
     bench_.Boxes.Show(kPutSample);
   }
-  state.InstrumentBusy = true;
   std::int32_t blank = 0;
   std::int32_t gain = 0;
   if (!bench_.Instrument.Rezero(blank, gain) || !bench_.Instrument.LastReply().Complete()) return done(false);
   bench_.Live.TakeDarkEnergyOf(gain);
   std::int32_t samples = kBlankSamples;
   const std::int32_t fullEnergy = bench_.Instrument.GetEnergy(samples);
-  if (!bench_.Instrument.LastReply().Complete()) return done(false);
+  if (!bench_.Instrument.LastReply().Complete() || state.RestartCount != restarts) return done(false);
   // A test takes the blank with it when it begins; points of an earlier one belong to an earlier blank.
   if (document_.DataCount() == 0) document_.SetBlank(fullEnergy, state.DarkEnergy, gain);
   bench_.Live.ToolsBarFullEnergyData(fullEnergy, state.DarkEnergy, gain);
   bench_.Live.ShowReference();
   BlankDone = true;
   blankRezero_ = state.RezeroCount;
+  blankRestarts_ = restarts;
   blankMoves_ = state.LostMoves;
   blankGain_ = gain;
   blankWavelength_ = document_.Option().WorkWL;
@@ -181,9 +186,9 @@ bool TimeScanTest::Read(std::int32_t& energy) {
   for (int attempt = 0; attempt < 2; ++attempt) {
     std::int32_t samples = kPointSamples;
     energy = bench_.Instrument.GetEnergy(samples);
-    if (bench_.Instrument.LastReply().Complete()) return true;
     // An instrument that restarted stands at another gain and wavelength: what it reads now fits no blank.
-    if (bench_.State.GainIndex != document_.Option().GainNo) return false;
+    if (blankRestarts_ != bench_.State.RestartCount) return false;
+    if (bench_.Instrument.LastReply().Complete()) return true;
   }
   return false;
 }

@@ -71,6 +71,7 @@ class TimeScanTest : public RezeroTarget {
   MessageLoop& loop_;
   // Energies of different gains or wavelengths cannot be compared.
   std::int64_t blankRezero_ = -1;
+  std::int64_t blankRestarts_ = 0;
   std::int64_t blankMoves_ = 0;
   std::int32_t blankGain_ = 0;
   double blankWavelength_ = 0;

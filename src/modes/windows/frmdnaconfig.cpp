@@ -139,9 +139,7 @@ void FrmDNAConfig::ShowMode() {
     if (mode == DNAMode::Mode2) ShowValues(kDNAMode2);
     if (mode == DNAMode::Custom && custom_) ShowValues(*custom_);
   }
-  // Tab comes to the mode that is chosen; the arrows go from one to the other.
-  for (QRadioButton* option : modes_)
-    option->setFocusPolicy(option->isChecked() ? Qt::StrongFocus : Qt::ClickFocus);
+  LetTabReachChosen(modes_);
   const bool fixed = mode != DNAMode::Custom;
   const auto letIn = [this, fixed](NumberField& field) {
     field.setReadOnly(fixed);

@@ -301,7 +301,7 @@ void FrmQua::ShowConfigWindow() {
   if (dialog.exec() != QDialog::Accepted || !self) return;
   const bool hadFile = !document_.FileName().empty();
   const FitOutcome outcome = document_.Configure(dialog.Settings());
-  if (hadFile && document_.FileName().empty()) SetCaption(Words(kNewQua).trimmed());
+  if (hadFile && document_.FileName().empty()) SetCaption(Frame().NextCaption(kNewQua));
   ShowEverything();
   DocumentChanged();
   TellFit(outcome);

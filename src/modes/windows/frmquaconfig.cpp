@@ -306,10 +306,7 @@ void FrmQuaConfig::ShowUse() {
     if (field.Unit != nullptr) field.Unit->setEnabled(used);
   };
   const bool typed = coefficients_->isChecked();
-  // Tab comes to the option that is chosen; the arrows go from one to the other.
-  for (QRadioButton* option : {standards_, coefficients_}) {
-    option->setFocusPolicy(option->isChecked() ? Qt::StrongFocus : Qt::ClickFocus);
-  }
+  LetTabReachChosen(std::array{standards_, coefficients_});
   sampleNumbers_->setDisabled(typed);
   sampleNumberLabel_->setDisabled(typed);
   const auto [lowest, highest] = kCoefficientsOf[FittingMethodShown()];
@@ -382,7 +379,7 @@ void FrmQuaConfig::accept() {
   QuantitationSettings settings = settings_;
   if (!TakeFields(settings)) return;
   if (discardsRecords_ && discardsRecords_(settings) &&
-      frame_.Boxes().AskYesNo(Words(kDiscardQuestion)) != Answer::Yes) {
+      frame_.Boxes().AskYesNo(Words(kDiscardQuestion), kDiscardQuestion) != Answer::Yes) {
     return;
   }
   settings_ = std::move(settings);

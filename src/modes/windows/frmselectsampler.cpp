@@ -11,6 +11,7 @@
 #include "app/ground/dialogparts.h"
 #include "app/ground/words.h"
 #include "base/language.h"
+#include "base/textnumbers.h"
 
 namespace spectrane {
 namespace {
@@ -19,7 +20,6 @@ constexpr int kSamplerTitle = 1900;
 constexpr int kFirstPosition = 1901;
 constexpr int kMoving = 931;
 constexpr int kSamplerError = 1912;
-constexpr int kCommunicationError = 1096;
 constexpr int kStateCharacters = 36;
 
 QString MovingTo(const QString& position) {
@@ -60,7 +60,7 @@ int FrmSelectSampler::exec() {
 
 void FrmSelectSampler::LoadPosition() {
   std::int32_t position = 0;
-  const bool known = Talk([&] { return frame_.Link().Instrument.GetSampler(position); });
+  const bool known = WithInstrument([&] { return frame_.Link().Instrument.GetSampler(position); });
   positions_->setCurrentIndex(position >= 1 && position <= kSamplerPositionCount ? position - 1 : 0);
   if (!known) Tell(kCommunicationError);
 }
@@ -71,7 +71,7 @@ void FrmSelectSampler::accept() {
   if (told_) frame_.Display().SetRemark({});
   told_ = false;
   std::int32_t position = positions_->currentIndex() + 1;
-  const bool moved = Talk([&] {
+  const bool moved = WithInstrument([&] {
     // The move takes seconds in which nothing is painted.
     repaint();
     QGuiApplication::sync();
@@ -89,7 +89,7 @@ void FrmSelectSampler::done(int result) {
   if (!busy_) QDialog::done(result);
 }
 
-bool FrmSelectSampler::Talk(const std::function<bool()>& work) {
+bool FrmSelectSampler::WithInstrument(const std::function<bool()>& work) {
   SetBusy(true);
   const auto free = qScopeGuard([this] { SetBusy(false); });
   return work();

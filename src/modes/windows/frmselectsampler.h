@@ -32,7 +32,7 @@ class FrmSelectSampler : public QDialog {
  private:
   void LoadPosition();
   /// Nothing can be pressed while `work` speaks to the instrument. Yields.
-  bool Talk(const std::function<bool()>& work);
+  bool WithInstrument(const std::function<bool()>& work);
   void SetBusy(bool busy);
   void Tell(int textId);
 

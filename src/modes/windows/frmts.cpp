@@ -1,5 +1,7 @@
 #include "modes/windows/frmts.h"
 
+#include <QApplication>
+
 #include "app/ground/commands.h"
 #include "app/ground/dialogparts.h"
 #include "app/ground/frmdatatabel.h"
@@ -50,9 +52,15 @@ FrmTS::FrmTS(MainWindow& frame)
   TimeScanSettings settings;
   LoadSettings<TimeScanSettings>(frame.Settings(), kTimeScanSettingRows, settings);
   TakeSettings(settings);
+  // Whoever comes back to the window may have lost its blank elsewhere.
+  connect(qApp, &QApplication::focusChanged, this, [this] {
+    if (!Curve().View().Caption.endsWith(NextStep())) ShowPicture();
+  });
 }
 
 FrmTS::~FrmTS() {
+  // The focus goes from a window that goes.
+  disconnect(qApp, nullptr, this, nullptr);
   if (test_.TestRunning) FrmTS::StopTest();
   delete curveDataTabel_;
 }
@@ -107,9 +115,14 @@ QString FrmTS::PointText(std::size_t /*line*/, std::size_t point) const {
 
 CurveView FrmTS::MakeView() const {
   CurveView view = TimeScanCurve(source_, view_, Caption());
-  if (points_.Count() == 0 && !RunsNow())
-    view.Caption += tr("     No points yet: first Set Blank (F8), then Start Test (F5).");
+  view.Caption += NextStep();
   return view;
+}
+
+QString FrmTS::NextStep() const {
+  if (points_.Count() > 0 || RunsNow()) return {};
+  return test_.BlankHolds() ? tr("     No points yet. The blank is set: Start Test (F5).")
+                            : tr("     No points yet: first Set Blank (F8), then Start Test (F5).");
 }
 
 void FrmTS::ShowTables() {
@@ -159,6 +172,7 @@ void FrmTS::FindPeak() {
   ShowTables();
   ShowPicture();
   curveDataTabel_->SelectTab(kPeakTab);
+  Frame().Display().SetRemark(FoundWords(found_, settings_.PeakHeight));
 }
 
 void FrmTS::mmuSetPeakHeight() {
@@ -166,8 +180,7 @@ void FrmTS::mmuSetPeakHeight() {
   FrmPeakHeight dialog(Frame(), settings_.PeakHeight);
   if (dialog.exec() != QDialog::Accepted || !self) return;
   settings_.PeakHeight = dialog.PeakHeight();
-  if (!Frame().Settings().PutSetting(kTimeScanSection, kTimeScanPeakHeightKey,
-                                     ShortestText(settings_.PeakHeight))) {
+  if (!Frame().Settings().PutSetting(kTimeScanSection, kPeakHeightKey, ShortestText(settings_.PeakHeight))) {
     RemarkOnSettings(Frame());
   }
 }

@@ -51,6 +51,7 @@ class FrmTS : public CurveWindow {
 
  protected:
   FileKindWords FileWords() const override;
+  bool HasWork() const override;
   bool IsModified() const override;
   std::optional<JournalImage> MakeImage() const override { return document_.Image(); }
   bool TakeImage(const Journal& journal) override;
@@ -72,6 +73,8 @@ class FrmTS : public CurveWindow {
 
  private:
   std::vector<PointColumn> Columns() const;
+  /// What an empty window asks for; empty when there is nothing to say.
+  QString NextStep() const;
   void BuildTables();
   void ConnectTest();
   void TakeSettings(const TimeScanSettings& settings);

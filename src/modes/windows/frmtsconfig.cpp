@@ -6,9 +6,7 @@
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QPushButton>
-#include <QRadioButton>
 
-#include <array>
 #include <optional>
 
 #include "app/ground/numberfield.h"
@@ -22,8 +20,6 @@ namespace {
 constexpr int kTimeScanConfigTitle = 1007;
 constexpr int kEndTimeError = 1004;
 constexpr int kStartTimeError = 1005;
-constexpr int kTimeScanModeTexts[] = {703, 705};
-constexpr const char* kTimeScanModeNames[] = {"AbsOption", "TransOption"};
 constexpr const char* kWavelengthShown = "###0.0";
 constexpr const char* kSecondsShown = "###0";
 /// In the place of a wavelength that the instrument does not have [nm].
@@ -57,23 +53,10 @@ FrmTSConfig::FrmTSConfig(MainWindow& frame, const TimeScanSettings& settings)
       bottomUnit_(new QLabel(this)),
       points_(new QLabel(this)) {
   DialogParts parts(*this, "FrmTSConfig", Caption(kTimeScanConfigTitle));
-  // From left to right and downward, as they are read and as Tab goes.
-  using Build = QGroupBox* (FrmTSConfig::*)(DialogParts&);
-  static constexpr std::array<Build, 3> kColumns[] = {
-      {&FrmTSConfig::BuildWavelength, &FrmTSConfig::BuildTimes, &FrmTSConfig::BuildPrint},
-      {&FrmTSConfig::BuildMode, &FrmTSConfig::BuildScale, &FrmTSConfig::BuildTable},
-      {&FrmTSConfig::BuildDisplay, &FrmTSConfig::BuildPeaks, nullptr}};
-  auto* const columns = new QHBoxLayout;
-  for (const auto& builders : kColumns) {
-    auto* const column = new QVBoxLayout;
-    for (const Build build : builders) {
-      if (build) column->addWidget((this->*build)(parts));
-    }
-    column->addStretch();
-    columns->addLayout(column);
-  }
   auto* const all = new QVBoxLayout(this);
-  all->addLayout(columns);
+  all->addLayout(GroupColumns({{BuildWavelength(parts), BuildTimes(parts), BuildPrint(parts)},
+                               {BuildMode(parts), BuildScale(parts), BuildTable(parts)},
+                               {BuildDisplay(parts), rows_.PeakGroup(parts)}}));
   all->addLayout(parts.OKAndCancel());
   all->setSizeConstraint(QLayout::SetFixedSize);
   // Who gives up is not told first what is wrong with what they typed.
@@ -94,26 +77,11 @@ FrmTSConfig::FrmTSConfig(MainWindow& frame, const TimeScanSettings& settings)
   wavelength_->selectAll();
 }
 
-QGroupBox* FrmTSConfig::MakeGroup(const char* name, int titleTextId) {
-  auto* const group = new QGroupBox(Caption(titleTextId), this);
-  group->setObjectName(QLatin1String(name));
-  return group;
-}
-
-void FrmTSConfig::AddField(DialogParts& parts, QGroupBox& group, NumberField& field, const char* name,
-                           const char* labelName, int textId) {
-  auto* const grid = static_cast<QGridLayout*>(group.layout());
-  const int row = grid->rowCount();
-  grid->addWidget(parts.Finish(field, name, labelName, Caption(textId)), row, 0);
-  grid->addWidget(&field, row, 1);
-}
-
 QGroupBox* FrmTSConfig::BuildWavelength(DialogParts& parts) {
-  QGroupBox* const group = MakeGroup("FrameWavelength", 998);
+  QGroupBox* const group = parts.Group("FrameWavelength", 998);
   auto* const grid = new QGridLayout(group);
   wavelength_->SetNumber(settings_.Option.WorkWL, kWavelengthShown);
-  AddField(parts, *group, *wavelength_, "WLText", "LabelWL", 999);
-  grid->addWidget(new QLabel(QStringLiteral("nm"), group), grid->rowCount() - 1, 2);
+  parts.AddRow(*grid, *wavelength_, "WLText", "LabelWL", 999, new QLabel(QStringLiteral("nm"), group));
   const InstrumentState& state = frame_.Link().State;
   auto* const range = new QLabel(WavelengthRangeText(state.WavelengthMin, state.WavelengthMax), group);
   range->setForegroundRole(QPalette::PlaceholderText);
@@ -124,18 +92,16 @@ QGroupBox* FrmTSConfig::BuildWavelength(DialogParts& parts) {
 }
 
 QGroupBox* FrmTSConfig::BuildTimes(DialogParts& parts) {
-  QGroupBox* const group = MakeGroup("FrameTime", 993);
+  QGroupBox* const group = parts.Group("FrameTime", 993);
   auto* const grid = new QGridLayout(group);
   start_->SetNumber(settings_.StartSecond, kSecondsShown);
   end_->SetNumber(settings_.EndSecond, kSecondsShown);
-  AddField(parts, *group, *start_, "StartTimeText", "LabelStartTime", 994);
-  grid->addWidget(new QLabel(QStringLiteral("s"), group), grid->rowCount() - 1, 2);
-  AddField(parts, *group, *end_, "EndTimeText", "LabelEndTime", 995);
-  grid->addWidget(new QLabel(QStringLiteral("s"), group), grid->rowCount() - 1, 2);
-  for (const char* const name : kIntervalNames) interval_->addItem(QLatin1String(name));
-  const std::int32_t index = settings_.Option.IntervalSecond;
-  // A number that is no row stays as it is until a row is chosen.
-  interval_->setCurrentIndex(index >= 0 && index < interval_->count() ? index : -1);
+  const auto seconds = [group] { return new QLabel(QStringLiteral("s"), group); };
+  parts.AddRow(*grid, *start_, "StartTimeText", "LabelStartTime", 994, seconds());
+  parts.AddRow(*grid, *end_, "EndTimeText", "LabelEndTime", 995, seconds());
+  QStringList intervals;
+  for (const char* const name : kIntervalNames) intervals.append(QLatin1String(name));
+  FillList(*interval_, intervals, settings_.Option.IntervalSecond);
   const int row = grid->rowCount();
   grid->addWidget(parts.Finish(*interval_, "InternalTimeCombo", "LabelInternalTime", Caption(996)), row, 0);
   grid->addWidget(interval_, row, 1, 1, 2);
@@ -147,70 +113,44 @@ QGroupBox* FrmTSConfig::BuildTimes(DialogParts& parts) {
 }
 
 QGroupBox* FrmTSConfig::BuildMode(DialogParts& parts) {
-  QGroupBox* const group = MakeGroup("FrameMode", 997);
+  QGroupBox* const group = parts.Group("FrameMode", 997);
   auto* const column = new QVBoxLayout(group);
-  for (int i = 0; i < 2; ++i) {
-    auto* const option = new QRadioButton(group);
-    parts.Finish(*option, kTimeScanModeNames[i], Caption(kTimeScanModeTexts[i]));
-    modes_->addButton(option, i + 1);
-    column->addWidget(option);
-  }
+  parts.AddOptions(*column, *modes_, {{"AbsOption", 703}, {"TransOption", 705}}, 1);
   modes_->button(settings_.DisplayMode == 2 ? 2 : 1)->setChecked(true);
   return group;
 }
 
 QGroupBox* FrmTSConfig::BuildScale(DialogParts& parts) {
-  QGroupBox* const group = MakeGroup("FrameScale", 990);
+  QGroupBox* const group = parts.Group("FrameScale", 990);
   auto* const grid = new QGridLayout(group);
   topUnit_->setObjectName(QStringLiteral("ScaleTopUnit"));
   bottomUnit_->setObjectName(QStringLiteral("ScaleBottomUnit"));
-  AddField(parts, *group, *top_, "ScaleTopText", "LabelTop", 991);
-  grid->addWidget(topUnit_, grid->rowCount() - 1, 2);
-  AddField(parts, *group, *bottom_, "ScaleBottomText", "LabelBottom", 992);
-  grid->addWidget(bottomUnit_, grid->rowCount() - 1, 2);
-  // Their texts change with the mode; the row keeps its width.
-  topUnit_->setMinimumWidth(topUnit_->fontMetrics().horizontalAdvance(QStringLiteral("Abs")));
+  parts.AddRow(*grid, *top_, "ScaleTopText", "LabelTop", 991, topUnit_);
+  parts.AddRow(*grid, *bottom_, "ScaleBottomText", "LabelBottom", 992, bottomUnit_);
   return group;
 }
 
 QGroupBox* FrmTSConfig::BuildDisplay(DialogParts& parts) {
-  static constexpr OptionRows<TimeScanSettings>::ColourRow kTimeScanColours[] = {
-      {"PictureScale", "LabelScaleColor", 1002, &TimeScanSettings::ScaleColor},
-      {"PictureCurve", "LabelCurveColor", 1003, &TimeScanSettings::CurveColor},
-      {"PictureMark", "LabelMarkColor", 1197, &TimeScanSettings::MarkColor},
-      {"PicturePeak", "LabelPeakColor", 1198, &TimeScanSettings::PeakColor},
-      {"PictureValley", "LabelValleyColor", 1199, &TimeScanSettings::ValleyColor}};
-  QGroupBox* const group = MakeGroup("FrameDisplay", 1000);
+  QGroupBox* const group = parts.Group("FrameDisplay", 1000);
   auto* const column = new QVBoxLayout(group);
   rows_.AddCheck(parts, *column, "CheckGrid", 1001, &TimeScanSettings::GridEnable);
-  rows_.AddColours(parts, *column, kTimeScanColours, group);
-  return group;
-}
-
-QGroupBox* FrmTSConfig::BuildPeaks(DialogParts& parts) {
-  QGroupBox* const group = MakeGroup("FramePeak", 1200);
-  auto* const column = new QVBoxLayout(group);
-  rows_.AddCheck(parts, *column, "CheckPeak", 1201, &TimeScanSettings::PeakEnable);
-  rows_.AddCheck(parts, *column, "CheckValley", 1202, &TimeScanSettings::ValleyEnable);
-  rows_.AddCheck(parts, *column, "CheckDetailPeak", 1203, &TimeScanSettings::PeakDetailEnable);
-  rows_.AddCheck(parts, *column, "CheckDetailValley", 1204, &TimeScanSettings::ValleyDetailEnable);
+  rows_.AddCurveColours(parts, *column,
+                        {{"PictureScale", "LabelScaleColor", 1002, &TimeScanSettings::ScaleColor},
+                         {"PictureCurve", "LabelCurveColor", 1003, &TimeScanSettings::CurveColor}},
+                        group);
   return group;
 }
 
 QGroupBox* FrmTSConfig::BuildTable(DialogParts& parts) {
-  QGroupBox* const group = MakeGroup("FrameDataTable", 1208);
+  QGroupBox* const group = parts.Group("FrameDataTable", 1208);
   auto* const column = new QVBoxLayout(group);
   rows_.AddCheck(parts, *column, "CheckDataTable", 1205, &TimeScanSettings::DataTableEnable);
   return group;
 }
 
 QGroupBox* FrmTSConfig::BuildPrint(DialogParts& parts) {
-  QGroupBox* const group = MakeGroup("FramePrint", 1304);
-  auto* const column = new QVBoxLayout(group);
-  rows_.AddCheck(parts, *column, "CheckPrintPicture", 1305, &TimeScanSettings::PrintCurve);
-  // An "and", not an access key.
-  rows_.AddCheck(parts, *column, "CheckPrintPeakData", 1306, &TimeScanSettings::PrintPeakValley)
-      ->setText(Caption(1306).replace(u'&', QStringLiteral("&&")));
+  QGroupBox* const group = rows_.PrintGroup(parts);
+  auto* const column = static_cast<QVBoxLayout*>(group->layout());
   rows_.AddCheck(parts, *column, "CheckPrintAllData", 1307, &TimeScanSettings::PrintDataList);
   return group;
 }

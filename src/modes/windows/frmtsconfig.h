@@ -31,17 +31,13 @@ class FrmTSConfig : public QDialog {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  QGroupBox* MakeGroup(const char* name, int titleTextId);
   QGroupBox* BuildWavelength(DialogParts& parts);
   QGroupBox* BuildTimes(DialogParts& parts);
   QGroupBox* BuildMode(DialogParts& parts);
   QGroupBox* BuildScale(DialogParts& parts);
   QGroupBox* BuildDisplay(DialogParts& parts);
-  QGroupBox* BuildPeaks(DialogParts& parts);
   QGroupBox* BuildTable(DialogParts& parts);
   QGroupBox* BuildPrint(DialogParts& parts);
-  void AddField(DialogParts& parts, QGroupBox& group, NumberField& field, const char* name,
-                const char* labelName, int textId);
   bool Trans() const;
   void ShowMode();
   void ShowPoints();

@@ -118,7 +118,8 @@ void FrmTS::ShowWait(std::int64_t restMs) {
 
 void FrmTS::AskToSaveTest() {
   DocumentChanged();
-  if (document_.DataCount() > 0 && Frame().Boxes().AskYesNo(Words(kScanFinished)) == Answer::Yes)
+  if (document_.DataCount() > 0 &&
+      Frame().Boxes().AskYesNo(Words(kScanFinished), kScanFinished) == Answer::Yes)
     mmuSaveAsFile();
   QApplication::beep();
 }
@@ -152,12 +153,6 @@ void FrmTS::TellEnd(TimeScanEnd end) {
 
 bool FrmTS::Offers(int command) const {
   switch (command) {
-    case kClose:
-    case kCopyPicture:
-    case kZoomOut:
-    case kZoomIn:
-    case kZoomWindow:
-      return true;
     case kStopTest:
       return test_.TestRunning;
     case kStartTest:
@@ -165,18 +160,14 @@ bool FrmTS::Offers(int command) const {
     case kTestOption:
     case kSearchPeak:
     case kPeakValueSetup:
-    case kOutputPicture:
-    case kOutputWorkbook:
-    case kOutputText:
-    case kPrint:
-    case kPrintPreview:
       return !RunsNow();
-    case kSave:
-    case kSaveAs:
-      return !RunsNow() && document_.DataCount() > 0;
     default:
-      return false;
+      return CurveWindow::Offers(command);
   }
+}
+
+bool FrmTS::HasWork() const {
+  return document_.DataCount() > 0;
 }
 
 }  // namespace spectrane

@@ -4,8 +4,8 @@
 #include <QPointer>
 
 #include "app/ground/commands.h"
+#include "app/ground/editgrid.h"
 #include "app/ground/words.h"
-#include "modes/windows/editgrid.h"
 
 namespace spectrane {
 
@@ -63,22 +63,12 @@ QString RecordWindow::OpenFileName() const {
 
 bool RecordWindow::Offers(int command) const {
   switch (command) {
-    case kClose:
-      return true;
     case kTestOption:
-    case kOutputPicture:  // with the words that refuse it
-    case kOutputWorkbook:
-    case kOutputText:
-    case kPrint:
-    case kPrintPreview:
       return !RunsNow();
-    case kSave:
-    case kSaveAs:
-      return !RunsNow() && HasWork();
     case kDeleteRecord:
       return !RunsNow() && records_->SelectedRow() >= 0;
     default:
-      return false;
+      return DocumentWindow::Offers(command);
   }
 }
 

@@ -38,9 +38,7 @@ class RecordWindow : public DocumentWindow {
   virtual void RecordRemoved(int row) = 0;
   /// Another document altogether.
   virtual void RecordsReplaced() = 0;
-  /// There is something for Save.
-  virtual bool HasWork() const;
-
+  bool HasWork() const override;
   bool IsModified() const override;
   bool SavesElsewhere() const override;
   bool WriteDocument(const QString& path, QString& fault) override;

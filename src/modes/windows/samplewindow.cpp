@@ -101,7 +101,7 @@ void SampleWindow::ShowEverything() {
 }
 
 void SampleWindow::ShowSettings(bool hadFile) {
-  if (hadFile && OpenFileName().isEmpty()) SetCaption(Words(captionText_).trimmed());
+  if (hadFile && OpenFileName().isEmpty()) SetCaption(Frame().NextCaption(captionText_));
   const int row = std::max(grid_->SelectedRow(), 0);
   ShowEverything();
   ShowRow(row);

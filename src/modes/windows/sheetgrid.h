@@ -1,6 +1,6 @@
 #pragma once
 
-#include "modes/windows/editgrid.h"
+#include "app/ground/editgrid.h"
 
 namespace spectrane {
 

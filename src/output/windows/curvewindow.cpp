@@ -2,8 +2,11 @@
 
 #include <QHBoxLayout>
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
+#include "app/ground/commands.h"
 #include "output/quantitationplot.h"
 #include "output/windows/piccurve.h"
 
@@ -29,6 +32,11 @@ CurveWindow::CurveWindow(MainWindow& frame)
 CurveWindow::~CurveWindow() {
   // What the pointer was over is gone with the window.
   Frame().ShowReadout({});
+}
+
+bool CurveWindow::Offers(int command) const {
+  constexpr int kOfAView[] = {kCopyPicture, kZoomOut, kZoomIn, kZoomWindow};
+  return std::ranges::find(kOfAView, command) != std::end(kOfAView) || DocumentWindow::Offers(command);
 }
 
 void CurveWindow::PutBeside(QWidget* widget) {

@@ -26,6 +26,7 @@ class CurveWindow : public DocumentWindow {
   void CopyPicture() override;
   /// The picture as it stands into a file.
   void mmuFileOutputBMP() override;
+  bool Offers(int command) const override;
   /// Draws scale, curves and marks anew.
   void ShowPicture();
 

@@ -21,11 +21,10 @@ constexpr double kWheelNotch = 0.8;
 constexpr double kNotchUnits = 120;
 constexpr long kPageSteps = 100;
 
-/// Entries of the popup menu; 0 parts the groups.
-constexpr int kPopupCommands[] = {
-    kStartTest, kStopTest,   kSetBlank,       kSystemBaseline, kTestOption, kCopyPicture,
-    0,          kSearchPeak, kPeakValueSetup, kSpectrumSmooth, 0,           kNewBasic,
-    kNewQua,    kNewTS,      kNewWLS,         kNewMulti,       kNewDNA};
+/// Entries of the popup menu before the new documents; 0 parts the groups.
+constexpr int kPopupCommands[] = {kStartTest,      kStopTest,       kSetBlank, kSystemBaseline,
+                                  kTestOption,     kCopyPicture,    0,         kSearchPeak,
+                                  kPeakValueSetup, kSpectrumSmooth, 0};
 
 QPointF TwipsOf(const QPointF& pixel) {
   return pixel * kScreenTwips;
@@ -318,13 +317,15 @@ void PicCurve::OpenPopup(const QPoint& global) {
   auto* const menu = new QMenu(this);
   menu->setObjectName(QStringLiteral("Popup"));
   menu->setAttribute(Qt::WA_DeleteOnClose);
-  for (const int command : kPopupCommands) {
+  const auto add = [&](int command) {
     if (command == 0) {
       menu->addSeparator();
     } else if (QAction* const action = actionOf_(command)) {
       menu->addAction(action);
     }
-  }
+  };
+  for (const int command : kPopupCommands) add(command);
+  for (const int command : kNewFileCommands) add(command);
   menu->popup(global);
 }
 

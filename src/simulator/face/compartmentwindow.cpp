@@ -5,10 +5,13 @@
 #include <QFrame>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QScreen>
 #include <QShortcut>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 #include "simulator/face/beampicture.h"
 #include "simulator/face/pages.h"
@@ -21,6 +24,8 @@ constexpr int RegularMs = 500;
 // Many requests may come in a row; the eye does not need each.
 constexpr int SoonMs = 40;
 constexpr QSize StartSize{450, 520};
+// What a window manager puts around a window, and a little air.
+constexpr QSize FrameSize{16, 48};
 
 }  // namespace
 
@@ -43,10 +48,20 @@ CompartmentWindow::CompartmentWindow(Compartment& compartment, QWidget* parent)
   }
   Refresh();
   resize(StartSize.expandedTo(minimumSizeHint()));
+  PlaceAside();
 }
 
 CompartmentWindow::~CompartmentWindow() {
   compartment_.OnChange = nullptr;
+}
+
+// Dialogs come up in the middle of the screen, and this window stays above them all. Where programs may not
+// place their windows nothing happens.
+void CompartmentWindow::PlaceAside() {
+  const QRect area = screen()->availableGeometry();
+  const QSize whole = size() + FrameSize;
+  move(std::max(area.left(), area.right() + 1 - whole.width()),
+       std::max(area.top(), area.bottom() + 1 - whole.height()));
 }
 
 void CompartmentWindow::Build() {
@@ -58,7 +73,7 @@ void CompartmentWindow::Build() {
   beam_->setObjectName(QStringLiteral("beam"));
   beam_->setAccessibleName(QStringLiteral("Sample in the beam"));
   connect(beam_, &SampleChoice::Chosen, this,
-          [this](const QString& sample) { Do(QStringLiteral("beam ") + sample); });
+          [this](const QString& sample) { Perform(QStringLiteral("beam ") + sample); });
   auto* label = new QLabel(QStringLiteral("In the &beam:"), this);
   label->setBuddy(beam_);
   auto* row = new QHBoxLayout;
@@ -94,11 +109,11 @@ void CompartmentWindow::Build() {
 
 void CompartmentWindow::AddPage(Page* page) {
   pages_.push_back(page);
-  connect(page, &Page::Wanted, this, [this](const QString& command) { Do(command); });
+  connect(page, &Page::Wanted, this, [this](const QString& command) { Perform(command); });
 }
 
-void CompartmentWindow::Do(const QString& command) {
-  const std::string error = compartment_.Do(command.toStdString());
+void CompartmentWindow::Perform(const QString& command) {
+  const std::string error = compartment_.Perform(command.toStdString());
   note_->setVisible(!error.empty());
   note_->setText(error.empty() ? QString() : QStringLiteral("Not done: ") + QString::fromStdString(error));
   if (!error.empty()) {

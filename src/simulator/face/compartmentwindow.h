@@ -36,8 +36,9 @@ class CompartmentWindow : public QWidget {
 
  private:
   void Build();
+  void PlaceAside();
   void AddPage(Page* page);
-  void Do(const QString& command);
+  void Perform(const QString& command);
   void LookWhileSeen();
 
   Compartment& compartment_;

@@ -206,11 +206,11 @@ FaultPage::FaultPage(QWidget* parent) : Page(parent) {
                      QStringLiteral("on"), QStringLiteral("off"));
   form->addRow(jammed_);
   form->addRow(busy_);
-  connect(spoil, &QPushButton::clicked, this, [this] { Spoil(); });
+  connect(spoil, &QPushButton::clicked, this, [this] { PlayFault(); });
   connect(clear_, &QPushButton::clicked, this, [this] { emit Wanted(QStringLiteral("faults clear")); });
 }
 
-void FaultPage::Spoil() {
+void FaultPage::PlayFault() {
   emit Wanted(QStringLiteral("fault ") + kind_->currentData().toString() + u' ' +
               request_->currentData().toString());
 }

@@ -80,7 +80,7 @@ class FaultPage : public Page {
   void ShowState(const CompartmentState& state) override;
 
  private:
-  void Spoil();
+  void PlayFault();
 
   QComboBox* kind_;
   QComboBox* request_;

@@ -86,7 +86,7 @@ void FrmCaculate::OptionsChanged() {
   // Only now: while a box is open the window is painted.
   Questions& boxes = Frame().Boxes();
   for (const auto& [path, fault] : faults)
-    boxes.ShowWords(Words(kReadError) + path, QString::fromStdString(FaultWords(fault)));
+    boxes.ShowWords(Words(kReadError) + path, QString::fromStdString(FaultWords(fault)), kReadError);
 }
 
 ProcessedSpectrum FrmCaculate::Calculate(const std::vector<const Spectrum*>& sources) const {

@@ -14,7 +14,7 @@
 #include "app/ground/numberfield.h"
 #include "app/ground/words.h"
 #include "base/numbers.h"
-#include "spectrum/windows/frmwls.h"
+#include "spectrum/spectrumdocument.h"
 
 namespace spectrane {
 namespace {
@@ -38,10 +38,13 @@ QLabel* ResultLabel(QDialog& dialog, const char* name, const QString& caption) {
 
 }  // namespace
 
-FrmMaxMinAverage::FrmMaxMinAverage(FrmWLS& document, const DisplayFormats& formats, QWidget* parent)
+FrmMaxMinAverage::FrmMaxMinAverage(const SpectrumDocument& spectrum, const DisplayFormats& formats,
+                                   Range range, std::function<void(const Range&)> keepRange, QWidget* parent)
     : QDialog(parent),
-      document_(document),
+      spectrum_(spectrum),
       formats_(formats),
+      range_(range),
+      keepRange_(std::move(keepRange)),
       start_(new NumberField(kRangeCharacters, this)),
       end_(new NumberField(kRangeCharacters, this)) {
   DialogParts parts(*this, "FrmMaxMinAverage", PlainWords(kMaxMinAverage));
@@ -77,9 +80,6 @@ FrmMaxMinAverage::FrmMaxMinAverage(FrmWLS& document, const DisplayFormats& forma
   all->addLayout(results);
   all->addStretch();
   all->addLayout(buttons);
-  const auto [start, end] = document_.MaxRange();
-  start_->SetNumber(start, formats_.WavelengthFormat);
-  end_->SetNumber(end, formats_.WavelengthFormat);
   ShowResults();
   start_->setFocus();
   start_->selectAll();
@@ -93,9 +93,8 @@ void FrmMaxMinAverage::Caculate() {
     return;
   }
   if (*start > *end) std::swap(start, end);
-  document_.SetMaxRange(*start, *end);
-  start_->SetNumber(*start, formats_.WavelengthFormat);
-  end_->SetNumber(*end, formats_.WavelengthFormat);
+  range_ = {*start, *end};
+  keepRange_(range_);
   ShowResults();
 }
 
@@ -108,10 +107,11 @@ QString FrmMaxMinAverage::LineOf(const SpectrumValues& values, bool withWaveleng
 }
 
 void FrmMaxMinAverage::ShowResults() {
-  const SpectrumDocument& spectrum = document_.Document();
-  const auto [start, end] = document_.MaxRange();
+  const auto [start, end] = range_;
+  start_->SetNumber(start, formats_.WavelengthFormat);
+  end_->SetNumber(end, formats_.WavelengthFormat);
   const MaxMinAverage result =
-      CaculateMaxMinAverage({spectrum.Wavelength(), spectrum.Trans(), spectrum.Abs()}, start, end);
+      CaculateMaxMinAverage({spectrum_.Wavelength(), spectrum_.Trans(), spectrum_.Abs()}, start, end);
   max_->setText(LineOf(result.Max, true));
   min_->setText(LineOf(result.Min, true));
   average_->setText(LineOf(result.Average, false));

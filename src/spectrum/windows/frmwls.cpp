@@ -61,7 +61,11 @@ void FrmWLS::PeakHeightChanged() {
 }
 
 void FrmWLS::ShowMaxMinAverageWindow() {
-  FrmMaxMinAverage(*this, Frame().Link().Formats, &Frame().Frame()).exec();
+  const QPointer<FrmWLS> self(this);
+  const auto keep = [self](const FrmMaxMinAverage::Range& range) {
+    if (self) self->SetMaxRange(range.first, range.second);
+  };
+  FrmMaxMinAverage(Document(), Frame().Link().Formats, MaxRange(), keep, &Frame().Frame()).exec();
 }
 
 bool FrmWLS::Offers(int command) const {

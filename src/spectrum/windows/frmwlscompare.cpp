@@ -161,7 +161,8 @@ void FrmWLSCompare::TellFaults() {
   }
   if (!told.isEmpty())
     Frame().Display().SetRemark("Not shown whole: " + told.join(QStringLiteral(", ")).toStdString());
-  if (!refused.isEmpty()) Frame().Boxes().ShowWords(Words(kHeaderRefused), refused.join(u'\n'));
+  if (!refused.isEmpty())
+    Frame().Boxes().ShowWords(Words(kHeaderRefused), refused.join(u'\n'), kHeaderRefused);
 }
 
 void FrmWLSCompare::Hide(std::size_t row, bool hidden) {
@@ -226,20 +227,8 @@ void FrmWLSCompare::mmuFileOutputTXT() {
 }
 
 bool FrmWLSCompare::Offers(int command) const {
-  switch (command) {
-    case kClose:
-    case kTestOption:
-    case kCopyPicture:
-    case kZoomOut:
-    case kZoomIn:
-    case kZoomWindow:
-    case kOutputPicture:
-    case kOutputWorkbook:
-    case kOutputText:
-      return true;
-    default:
-      return false;
-  }
+  if (command == kPrint || command == kPrintPreview) return false;
+  return command == kTestOption || CurveWindow::Offers(command);
 }
 
 void FrmWLSCompare::FormatsChanged() {

@@ -70,6 +70,7 @@ QGroupBox* FrmWLSCompareConfig::BuildDisplay(DialogParts& parts) {
   scaleColour_ = new ColourButton(frame_, Caption(kScaleColourText), group);
   scaleColour_->SetColour(ColourOf(settings_.ScaleColor));
   auto* const form = new QFormLayout;
+  form->setFieldGrowthPolicy(QFormLayout::FieldsStayAtSizeHint);
   QLabel* const label = parts.Finish(static_cast<QWidget&>(*scaleColour_), "PictureScale", "LabelScaleColor",
                                      Caption(kScaleColourText));
   form->addRow(label, scaleColour_);

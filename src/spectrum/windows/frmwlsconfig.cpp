@@ -6,7 +6,6 @@
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
-#include <QRadioButton>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -24,10 +23,6 @@ namespace spectrane {
 namespace {
 
 constexpr int kScanConfigTitle = 968;
-constexpr int kScanModeTexts[] = {703, 705, 708};
-constexpr const char* kScanModeNames[] = {"OptionAbs", "OptionTrans", "OptionEnergy"};
-constexpr int kSpeedTexts[] = {1308, 956, 957};
-constexpr const char* kSpeedNames[] = {"OptionSlow", "OptionStandard", "OptionQuick"};
 constexpr const char* kIntervals[] = {"0.1 nm", "0.2 nm", "0.5 nm", "1.0 nm", "2.0 nm", "5.0 nm"};
 constexpr int kPrintIntervals[] = {1, 2, 5, 10, 20, 50, 100};
 constexpr int kScaleCharacters = 10;
@@ -48,25 +43,12 @@ FrmWLSConfig::FrmWLSConfig(MainWindow& frame, const ScanSettings& settings)
       speeds_(new QButtonGroup(this)),
       rows_(frame, settings_) {
   DialogParts parts(*this, "FrmWLSConfig", Caption(kScanConfigTitle));
-  // From left to right and downward, as they are read and as Tab goes.
-  using Build = QGroupBox* (FrmWLSConfig::*)(DialogParts&);
-  static constexpr std::array<Build, 3> kColumns[] = {
-      {&FrmWLSConfig::BuildMode, &FrmWLSConfig::BuildScale, &FrmWLSConfig::BuildData},
-      {&FrmWLSConfig::BuildWavelength, &FrmWLSConfig::BuildSpeed, &FrmWLSConfig::BuildPrint},
-      {&FrmWLSConfig::BuildDisplay, &FrmWLSConfig::BuildPeaks, nullptr}};
-  auto* const columns = new QHBoxLayout;
-  for (const auto& builders : kColumns) {
-    auto* const column = new QVBoxLayout;
-    for (const Build build : builders) {
-      if (build) column->addWidget((this->*build)(parts));
-    }
-    column->addStretch();
-    columns->addLayout(column);
-  }
   remark_ = new QLabel(this);
   remark_->setObjectName(QStringLiteral("LabelRemark"));
   auto* const all = new QVBoxLayout(this);
-  all->addLayout(columns);
+  all->addLayout(GroupColumns({{BuildMode(parts), BuildScale(parts), BuildData(parts)},
+                               {BuildWavelength(parts), BuildSpeed(parts), BuildPrint(parts)},
+                               {BuildDisplay(parts), rows_.PeakGroup(parts)}}));
   all->addWidget(remark_);
   all->addLayout(parts.OKAndCancel());
   all->setSizeConstraint(QLayout::SetFixedSize);
@@ -77,21 +59,10 @@ FrmWLSConfig::FrmWLSConfig(MainWindow& frame, const ScanSettings& settings)
   modes_->checkedButton()->setFocus();
 }
 
-QGroupBox* FrmWLSConfig::MakeGroup(const char* name, int titleTextId) {
-  auto* const group = new QGroupBox(Caption(titleTextId), this);
-  group->setObjectName(QLatin1String(name));
-  return group;
-}
-
 QGroupBox* FrmWLSConfig::BuildMode(DialogParts& parts) {
-  QGroupBox* const group = MakeGroup("FrameMode", 944);
+  QGroupBox* const group = parts.Group("FrameMode", 944);
   auto* const column = new QVBoxLayout(group);
-  for (int i = 0; i < 3; ++i) {
-    auto* const option = new QRadioButton(group);
-    parts.Finish(*option, kScanModeNames[i], Caption(kScanModeTexts[i]));
-    modes_->addButton(option, i + 1);
-    column->addWidget(option);
-  }
+  parts.AddOptions(*column, *modes_, {{"OptionAbs", 703}, {"OptionTrans", 705}, {"OptionEnergy", 708}}, 1);
   modes_->button(static_cast<int>(mode_))->setChecked(true);
   QStringList gains{Caption(962)};
   for (int gain = 1; gain <= frame_.Link().State.GainCount; ++gain) gains.append(QString::number(gain));
@@ -109,36 +80,27 @@ QGroupBox* FrmWLSConfig::BuildMode(DialogParts& parts) {
 }
 
 QGroupBox* FrmWLSConfig::BuildScale(DialogParts& parts) {
-  QGroupBox* const group = MakeGroup("FrameScale", 948);
+  QGroupBox* const group = parts.Group("FrameScale", 948);
   auto* const grid = new QGridLayout(group);
   top_ = new NumberField(kScaleCharacters, group);
   bottom_ = new NumberField(kScaleCharacters, group);
   topUnit_ = new QLabel(group);
   bottomUnit_ = new QLabel(group);
-  grid->addWidget(parts.Finish(*top_, "ScaleTopText", "LabelTop", Caption(949)), 0, 0);
-  grid->addWidget(top_, 0, 1);
-  grid->addWidget(topUnit_, 0, 2);
-  grid->addWidget(parts.Finish(*bottom_, "ScaleBottomText", "LabelBottom", Caption(950)), 1, 0);
-  grid->addWidget(bottom_, 1, 1);
-  grid->addWidget(bottomUnit_, 1, 2);
-  // Their texts change with the mode; the row keeps its width.
-  topUnit_->setMinimumWidth(topUnit_->fontMetrics().horizontalAdvance(QStringLiteral("Abs")));
+  parts.AddRow(*grid, *top_, "ScaleTopText", "LabelTop", 949, topUnit_);
+  parts.AddRow(*grid, *bottom_, "ScaleBottomText", "LabelBottom", 950, bottomUnit_);
   return group;
 }
 
 QGroupBox* FrmWLSConfig::BuildWavelength(DialogParts& parts) {
-  QGroupBox* const group = MakeGroup("FrameWavelength", 951);
+  QGroupBox* const group = parts.Group("FrameWavelength", 951);
   auto* const grid = new QGridLayout(group);
   start_ = new NumberField(kScaleCharacters, group);
   end_ = new NumberField(kScaleCharacters, group);
   start_->SetNumber(settings_.Option.StartWavelength, kRangeFormat);
   end_->SetNumber(settings_.Option.EndWavelength, kRangeFormat);
-  grid->addWidget(parts.Finish(*start_, "StartWLText", "LabelStartWL", Caption(952)), 0, 0);
-  grid->addWidget(start_, 0, 1);
-  grid->addWidget(new QLabel(QStringLiteral("nm"), group), 0, 2);
-  grid->addWidget(parts.Finish(*end_, "EndWLText", "LabelEndWL", Caption(953)), 1, 0);
-  grid->addWidget(end_, 1, 1);
-  grid->addWidget(new QLabel(QStringLiteral("nm"), group), 1, 2);
+  const auto nm = [group] { return new QLabel(QStringLiteral("nm"), group); };
+  parts.AddRow(*grid, *start_, "StartWLText", "LabelStartWL", 952, nm());
+  parts.AddRow(*grid, *end_, "EndWLText", "LabelEndWL", 953, nm());
   QStringList intervals;
   for (const char* interval : kIntervals) intervals.append(QLatin1String(interval));
   QComboBox* const list = AddList(intervals, &WLSOption::IntervalWavelength);
@@ -148,44 +110,27 @@ QGroupBox* FrmWLSConfig::BuildWavelength(DialogParts& parts) {
 }
 
 QGroupBox* FrmWLSConfig::BuildSpeed(DialogParts& parts) {
-  QGroupBox* const group = MakeGroup("FrameSpeed", 955);
+  QGroupBox* const group = parts.Group("FrameSpeed", 955);
   auto* const column = new QVBoxLayout(group);
-  for (int i = 0; i < 3; ++i) {
-    auto* const option = new QRadioButton(group);
-    parts.Finish(*option, kSpeedNames[i], Caption(kSpeedTexts[i]));
-    speeds_->addButton(option, i);
-    column->addWidget(option);
-  }
+  parts.AddOptions(*column, *speeds_, {{"OptionSlow", 1308}, {"OptionStandard", 956}, {"OptionQuick", 957}},
+                   0);
   speeds_->button(std::clamp(settings_.QuickSpeed, 0, 2))->setChecked(true);
   return group;
 }
 
 QGroupBox* FrmWLSConfig::BuildDisplay(DialogParts& parts) {
-  static constexpr OptionRows<ScanSettings>::ColourRow kColours[] = {
-      {"PictureScale", "LabelScaleColor", 960, &ScanSettings::ScaleColor},
-      {"PictureCurve", "LabelCurveColor", 961, &ScanSettings::CurveColor},
-      {"PictureMark", "LabelMarkColor", 1197, &ScanSettings::MarkColor},
-      {"PicturePeak", "LabelPeakColor", 1198, &ScanSettings::PeakColor},
-      {"PictureValley", "LabelValleyColor", 1199, &ScanSettings::ValleyColor}};
-  QGroupBox* const group = MakeGroup("FrameDisplay", 958);
+  QGroupBox* const group = parts.Group("FrameDisplay", 958);
   auto* const column = new QVBoxLayout(group);
   rows_.AddCheck(parts, *column, "CheckGrid", 959, &ScanSettings::GridEnable);
-  rows_.AddColours(parts, *column, kColours, group);
-  return group;
-}
-
-QGroupBox* FrmWLSConfig::BuildPeaks(DialogParts& parts) {
-  QGroupBox* const group = MakeGroup("FramePeak", 1200);
-  auto* const column = new QVBoxLayout(group);
-  rows_.AddCheck(parts, *column, "CheckPeak", 1201, &ScanSettings::PeakEnable);
-  rows_.AddCheck(parts, *column, "CheckValley", 1202, &ScanSettings::ValleyEnable);
-  rows_.AddCheck(parts, *column, "CheckDetailPeak", 1203, &ScanSettings::PeakDetailEnable);
-  rows_.AddCheck(parts, *column, "CheckDetailValley", 1204, &ScanSettings::ValleyDetailEnable);
+  rows_.AddCurveColours(parts, *column,
+                        {{"PictureScale", "LabelScaleColor", 960, &ScanSettings::ScaleColor},
+                         {"PictureCurve", "LabelCurveColor", 961, &ScanSettings::CurveColor}},
+                        group);
   return group;
 }
 
 QGroupBox* FrmWLSConfig::BuildData(DialogParts& parts) {
-  QGroupBox* const group = MakeGroup("FrameData", 1309);
+  QGroupBox* const group = parts.Group("FrameData", 1309);
   auto* const column = new QVBoxLayout(group);
   rows_.AddCheck(parts, *column, "CheckSmooth", 1310, &ScanSettings::SmoothEnable);
   rows_.AddCheck(parts, *column, "CheckDataTable", 1205, &ScanSettings::DataTableEnable);
@@ -193,12 +138,8 @@ QGroupBox* FrmWLSConfig::BuildData(DialogParts& parts) {
 }
 
 QGroupBox* FrmWLSConfig::BuildPrint(DialogParts& parts) {
-  QGroupBox* const group = MakeGroup("FramePrint", 1304);
-  auto* const column = new QVBoxLayout(group);
-  rows_.AddCheck(parts, *column, "CheckPrintPicture", 1305, &ScanSettings::PrintCurve);
-  // An "and", not an access key.
-  rows_.AddCheck(parts, *column, "CheckPrintPeakData", 1306, &ScanSettings::PrintPeakValley)
-      ->setText(Caption(1306).replace(u'&', QStringLiteral("&&")));
+  QGroupBox* const group = rows_.PrintGroup(parts);
+  auto* const column = static_cast<QVBoxLayout*>(group->layout());
   rows_.AddCheck(parts, *column, "CheckPrintMaxMinAverage", 412, &ScanSettings::PrintMaxMinAverage);
   rows_.AddCheck(parts, *column, "CheckPrintAllData", 1307, &ScanSettings::PrintDataList);
   printInterval_ = new QComboBox(group);
@@ -214,10 +155,7 @@ QGroupBox* FrmWLSConfig::BuildPrint(DialogParts& parts) {
 
 QComboBox* FrmWLSConfig::AddList(const QStringList& rows, std::int32_t WLSOption::*field) {
   auto* const box = new QComboBox(this);
-  box->addItems(rows);
-  // A number that is no row stays as it is until a row is chosen.
-  const std::int32_t row = settings_.Option.*field;
-  box->setCurrentIndex(row >= 0 && row < box->count() ? row : -1);
+  FillList(*box, rows, settings_.Option.*field);
   lists_.push_back({box, field});
   return box;
 }

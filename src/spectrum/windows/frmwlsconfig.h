@@ -35,13 +35,11 @@ class FrmWLSConfig : public QDialog {
     std::int32_t WLSOption::*Field;
   };
 
-  QGroupBox* MakeGroup(const char* name, int titleTextId);
   QGroupBox* BuildMode(DialogParts& parts);
   QGroupBox* BuildScale(DialogParts& parts);
   QGroupBox* BuildWavelength(DialogParts& parts);
   QGroupBox* BuildSpeed(DialogParts& parts);
   QGroupBox* BuildDisplay(DialogParts& parts);
-  QGroupBox* BuildPeaks(DialogParts& parts);
   QGroupBox* BuildData(DialogParts& parts);
   QGroupBox* BuildPrint(DialogParts& parts);
   QComboBox* AddList(const QStringList& rows, std::int32_t WLSOption::*field);

@@ -2,18 +2,13 @@
 
 #include <QDialog>
 
-#include <vector>
+#include "app/ground/optionrows.h"
+#include "spectrum/windows/processplan.h"
 
-#include "spectrum/windows/processwindow.h"
-
-class QCheckBox;
 class QGroupBox;
-class QVBoxLayout;
 
 namespace spectrane {
 
-class ColourButton;
-class DialogParts;
 class ScaleFields;
 class SpectrumRows;
 
@@ -31,27 +26,14 @@ class ProcessConfig : public QDialog {
   void accept() override;
 
  private:
-  struct Check {
-    QCheckBox* Box;
-    bool ScanSettings::*Field;
-  };
-  struct Colour {
-    ColourButton* Button;
-    std::int32_t ScanSettings::*Field;
-  };
-
   QGroupBox* BuildColours(DialogParts& parts);
-  QGroupBox* BuildPeaks(DialogParts& parts);
-  void AddCheck(DialogParts& parts, QVBoxLayout& column, const char* name, int textId,
-                bool ScanSettings::*field);
 
   MainWindow& frame_;
   ProcessPlan plan_;
   ProcessSettings settings_;
+  OptionRows<ScanSettings> shown_;
   SpectrumRows* rows_;
   ScaleFields* scale_;
-  std::vector<Check> checks_;
-  std::vector<Colour> colours_;
 };
 
 }  // namespace spectrane

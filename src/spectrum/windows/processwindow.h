@@ -1,33 +1,12 @@
 #pragma once
 
-#include <span>
 #include <vector>
 
-#include "spectrum/processsettings.h"
 #include "spectrum/spectrum.h"
+#include "spectrum/windows/processplan.h"
 #include "spectrum/windows/spectrumwindow.h"
 
 namespace spectrane {
-
-/// What tells the windows that process spectra apart.
-struct ProcessPlan {
-  const char* Name;
-  /// Under which the widths of its columns are remembered.
-  const char* LayoutName;
-  /// Of the main window; the window has its words and its icon.
-  int Command;
-  /// Rider of the result.
-  int ResultTextId;
-  std::size_t Sources;
-  /// Of config.ini: the section and its keys.
-  const char* Section;
-  std::span<const ProcessRow> Rows;
-  /// Of the option dialog.
-  const char* ConfigName;
-  int ConfigTitleTextId;
-  /// The curve is drawn as long as both of its sides have room, or one of them.
-  bool RoomInEither = true;
-};
 
 /// The windows that show what was calculated from one or two spectra, with these and their tables. The result
 /// is the spectrum of the window: it is searched, exported, saved and handed on. The sources are copies; a

@@ -22,8 +22,6 @@ namespace spectrane {
 namespace {
 
 constexpr ScaleLimits kScaleLimits[] = {{-0.5, 3.0, "Abs"}, {-1.0, 200.0, "%T"}, {0.0, 65535.0, ""}};
-constexpr int kModeTexts[] = {703, 705};
-constexpr const char* kModeNames[] = {"OptionAbs", "OptionTrans"};
 constexpr int kModeTitle = 1166;
 constexpr int kScaleTitle = 1169;
 constexpr int kTopText = 1170;
@@ -60,7 +58,6 @@ void StoreRange(WLSOption& option, ScanMode mode, const ScanRange& range) {
 ScaleFields::ScaleFields(MainWindow& frame, QDialog& dialog, const WLSOption& option)
     : QObject(&dialog),
       frame_(frame),
-      dialog_(dialog),
       option_(option),
       mode_(option.DisplayMode == 2 ? ScanMode::Trans : ScanMode::Abs),
       modes_(new QButtonGroup(&dialog)),
@@ -69,15 +66,9 @@ ScaleFields::ScaleFields(MainWindow& frame, QDialog& dialog, const WLSOption& op
 }
 
 QGroupBox* ScaleFields::BuildMode(DialogParts& parts) {
-  auto* const group = new QGroupBox(Caption(kModeTitle), &dialog_);
-  group->setObjectName(QStringLiteral("FrameMode"));
+  QGroupBox* const group = parts.Group("FrameMode", kModeTitle);
   auto* const column = new QVBoxLayout(group);
-  for (int i = 0; i < 2; ++i) {
-    auto* const option = new QRadioButton(group);
-    parts.Finish(*option, kModeNames[i], Caption(kModeTexts[i]));
-    modes_->addButton(option, i + 1);
-    column->addWidget(option);
-  }
+  parts.AddOptions(*column, *modes_, {{"OptionAbs", 703}, {"OptionTrans", 705}}, 1);
   modes_->button(static_cast<int>(mode_))->setChecked(true);
   connect(modes_, &QButtonGroup::idToggled, this, [this](int mode, bool on) {
     if (on) SwitchMode(mode);
@@ -89,28 +80,17 @@ void ScaleFields::SetFocus() {
   modes_->checkedButton()->setFocus();
 }
 
-NumberField* ScaleFields::AddField(QGroupBox* group, DialogParts& parts, int row, const char* name,
-                                   const char* labelName, int textId, QLabel* unit) {
-  auto* const grid = static_cast<QGridLayout*>(group->layout());
-  auto* const field = new NumberField(kEndCharacters, group);
-  grid->addWidget(parts.Finish(*field, name, labelName, Caption(textId)), row, 0);
-  grid->addWidget(field, row, 1);
-  grid->addWidget(unit, row, 2);
-  // Both groups of a column begin their fields at one place.
-  unit->setMinimumWidth(unit->fontMetrics().horizontalAdvance(QStringLiteral("Abs")));
-  return field;
-}
-
 QGroupBox* ScaleFields::BuildScale(DialogParts& parts) {
-  auto* const group = new QGroupBox(Caption(kScaleTitle), &dialog_);
-  group->setObjectName(QStringLiteral("FrameScale"));
-  new QGridLayout(group);
+  QGroupBox* const group = parts.Group("FrameScale", kScaleTitle);
+  auto* const grid = new QGridLayout(group);
   topUnit_ = new QLabel(group);
   topUnit_->setObjectName(QStringLiteral("ScaleTopUnitLabel"));
   bottomUnit_ = new QLabel(group);
   bottomUnit_->setObjectName(QStringLiteral("ScaleBottomUnitLabel"));
-  top_ = AddField(group, parts, 0, "ScaleTopText", "LabelTop", kTopText, topUnit_);
-  bottom_ = AddField(group, parts, 1, "ScaleBottomText", "LabelBottom", kBottomText, bottomUnit_);
+  top_ = new NumberField(kEndCharacters, group);
+  bottom_ = new NumberField(kEndCharacters, group);
+  parts.AddRow(*grid, *top_, "ScaleTopText", "LabelTop", kTopText, topUnit_);
+  parts.AddRow(*grid, *bottom_, "ScaleBottomText", "LabelBottom", kBottomText, bottomUnit_);
   for (NumberField* field : {top_, bottom_})
     connect(field, &QLineEdit::editingFinished, this, [this] { HoldEnds(); });
   ShowEnds();
@@ -118,12 +98,13 @@ QGroupBox* ScaleFields::BuildScale(DialogParts& parts) {
 }
 
 QGroupBox* ScaleFields::BuildRange(DialogParts& parts) {
-  auto* const group = new QGroupBox(Caption(kRangeTitle), &dialog_);
-  group->setObjectName(QStringLiteral("FrameWavelength"));
-  new QGridLayout(group);
+  QGroupBox* const group = parts.Group("FrameWavelength", kRangeTitle);
+  auto* const grid = new QGridLayout(group);
   const auto nm = [group] { return new QLabel(QStringLiteral("nm"), group); };
-  start_ = AddField(group, parts, 0, "StartWLText", "LabelStartWL", kStartText, nm());
-  end_ = AddField(group, parts, 1, "EndWLText", "LabelEndWL", kEndText, nm());
+  start_ = new NumberField(kEndCharacters, group);
+  end_ = new NumberField(kEndCharacters, group);
+  parts.AddRow(*grid, *start_, "StartWLText", "LabelStartWL", kStartText, nm());
+  parts.AddRow(*grid, *end_, "EndWLText", "LabelEndWL", kEndText, nm());
   start_->SetNumber(option_.StartWavelength, kWavelengthEndFormat);
   end_->SetNumber(option_.EndWavelength, kWavelengthEndFormat);
   for (NumberField* field : {start_, end_})

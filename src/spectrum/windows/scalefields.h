@@ -52,11 +52,8 @@ class ScaleFields : public QObject {
   void HoldEnds();
   void HoldWavelength(NumberField& field);
   bool Refuse(NumberField& field, const QString& remark);
-  NumberField* AddField(QGroupBox* group, DialogParts& parts, int row, const char* name,
-                        const char* labelName, int textId, QLabel* unit);
 
   MainWindow& frame_;
-  QDialog& dialog_;
   WLSOption option_;
   ScanMode mode_;
   QButtonGroup* modes_;

@@ -95,6 +95,7 @@ void SpectrumWindow::FindPeak() {
   curveDataTabel_->SelectTab(curveDataTabel_->TabCount() - 1);
   DisplayRecordTable();
   ShowPicture();
+  Frame().Display().SetRemark(FoundWords(document_.Found(), settings_.PeakHeight));
 }
 
 void SpectrumWindow::mmuSetPeakHeight() {
@@ -115,28 +116,19 @@ QString SpectrumWindow::NameAsSource() const {
 
 bool SpectrumWindow::Offers(int command) const {
   switch (command) {
-    case kClose:
-    case kCopyPicture:
-    case kZoomOut:
-    case kZoomIn:
-    case kZoomWindow:
-      return true;
     case kSearchPeak:
     case kPeakValueSetup:
-    case kOutputPicture:
-    case kOutputWorkbook:
-    case kOutputText:
-    case kPrint:
-    case kPrintPreview:
       return !RunsNow();
-    case kSave:
-    case kSaveAs:
     case kSpectrumSmooth:
     case kSpectrumDerivative:
-      return document_.PointCount() > 0;
+      return HasWork();
     default:
-      return false;
+      return CurveWindow::Offers(command);
   }
+}
+
+bool SpectrumWindow::HasWork() const {
+  return document_.PointCount() > 0;
 }
 
 void SpectrumWindow::FormatsChanged() {

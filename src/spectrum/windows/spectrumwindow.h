@@ -87,6 +87,7 @@ class SpectrumWindow : public CurveWindow {
   QString PointText(std::size_t line, std::size_t point) const override;
 
   FileKindWords FileWords() const override;
+  bool HasWork() const override;
   bool IsModified() const override { return document_.IsModified(); }
   bool SavesElsewhere() const override;
   bool WriteDocument(const QString& path, QString& fault) override;

@@ -11,13 +11,13 @@
 #include <vector>
 
 #include "app/ground/dialogparts.h"
+#include "app/ground/editgrid.h"
 #include "app/ground/filequestions.h"
 #include "app/ground/words.h"
 #include "base/dateserial.h"
 #include "base/filereplacement.h"
 #include "base/numbers.h"
 #include "base/utf8path.h"
-#include "modes/windows/editgrid.h"
 #include "tools/windows/baselinetable.h"
 
 namespace spectrane {
@@ -179,7 +179,8 @@ void FrmBaseLine::SetTestRunning(bool running) {
 }
 
 void FrmBaseLine::StopTest() {
-  if (testRunning_ && Frame().Boxes().AskYesNo(Words(kStopRunQuestion)) == Answer::Yes) SetTestRunning(false);
+  if (testRunning_ && Frame().Boxes().AskYesNo(Words(kStopRunQuestion), kStopRunQuestion) == Answer::Yes)
+    SetTestRunning(false);
 }
 
 void FrmBaseLine::done(int result) {
@@ -198,7 +199,9 @@ void FrmBaseLine::StorePath(const QString& path) {
 }
 
 void FrmBaseLine::LoadFile() {
-  if (baseline_.BaselinePresent() && Frame().Boxes().AskYesNo(Words(kBaselineExists)) != Answer::Yes) return;
+  if (baseline_.BaselinePresent() &&
+      Frame().Boxes().AskYesNo(Words(kBaselineExists), kBaselineExists) != Answer::Yes)
+    return;
   const QString path = Frame().Boxes().OpenFileName(Words(kBaselineFilter), StoredPath());
   if (path.isEmpty()) return;
   StorePath(path);
@@ -212,7 +215,7 @@ bool FrmBaseLine::mmuOpenFile(const QString& path) {
   UpdateControls();
   if (fault) {
     Frame().Boxes().ShowWords(Words(kBaselineOpenError),
-                              path + u'\n' + QString::fromStdString(FaultWords(fault)));
+                              path + u'\n' + QString::fromStdString(FaultWords(fault)), kBaselineOpenError);
   }
   if (taken) Frame().NoteFile(path);
   return taken;
@@ -228,7 +231,7 @@ void FrmBaseLine::SaveFile() {
   const FileFault fault = baseline_.Save(path.toStdString(), state.WavelengthMin, state.WavelengthMax, Now());
   if (fault) {
     Frame().Boxes().ShowWords(Words(kBaselineSaveError),
-                              path + u'\n' + QString::fromStdString(FaultWords(fault)));
+                              path + u'\n' + QString::fromStdString(FaultWords(fault)), kBaselineSaveError);
     return;
   }
   StorePath(path);
@@ -249,7 +252,8 @@ void FrmBaseLine::Output() {
   std::string reason;
   const ExportSheet sheet{.Lines = {}, .Tables = {BaselineDataTable(baseline_, Rows())}};
   if (!ReplaceFileContent(path.toStdString(), form.Bytes(sheet), &reason)) {
-    Frame().Boxes().ShowWords(Words(kBaselineSaveError), path + u'\n' + QString::fromStdString(reason));
+    Frame().Boxes().ShowWords(Words(kBaselineSaveError), path + u'\n' + QString::fromStdString(reason),
+                              kBaselineSaveError);
     return;
   }
   Tell(QStringLiteral("Written: %1").arg(QFileInfo(path).fileName()));

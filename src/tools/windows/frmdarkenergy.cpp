@@ -7,9 +7,9 @@
 #include <QVBoxLayout>
 
 #include "app/ground/dialogparts.h"
+#include "app/ground/editgrid.h"
 #include "app/ground/words.h"
 #include "base/numbers.h"
-#include "modes/windows/editgrid.h"
 #include "tools/upkeep.h"
 #include "tools/windows/frmwait.h"
 
@@ -83,7 +83,7 @@ void FrmDarkEnergy::Test() {
     return;
   }
   UpkeepEnd end = UpkeepEnd::LinkLost;
-  Talk(
+  WithInstrument(
       LongestSeconds({"getwl", "resetdark"}),
       [&] {
         Link().Live.SampleTimerStop();

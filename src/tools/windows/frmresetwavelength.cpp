@@ -50,7 +50,7 @@ void FrmResetWaveLength::Start() {
     return;
   }
   UpkeepEnd end = UpkeepEnd::LinkLost;
-  Talk(
+  WithInstrument(
       LongestSeconds({"getwl", "adjustwl", "getwl", "getdark", "rezero"}),
       [&] {
         Link().Live.SampleTimerStop();

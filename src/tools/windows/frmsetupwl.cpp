@@ -41,7 +41,7 @@ FrmSetupWL::FrmSetupWL(MainWindow& frame)
 void FrmSetupWL::TakeReference() {
   Begin();
   bool taken = false;
-  Talk(
+  WithInstrument(
       LongestSeconds({"rezero", "ge 30"}), [&] { taken = Link().Live.mmuRezeroEnergy(); },
       [&] {
         if (!taken) TellLinkLost();

@@ -50,7 +50,7 @@ FrmSlip::FrmSlip(MainWindow& frame) : ToolDialog(frame, Live::Stands) {
 
 void FrmSlip::Load() {
   std::optional<std::int32_t> code;
-  Talk(
+  WithInstrument(
       0, [&] { code = ReadSlit(Link()); },
       [&] {
         if (!code) {
@@ -80,7 +80,7 @@ void FrmSlip::Setup() {
     return;
   }
   bool set = false;
-  Talk(
+  WithInstrument(
       LongestSeconds({"setslip "}), [&] { set = SetSlit(Link(), Frame().Display(), code); },
       [&] { Frame().Boxes().Show(set ? kSlipDone : kSlipFailed); });
 }

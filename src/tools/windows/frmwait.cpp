@@ -13,10 +13,7 @@
 #include <utility>
 
 #ifdef _WIN32
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
-#include <windows.h>
+#include "base/windowsheader.h"
 #endif
 
 #include "app/ground/languagefont.h"
@@ -54,7 +51,7 @@ int LongestSeconds(std::initializer_list<std::string_view> commands) {
 }
 
 FrmWait::FrmWait(MainWindow& frame, int longestSeconds)
-    : QWidget(&Under(frame), Qt::Dialog | Qt::FramelessWindowHint),
+    : QWidget(&ParentFor(frame), Qt::Dialog | Qt::FramelessWindowHint),
       line_(frame.Link().Transport),
       longestSeconds_(longestSeconds),
       startMs_(line_.NowMs()) {
@@ -106,7 +103,7 @@ FrmWait::~FrmWait() {
   if (tookFocus && activeBefore_ != nullptr) activeBefore_->activateWindow();
 }
 
-QWidget& FrmWait::Under(MainWindow& frame) {
+QWidget& FrmWait::ParentFor(MainWindow& frame) {
   QWidget* const dialog = QApplication::activeModalWidget();
   return dialog != nullptr ? *dialog : frame.Frame();
 }

@@ -33,7 +33,7 @@ class FrmWait : public QWidget {
   void closeEvent(QCloseEvent* event) override;
 
  private:
-  static QWidget& Under(MainWindow& frame);
+  static QWidget& ParentFor(MainWindow& frame);
   QLabel* MakeLine(const char* name, const QString& text);
   void PlaceOver(const QWidget& frame);
   void WaitUntilPainted();

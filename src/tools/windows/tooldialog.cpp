@@ -59,8 +59,8 @@ void ToolDialog::WhenFree(std::function<void()> work) {
   QTimer::singleShot(kRetryMs, this, [this, work = std::move(work)]() mutable { WhenFree(std::move(work)); });
 }
 
-void ToolDialog::Talk(int longestSeconds, const std::function<void()>& work,
-                      const std::function<void()>& tell) {
+void ToolDialog::WithInstrument(int longestSeconds, const std::function<void()>& work,
+                                const std::function<void()>& tell) {
   if (busy_ || Link().State.RunUnderWay) return;
   const Busy busy(*this);
   {

@@ -42,7 +42,8 @@ class ToolDialog : public QDialog {
   /// Runs `work` with the instrument to itself and every control disabled; with `longestSeconds` a box asks
   /// to wait meanwhile. Then `tell`, with the box gone and the controls still disabled. Nothing happens when
   /// somebody else has the instrument. Yields.
-  void Talk(int longestSeconds, const std::function<void()>& work, const std::function<void()>& tell);
+  void WithInstrument(int longestSeconds, const std::function<void()>& work,
+                      const std::function<void()>& tell);
 
   /// The line of the dialog, with room for `texts`; to be placed by the dialog.
   QLabel* MakeStateLine(const QStringList& texts);

@@ -48,7 +48,7 @@ QString WavelengthDialog::TookAnother(const QString& wavelength) const {
 
 void WavelengthDialog::Load() {
   std::optional<double> wavelength;
-  Talk(
+  WithInstrument(
       0, [&] { wavelength = kind_.Read(Link()); }, [&] { wavelength ? Show(*wavelength) : TellLinkLost(); });
 }
 
@@ -77,7 +77,7 @@ void WavelengthDialog::Refuse(int textId) {
 
 void WavelengthDialog::Set(double wavelength) {
   std::optional<double> position;
-  Talk(
+  WithInstrument(
       kind_.LongestSeconds, [&] { position = kind_.Set(Link(), wavelength); },
       [&] {
         if (!position) {

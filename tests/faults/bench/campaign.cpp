@@ -18,7 +18,7 @@ namespace {
 
 /// So many scripts one program goes through.
 constexpr int kScriptsOfAProgram = 25;
-constexpr int kQuietLimitMs = 2000;
+constexpr int kQuietLimitMs = 1000;
 constexpr int kLinkLost = 1096;
 
 void Settle(Setting& settings) {
@@ -42,7 +42,7 @@ Verdict RunOne(Operator& person, std::uint64_t seed, CampaignResult& result) {
   if (verdict == Verdict::TooSlow) return verdict;
   result.Troubles += script->Troubles();
   if (verdict == Verdict::Held) return verdict;
-  std::printf("VIOLATION seed %llu\n", static_cast<unsigned long long>(seed));
+  std::printf("VIOLATION seed %llu haste %d\n", static_cast<unsigned long long>(seed), person.Haste());
   for (const QString& line : script->Story()) std::printf("  %s\n", line.toUtf8().constData());
   for (const QString& line : script->Problems()) std::printf("  ! %s\n", line.toUtf8().constData());
   std::fflush(stdout);
@@ -102,7 +102,8 @@ CampaignResult RunScripts(const Place& place, std::uint64_t first, int count, do
     }
     ++result.Scripts;
     if (verdict == Verdict::TooSlow) {
-      std::printf("NOT JUDGED seed %llu: answers came too late\n", static_cast<unsigned long long>(seed));
+      std::printf("NOT JUDGED seed %llu haste %d: answers came too late\n",
+                  static_cast<unsigned long long>(seed), now.Haste);
     }
     if (verdict == Verdict::Held) ++result.Held;
     if (result.Scripts % 25 == 0) {

@@ -14,7 +14,8 @@ struct CampaignResult {
 };
 
 /// Scripts of the seeds from `first` on: `count` of them, or as many as go into `minutes`. A script that a
-/// slow machine spoils is run again with more time. A violation prints its seed and what happened.
+/// slow machine spoils is run again with more time. A violation prints its seed, the haste that it was run
+/// with, and what happened.
 CampaignResult RunScripts(const Place& place, std::uint64_t first, int count, double minutes);
 
 /// Pulls the cable `count` times while the live reading is on, and prints how long the program took until it

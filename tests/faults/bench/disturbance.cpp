@@ -1,5 +1,6 @@
 #include "faults/bench/disturbance.h"
 
+#include <algorithm>
 #include <chrono>
 
 #include "link/interface.h"
@@ -61,9 +62,17 @@ void Disturbance::Begin(const std::vector<std::string>& verbs, int times) {
       break;
     case Trouble::OtherProgram:
       description_ = "another program";
-      operator_.Batch({QStringLiteral("instrument"), QStringLiteral("probe")});
+      BesideAnAnswer(verbs);
       break;
   }
+}
+
+/// A reading whose answer takes most of its time, in two pieces; the other program has its try meanwhile.
+void Disturbance::BesideAnAnswer(const std::vector<std::string>& verbs) {
+  const bool reads = std::find(verbs.begin(), verbs.end(), "ge") != verbs.end();
+  const int pauseMs = TimeoutMs("ge", operator_.Haste()) / 2;
+  if (reads) operator_.Simulator().Tell("fault split ge 1 3 " + std::to_string(pauseMs));
+  other_ = operator_.BeginBatch({QStringLiteral("instrument"), QStringLiteral("probe")});
 }
 
 void Disturbance::Later(int ms, const std::function<void()>& act) {
@@ -73,11 +82,14 @@ void Disturbance::Later(int ms, const std::function<void()>& act) {
   });
 }
 
+int Disturbance::TimeoutMs(const std::string& verb, int haste) {
+  const bool takesNumber = verb == "ge" || verb == "setsampler" || verb == "swl";
+  return Interface::TimeoutFor(takesNumber ? verb + " " : verb) * 1000 / haste;
+}
+
 std::string Disturbance::DrawFault(const std::string& verb, int times, bool repeats) {
   const auto kinds = FaultKinds();
-  const int timeoutMs =
-      Interface::TimeoutFor(verb == "ge" || verb == "setsampler" || verb == "swl" ? verb + " " : verb) *
-      1000 / operator_.Haste();
+  const int timeoutMs = TimeoutMs(verb, kNominalHaste);
   std::string kind;
   do {
     kind = std::string(kinds[static_cast<std::size_t>(Below(static_cast<int>(kinds.size())))].Name);
@@ -85,19 +97,19 @@ std::string Disturbance::DrawFault(const std::string& verb, int times, bool repe
     // way when the same request is sent again is that request's answer, for all that can be known.
   } while ((timeoutMs > 2000 && WaitsForTimeout(kind)) || (repeats && kind == "twice"));
   const int nth = 1 + Below(times);
-  return "fault " + kind + " " + verb + " " + std::to_string(nth) + ParametersOf(kind, timeoutMs);
+  return "fault " + kind + " " + verb + " " + std::to_string(nth) + ParametersOf(kind, verb);
 }
 
-std::string Disturbance::ParametersOf(const std::string& kind, int timeoutMs) {
+std::string Disturbance::ParametersOf(const std::string& kind, const std::string& verb) {
   static constexpr const char* kTexts[] = {"abc",  "\"\"",       "-1",   "1e999", "NaN",
                                            "12,5", "2147483648", "0x1z", "\\x80", "4\\x0045"};
   const auto number = [this](int least, int most) {
     return " " + std::to_string(least + Below(most - least + 1));
   };
   if (kind == "late-reply") {
-    const int late = timeoutMs + 2 + Below(60);
-    settleMs_ = late - timeoutMs + 10;
-    return " " + std::to_string(late);
+    const int later = 2 + Below(60);
+    settleMs_ = later + 10;
+    return " " + std::to_string(TimeoutMs(verb, operator_.Haste()) + later);
   }
   if (kind == "hang-up") settleMs_ = 40;
   if (kind == "cut" || kind == "hang-up") return number(0, 70);
@@ -115,12 +127,18 @@ std::string Disturbance::ParametersOf(const std::string& kind, int timeoutMs) {
   }
   if (kind == "fewer-lines" || kind == "more-lines") return number(1, 4);
   if (kind == "bad-number") return std::string(" ") + kTexts[Below(std::size(kTexts))] + number(1, 10);
+  if (kind == "restart" && MaySpeakLater && Below(2) == 0) {
+    // Nobody listens then. Whatever has to be heard by a command is over before the next one.
+    const int later = 2 + Below(60);
+    settleMs_ = later + 150;
+    return " " + std::to_string(TimeoutMs(verb, operator_.Haste()) + later);
+  }
   if (kind == "restart") {
     settleMs_ = 40;
     return number(0, 30);
   }
   if (kind == "flood") settleMs_ = 150;
-  if (kind == "flood") return number(100, timeoutMs * kWireBytesPerMs * 2 / 3);
+  if (kind == "flood") return number(100, TimeoutMs(verb, kNominalHaste) * kWireBytesPerMs * 2 / 3);
   return {};
 }
 
@@ -140,8 +158,11 @@ void Disturbance::End() {
     case Trouble::KillInside:
       operator_.StartSimulator(Options);
       break;
-    case Trouble::None:
     case Trouble::OtherProgram:
+      otherStatus_ = operator_.EndOf(*other_);
+      operator_.Simulator().Tell("faults clear");
+      break;
+    case Trouble::None:
       break;
   }
   operator_.Pause(kShortMs);

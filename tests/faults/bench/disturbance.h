@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <random>
 #include <string>
 #include <thread>
@@ -20,11 +21,12 @@ enum class Trouble {
   /// The simulator is killed before the act, or at some moment of it.
   Kill,
   KillInside,
-  /// Another program tries for the same line.
+  /// Another program tries for the same line while an answer of the act is under way.
   OtherProgram,
 };
 
-/// Draws troubles, makes them and takes them away again. The same generator draws the same ones.
+/// Draws troubles, makes them and takes them away again. The same generator draws the same ones, whatever the
+/// speed of the program's clock; only what has to lie beyond a time-out is moved with it.
 class Disturbance {
  public:
   Disturbance(Operator& person, std::mt19937_64& random) : operator_(person), random_(random) {}
@@ -39,15 +41,22 @@ class Disturbance {
   void End();
 
   Trouble Kind() const { return kind_; }
+  /// What the other program came to, after End(): one that did not get the line was refused.
+  bool OtherWasRefused() const { return otherStatus_ == 1; }
   /// For people; a fault as the simulator's prompt takes it.
   const std::string& Description() const { return description_; }
+  /// The act leaves the line alone once a command was given up: a restart may speak only after that.
+  bool MaySpeakLater = false;
   /// Options of the simulator's next start.
   std::vector<std::string> Options;
 
  private:
   int Below(int limit) { return static_cast<int>(random_() % static_cast<std::uint64_t>(limit)); }
   std::string DrawFault(const std::string& verb, int times, bool repeats);
-  std::string ParametersOf(const std::string& kind, int timeoutMs);
+  std::string ParametersOf(const std::string& kind, const std::string& verb);
+  /// Of a verb's answer, as the machine's clock goes [ms].
+  static int TimeoutMs(const std::string& verb, int haste);
+  void BesideAnAnswer(const std::vector<std::string>& verbs);
   void Later(int ms, const std::function<void()>& act);
 
   Operator& operator_;
@@ -56,6 +65,8 @@ class Disturbance {
   std::string description_;
   int settleMs_ = 0;
   std::thread later_;
+  std::unique_ptr<QProcess> other_;
+  int otherStatus_ = 0;
 };
 
 }  // namespace spectrane::campaign

@@ -2,13 +2,14 @@
 
 #include <QFile>
 
+#include <algorithm>
+
 #include "app/ground/commands.h"
 #include "app/ground/words.h"
 #include "faults/bench/script.h"
 #include "files/basicfile.h"
 #include "files/quafile.h"
 #include "files/tsfile.h"
-#include "link/function.h"
 #include "modes/windows/frmbasic.h"
 #include "modes/windows/frmqua.h"
 #include "modes/windows/frmts.h"
@@ -168,7 +169,7 @@ class QuantitationScript : public RowScript<FrmQua, QuaOption, QuaRecord> {
   }
   void JudgeFile() override { SaveAndRead(QuaModule(), "script.qua"); }
   bool Same(const QuaRecord& stored, const Reading& reading) const override {
-    return stored.Abs[0] == AbsFromEnergy(reading.Energy, reading.Reference, reading.Dark);
+    return IsAbsorbanceOf(stored.Abs[0], reading);
   }
 
  private:
@@ -200,7 +201,16 @@ class KineticsScript : public Script {
   void JudgeMeasurement(const Act& act, bool) override {
     const TimeScanDocument& document = Form().Document();
     // On the way it may have been asked to take the blank.
-    if (act.Count("ge") == 0 || act.Count("rezero") > 0) return;
+    for (const Exchanged& each : act.Exchanges) {
+      if (each.Request == "ge 30" && each.Sound() && act.Count("rezero") > 0)
+        reference_ = EnergyOf(each.Request, each.Collected).value_or(0);
+    }
+    const bool read =
+        std::ranges::any_of(act.Exchanges, [](const Exchanged& each) { return each.Request == "ge 20"; });
+    if (!read) {
+      JudgeNoReading(act);
+      return;
+    }
     Expected = ReadingsOf(act.Exchanges, "ge 20", reference_, document.Option().DarkEnergy);
     const bool whole = document.DataCount() == document.PointTotal();
     Expect(whole || act.LineGone || !act.Exchanges.back().Sound(), "ended early without a reason");
@@ -211,17 +221,55 @@ class KineticsScript : public Script {
     }
     Expect(whole || Person().SaveAs(File()), "not saved");
     TSOption option;
-    std::vector<TSRecord> stored;
-    Expect(!LoadDataFile(TSModule(), File().toStdString(), option, stored), "the file does not open");
+    stored_.clear();
+    Expect(!LoadDataFile(TSModule(), File().toStdString(), option, stored_), "the file does not open");
     Expect(option.FullEnergy == reference_, "not the blank that was read, in the file");
-    Expect(Fit(Expected, stored.size(),
-               [&](std::size_t i, const Reading& reading) { return stored[i].Energy == reading.Energy; }),
+    Expect(Fit(Expected, stored_.size(),
+               [&](std::size_t i, const Reading& reading) { return stored_[i].Energy == reading.Energy; }),
            "points in the file that were not answered so, or answers without their point");
-    QFile::remove(File());
+    storedBlank_ = option.FullEnergy;
+    QFile::remove(Kept());
+    Expect(QFile::rename(File(), Kept()), "the file is gone");
   }
-  void JudgeFile() override { Person().CloseAll(); }
+  /// A start that came to no reading: no point, and the reason in one box.
+  void JudgeNoReading(const Act& act) {
+    const TimeScanDocument& document = Form().Document();
+    const bool arrived = Person().Frame().Link().State.CurrentWavelength == document.Option().WorkWL;
+    Expect(document.DataCount() == 0, "points of readings that nobody asked for");
+    if (!arrived) {
+      // A move that failed shows where the wavelength would stand; there is no box for it.
+      Expect(act.LineGone || act.Unsound(), "no move without a reason");
+      ExpectTold(WithoutPrompts(act), 0);
+    } else if (!BlankHolds()) {
+      ExpectTold(WithoutPrompts(act), kBlankWanted);
+    } else {
+      Expect(act.LineGone, "no reading without a reason");
+      ExpectTold(WithoutPrompts(act), kLost);
+    }
+  }
+  /// The last test that was stored, opened again.
+  void JudgeFile() override {
+    Person().CloseAll();
+    if (stored_.empty()) return;
+    Person().Hands().File = Kept();
+    Person().Choose(kOpen);
+    const auto* const again = qobject_cast<const FrmTS*>(Person().Frame().ActiveForm());
+    Expect(again && again->Document().DataCount() == static_cast<std::int32_t>(stored_.size()),
+           "another number of points when the file is opened again");
+    for (std::size_t i = 0; again && i < stored_.size(); ++i) {
+      if (again->Document().DataCount() <= static_cast<std::int32_t>(i)) break;
+      Expect(again->Document().Point(static_cast<std::int32_t>(i)) == stored_[i],
+             "other points when the file is opened again");
+    }
+    Expect(again && again->Document().Option().FullEnergy == storedBlank_,
+           "another blank when the file is opened again");
+    Person().CloseAll();
+    QFile::remove(Kept());
+  }
 
  private:
+  /// Where the last file is kept until it is opened again.
+  QString Kept() { return Person().PathOf("kept.tis"); }
   static Act WithoutPrompts(Act act) {
     act.Told.removeAll(Words(kPutBlank));
     act.Told.removeAll(Words(kPutSample));
@@ -229,6 +277,8 @@ class KineticsScript : public Script {
   }
 
   std::int32_t reference_ = 0;
+  std::vector<TSRecord> stored_;
+  std::int32_t storedBlank_ = 0;
 };
 
 }  // namespace

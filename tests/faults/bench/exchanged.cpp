@@ -1,5 +1,6 @@
 #include "faults/bench/exchanged.h"
 
+#include <cmath>
 #include <string_view>
 
 namespace spectrane::campaign {
@@ -45,6 +46,17 @@ std::vector<Reading> ReadingsOf(const std::vector<Exchanged>& exchanges, const s
       readings.push_back({*said, reference, dark, each.Answer.starts_with(each.Collected)});
   }
   return readings;
+}
+
+double AbsorbanceOf(const Reading& reading) {
+  const double light = static_cast<double>(reading.Energy) - reading.Dark;
+  const double full = static_cast<double>(reading.Reference) - reading.Dark;
+  if (full <= 0 || light <= full * 1e-3) return 3.0;
+  return light >= full * 2 ? std::log10(0.5) : std::log10(full) - std::log10(light);
+}
+
+bool IsAbsorbanceOf(double stored, const Reading& reading) {
+  return std::abs(stored - AbsorbanceOf(reading)) < 1e-9;
 }
 
 bool Fit(const std::vector<Reading>& readings, std::size_t count,

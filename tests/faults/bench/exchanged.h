@@ -23,7 +23,9 @@ struct Exchanged {
 
   /// "ge" of "ge 10".
   std::string Verb() const { return Request.substr(0, Request.find(' ')); }
-  bool Passed() const { return Ended && Collected.starts_with(Request); }
+  /// An instrument that restarts breaks off and says its banner.
+  bool Restarted() const { return Ended && Collected.ends_with("\r\nready.\r\n>"); }
+  bool Passed() const { return Ended && Collected.starts_with(Request) && !Restarted(); }
   /// Passed, and holds the numbers that were asked for.
   bool Sound() const;
   /// A healthy answer that came too late all the same: the machine has other things to do.
@@ -42,6 +44,12 @@ struct Reading {
   /// Its own answer was in the program's hands; with another one the program may have seen that, and refused.
   bool Required = true;
 };
+
+/// Absorbance of a reading, reckoned from what the words mean: how many powers of ten it has lost against the
+/// blank, from -0.30103 (twice its light) to 3 (no light to speak of, or a blank without light).
+double AbsorbanceOf(const Reading& reading);
+/// Whether a stored absorbance is that of the reading; the last bits of a double may differ.
+bool IsAbsorbanceOf(double stored, const Reading& reading);
 
 /// The readings that `request` was answered with, in their order.
 std::vector<Reading> ReadingsOf(const std::vector<Exchanged>& exchanges, const std::string& request,

@@ -24,7 +24,7 @@ class HastyPort : public Port {
     return port_->Write(bytes, timeoutMs / clock_.Factor() + 1);
   }
   std::string Read(int timeoutMs) override {
-    std::string piece = port_->Read(timeoutMs / clock_.Factor() + 1);
+    std::string piece = port_->Read(timeoutMs > 0 ? timeoutMs / clock_.Factor() + 1 : 0);
     if (!wire_.empty() && !piece.empty()) Note(wire_.back(), piece);
     return piece;
   }

@@ -83,18 +83,23 @@ void Operator::CloseAll() {
   Pause(5);
 }
 
-int Operator::Batch(const QStringList& arguments) {
-  QProcess process;
+std::unique_ptr<QProcess> Operator::BeginBatch(const QStringList& arguments) const {
+  auto process = std::make_unique<QProcess>();
   QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
   environment.insert(QStringLiteral("SPECTRANE_HOME"), PathOf("home"));
-  process.setProcessEnvironment(environment);
-  process.setProcessChannelMode(QProcess::MergedChannels);
-  process.setStandardInputFile(QProcess::nullDevice());
+  process->setProcessEnvironment(environment);
+  process->setProcessChannelMode(QProcess::MergedChannels);
+  process->setStandardInputFile(QProcess::nullDevice());
+  process->start(place_.Programs + QStringLiteral("/spectrane-cli"), arguments);
+  process->waitForStarted();
+  return process;
+}
+
+int Operator::EndOf(QProcess& process) {
   QEventLoop loop;
   QObject::connect(&process, &QProcess::finished, &loop, &QEventLoop::quit);
-  process.start(place_.Programs + QStringLiteral("/spectrane-cli"), arguments);
   QTimer::singleShot(kBatchMs, &loop, &QEventLoop::quit);
-  loop.exec();
+  if (process.state() != QProcess::NotRunning) loop.exec();
   if (process.state() != QProcess::NotRunning) process.kill();
   process.waitForFinished();
   return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;

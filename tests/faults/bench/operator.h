@@ -13,6 +13,10 @@
 
 namespace spectrane::campaign {
 
+/// Of the scripts' clock: a time-out of 15 s takes 1.5 s. What a seed draws does not depend on the speed that
+/// a script is run at in the end, but on this one.
+inline constexpr int kNominalHaste = 10;
+
 /// Where a campaign takes place.
 struct Place {
   /// Of the programs that are started beside this one.
@@ -57,8 +61,13 @@ class Operator {
   bool SaveAs(const QString& path);
   void CloseAll();
   /// Runs the batch command with its own connection; its exit status.
-  int Batch(const QStringList& arguments);
+  int Batch(const QStringList& arguments) { return EndOf(*BeginBatch(arguments)); }
+  /// The same in two halves: while other things happen, and what it came to.
+  std::unique_ptr<QProcess> BeginBatch(const QStringList& arguments) const;
+  static int EndOf(QProcess& process);
 
+  /// Something went over the wire of this program since TakeWire(), or is under way.
+  bool HasSent() const { return !ports_.Wire.empty(); }
   /// What went over the wire of this program since the last call.
   std::vector<WireRecord> TakeWire() { return std::exchange(ports_.Wire, {}); }
   /// What the instrument was asked since the last call, in the log of the running simulator.

@@ -5,21 +5,21 @@
 namespace spectrane::campaign {
 
 void Person::Show(int textId, const std::string& details) {
-  ShowWords(Words(textId), QString::fromStdString(details));
+  ShowWords(Words(textId), QString::fromStdString(details), textId);
 }
 
-void Person::ShowWords(const QString& words, const QString&) {
+void Person::ShowWords(const QString& words, const QString&, int) {
   Told << words;
   if (Meanwhile) Meanwhile();
 }
 
-Answer Person::AskYesNo(const QString& words) {
+Answer Person::AskYesNo(const QString& words, int) {
   Asked << words;
   if (Meanwhile) Meanwhile();
   return Answer::Yes;
 }
 
-Answer Person::AskYesNoCancel(const QString& words) {
+Answer Person::AskYesNoCancel(const QString& words, int) {
   Asked << words;
   if (Meanwhile) Meanwhile();
   return Saves;

@@ -15,9 +15,9 @@ class Person : public Questions {
 
   void Show(int textId, const std::string& details) override;
   void ShowError(int textId) override { Show(textId, {}); }
-  void ShowWords(const QString& words, const QString& details) override;
-  Answer AskYesNo(const QString& words) override;
-  Answer AskYesNoCancel(const QString& words) override;
+  void ShowWords(const QString& words, const QString& details, int) override;
+  Answer AskYesNo(const QString& words, int) override;
+  Answer AskYesNoCancel(const QString& words, int) override;
   QString OpenFileName(const QString&, const QString&) override { return File; }
   QString SaveFileName(const QString&, const QString&) override { return File; }
   QColor AskColour(const QColor&, const QString&) override { return {}; }

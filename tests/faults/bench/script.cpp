@@ -13,6 +13,10 @@ constexpr int kPortError = 1097;
 constexpr int kCannotConnect = 1099;
 /// Live readings that an operator watches between two acts [ms].
 constexpr int kWatchMs = 130;
+/// After a lost reading the next one is due within this, on the program's clock, and more than that on the
+/// machine's is a stop [ms].
+constexpr int kLostReadingPauseMs = 3000;
+constexpr int kStoppedMs = 1000;
 
 bool AnySlow(const std::vector<Exchanged>& exchanges) {
   return std::ranges::any_of(exchanges, [](const Exchanged& each) { return each.Slow(); });
@@ -85,7 +89,7 @@ Script::Act Script::Do(Kind kind) {
       operator_.Choose(kStartTest);
       break;
     case Kind::Idle:
-      operator_.Pause(kWatchMs);
+      WatchLiveReadings();
       break;
     case Kind::Reconnect:
       operator_.Choose(kRelease);
@@ -111,12 +115,34 @@ void Script::Judge(Kind kind, const Act& act, bool disturbed) {
       break;
     case Kind::Idle:
       ExpectTold(act, 0);
-      if (!act.Exchanges.empty() && !act.Exchanges.back().Passed()) {
-        Expect(act.Remark.starts_with(Words(1096).toStdString()), "a lost live reading is not told");
-      }
+      JudgeLiveReadings(act);
       break;
     case Kind::Reconnect:
       JudgeConnection(act);
+  }
+}
+
+bool Script::ReadsLive() const {
+  return operator_.Connected() && operator_.Frame().Link().Transport.IsPortOpen();
+}
+
+void Script::WatchLiveReadings() {
+  operator_.Pause(kWatchMs);
+  operator_.PauseUntil([&] { return operator_.HasSent() || !ReadsLive(); },
+                       kLostReadingPauseMs / operator_.Haste() + kStoppedMs);
+}
+
+void Script::JudgeLiveReadings(const Act& act) {
+  if (act.Exchanges.empty()) {
+    Expect(!ReadsLive(), "no live reading on a line that is up");
+    return;
+  }
+  const Exchanged& last = act.Exchanges.back();
+  if (!last.Passed() && !last.Restarted()) {
+    Expect(act.Remark.starts_with(Words(1096).toStdString()), "a lost live reading is not told");
+  } else if (std::ranges::any_of(act.Exchanges, &Exchanged::Restarted)) {
+    Expect(act.Remark == "The instrument has restarted: a blank has to be set again.",
+           "a restart is not told");
   }
 }
 
@@ -142,6 +168,7 @@ void Script::Disturbed() {
                     : draw < 9 ? Kind::Idle
                                : Kind::Reconnect;
   const int times = kind == Kind::Measure && sampler_ ? 8 : 1;
+  disturbance_.MaySpeakLater = kind == Kind::Idle;
   disturbance_.Begin(VerbsOf(kind), times);
   story_ << QString::fromStdString(disturbance_.Description()) +
                 QStringLiteral(" in %1").arg(static_cast<int>(kind));
@@ -156,6 +183,9 @@ void Script::Disturbed() {
   }
   Judge(kind, act, true);
   disturbance_.End();
+  // With the line let go of in between, either of them may have it.
+  if (disturbance_.Kind() == Trouble::OtherProgram && kind != Kind::Reconnect)
+    Expect(disturbance_.OtherWasRefused(), "another program got at the line");
   Repair();
 }
 

@@ -82,6 +82,10 @@ class Script {
   void Clean();
   void Connect();
   void Judge(Kind kind, const Act& act, bool disturbed);
+  /// Connected, and the line is up: a reading is due.
+  bool ReadsLive() const;
+  void WatchLiveReadings();
+  void JudgeLiveReadings(const Act& act);
   void JudgeConnection(const Act& act);
   void Repair();
   std::vector<std::string> VerbsOf(Kind kind) const;

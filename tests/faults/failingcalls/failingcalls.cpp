@@ -2,6 +2,9 @@
 
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <poll.h>
+#include <sys/file.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/uio.h>
 #include <unistd.h>
@@ -81,28 +84,51 @@ int OpenThrough(int folder, const char* path, int flags, mode_t mode) {
   return file;
 }
 
-ssize_t ReadThrough(int file, void* bytes, std::size_t size) {
+/// Of a call that has no offset.
+constexpr off64_t kWhereItStands = -1;
+
+ssize_t ReadThrough(int file, void* bytes, std::size_t size, off64_t at = kWhereItStands) {
   if (IsWatched(file) && Fails(Call::Read)) return -1;
-  return ::syscall(SYS_read, file, bytes, size);
+  return at == kWhereItStands ? ::syscall(SYS_read, file, bytes, size)
+                              : ::syscall(SYS_pread64, file, bytes, size, at);
 }
 
-ssize_t WriteThrough(int file, const void* bytes, std::size_t size) {
-  if (!IsWatched(file)) return ::syscall(SYS_write, file, bytes, size);
+ssize_t ReallyWrite(int file, const void* bytes, std::size_t size, off64_t at) {
+  return at == kWhereItStands ? ::syscall(SYS_write, file, bytes, size)
+                              : ::syscall(SYS_pwrite64, file, bytes, size, at);
+}
+
+ssize_t WriteThrough(int file, const void* bytes, std::size_t size, off64_t at = kWhereItStands) {
+  if (!IsWatched(file)) return ReallyWrite(file, bytes, size, at);
   bool& full = Now().Full.at(static_cast<std::size_t>(file));
   if (full) {
+    full = Now().Planned.Ever;
     errno = ENOSPC;
     return -1;
   }
   const int fault = FaultOf(Call::Write);
-  if (fault == kNothing) return ::syscall(SYS_write, file, bytes, size);
+  if (fault == kNothing) return ReallyWrite(file, bytes, size, at);
   if (fault != kShort && fault != kKill) {
     errno = fault;
     return -1;
   }
-  const ssize_t half = ::syscall(SYS_write, file, bytes, std::max<std::size_t>(1, size / 2));
+  const ssize_t half = ReallyWrite(file, bytes, std::max<std::size_t>(1, size / 2), at);
   if (fault == kKill) ::raise(SIGKILL);
   full = true;
   return half;
+}
+
+/// What is cut off makes room.
+int CutThrough(int file, off64_t size) {
+  if (IsWatched(file)) {
+    if (Fails(Call::Cut)) return -1;
+    if (Now().Planned.CutsFail) {
+      errno = EIO;
+      return -1;
+    }
+    Now().Full.at(static_cast<std::size_t>(file)) = false;
+  }
+  return static_cast<int>(::syscall(SYS_ftruncate, file, size));
 }
 
 /// As most file systems do: the descriptor is gone whatever the answer.
@@ -148,6 +174,7 @@ ssize_t StreamWrite(void* cookie, const char* bytes, std::size_t size) {
   return static_cast<ssize_t>(done);
 }
 int StreamSeek(void* cookie, off64_t* offset, int from) {
+  if (IsWatched(static_cast<Stream*>(cookie)->File) && Fails(Call::Seek)) return -1;
   const off64_t place = ::lseek64(static_cast<Stream*>(cookie)->File, *offset, from);
   if (place < 0) return -1;
   *offset = place;
@@ -234,6 +261,11 @@ void Arm(const char* folder, const Plan& plan) {
   std::snprintf(state.Folder, sizeof state.Folder, "%s", folder);
 }
 
+void Replan(const Plan& plan) {
+  Now().Planned = plan;
+  Now().Happened = false;
+}
+
 void Disarm() {
   Now().Folder[0] = '\0';
   Now().Planned = {};
@@ -301,6 +333,7 @@ std::FILE* fopen64(const char* path, const char* mode) {
 }
 
 std::FILE* fdopen(int file, const char* mode) {
+  if (IsWatched(file) && Fails(Call::Stream)) return nullptr;
   if (IsWatched(file)) return WatchedStream(file, mode);
   return Next<std::FILE*(int, const char*)>("fdopen")(file, mode);
 }
@@ -332,6 +365,37 @@ ssize_t writev(int file, const iovec* parts, int count) {
     sum += written;
   }
   return sum;
+}
+ssize_t pread(int file, void* bytes, std::size_t size, off_t at) {
+  return ReadThrough(file, bytes, size, at);
+}
+ssize_t pread64(int file, void* bytes, std::size_t size, off64_t at) {
+  return ReadThrough(file, bytes, size, at);
+}
+ssize_t pwrite(int file, const void* bytes, std::size_t size, off_t at) {
+  return WriteThrough(file, bytes, size, at);
+}
+ssize_t pwrite64(int file, const void* bytes, std::size_t size, off64_t at) {
+  return WriteThrough(file, bytes, size, at);
+}
+int ftruncate(int file, off_t size) noexcept {
+  return CutThrough(file, size);
+}
+int ftruncate64(int file, off64_t size) noexcept {
+  return CutThrough(file, size);
+}
+int fstat(int file, struct stat* facts) noexcept {
+  if (IsWatched(file) && Fails(Call::Length)) return -1;
+  return Next<int(int, struct stat*)>("fstat")(file, facts);
+}
+int flock(int file, int how) noexcept {
+  if (IsWatched(file) && Fails(Call::Lock)) return -1;
+  return static_cast<int>(::syscall(SYS_flock, file, how));
+}
+int poll(pollfd* files, nfds_t count, int timeoutMs) {
+  const bool watched = std::any_of(files, files + count, [](const pollfd& one) { return IsWatched(one.fd); });
+  if (watched && Fails(Call::Wait)) return -1;
+  return Next<int(pollfd*, nfds_t, int)>("poll")(files, count, timeoutMs);
 }
 int fsync(int file) {
   return SyncThrough(file, SYS_fsync);

@@ -10,14 +10,34 @@
 /// at the end.
 namespace spectrane::failing_calls {
 
-enum class Call { Open, Read, Write, Sync, Close, Rename, Mode, Remove };
-inline constexpr int kCalls = 8;
-inline constexpr std::array<const char*, kCalls> kCallNames = {"open",  "read",   "write", "sync",
-                                                               "close", "rename", "mode",  "remove"};
+/// The first ones are those of a save or an export, which are all tried in turn; the others are for tests
+/// that name them.
+enum class Call {
+  Open,
+  Read,
+  Write,
+  Sync,
+  Close,
+  Rename,
+  Mode,
+  Remove,
+  Cut,
+  Seek,
+  Length,
+  Stream,
+  Lock,
+  Wait
+};
+inline constexpr int kSaveCalls = 9;
+inline constexpr int kCalls = 14;
+inline constexpr std::array<const char*, kCalls> kCallNames = {"open",   "read",   "write",  "sync", "close",
+                                                               "rename", "mode",   "remove", "cut",  "seek",
+                                                               "length", "stream", "lock",   "wait"};
 
 /// What happens in the place of a call, besides the error numbers of the system.
-inline constexpr int kShort = -1;  ///< half of the bytes are written; the next call fails with ENOSPC
-inline constexpr int kKill = -2;   ///< the process is killed, in the middle of the bytes of a write
+/// Half of the bytes are written; the next write of the file fails with ENOSPC, when it was not cut before.
+inline constexpr int kShort = -1;
+inline constexpr int kKill = -2;  ///< the process is killed, in the middle of the bytes of a write
 inline constexpr int kNothing = 0;
 
 struct Plan {
@@ -27,11 +47,15 @@ struct Plan {
   int Fault = kNothing;
   /// All further calls of the same name fail, too.
   bool Ever = false;
+  /// Besides, no file can be cut.
+  bool CutsFail = false;
 };
 
 /// From now on the calls below `folder` are counted from 0, and fail as planned. Descriptors that are open
 /// already are left alone.
 void Arm(const char* folder, const Plan& plan);
+/// Another plan; counts and descriptors go on.
+void Replan(const Plan& plan);
 /// Nothing fails any more.
 void Disarm();
 /// Calls since Arm().

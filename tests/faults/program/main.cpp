@@ -1,7 +1,8 @@
 // The program under faults and over long times; dev/soak.sh starts it.
 //   fault_campaign soak MINUTES [SEED]      a day at the instrument, again and again
 //   fault_campaign scripts MINUTES [SEED]   scripts with faults, of this seed and those behind it
-//   fault_campaign seeds COUNT [SEED]       the same, so many of them
+//   fault_campaign seeds COUNT [SEED [HASTE]]  the same, so many of them; HASTE is how many times faster the
+//                                           program's clock runs at first, and a violation names it
 //   fault_campaign quiet COUNT              the cable is pulled so often
 #include <QApplication>
 #include <QDir>
@@ -22,8 +23,6 @@ namespace {
 using namespace spectrane;
 
 constexpr int kUsage = 2;
-/// Of the scripts' clock: a time-out of 15 s takes 1.5 s.
-constexpr int kHaste = 10;
 
 QtMessageHandler standardHandler = nullptr;
 
@@ -40,7 +39,7 @@ bool Tell(const campaign::CampaignResult& result) {
 }
 
 int Usage() {
-  std::fputs("usage: fault_campaign soak|scripts|seeds|quiet MINUTES|COUNT [SEED]\n", stderr);
+  std::fputs("usage: fault_campaign soak|scripts|seeds|quiet MINUTES|COUNT [SEED [HASTE]]\n", stderr);
   return kUsage;
 }
 
@@ -54,6 +53,8 @@ int main(int argc, char** argv) {
   const std::string_view form = argv[1];
   const double amount = std::atof(argv[2]);
   const std::uint64_t seed = argc > 3 ? std::strtoull(argv[3], nullptr, 10) : 1;
+  const int haste = argc > 4 ? std::atoi(argv[4]) : campaign::kNominalHaste;
+  if (haste < 1) return Usage();
   const QString folder = QDir::tempPath() + QStringLiteral("/campaign-%1").arg(getpid());
   QDir().mkpath(folder);
   for (const char* variable :
@@ -64,11 +65,8 @@ int main(int argc, char** argv) {
   QApplication application(argc, argv);
   std::setlocale(LC_ALL, "C");
   SelectLanguage();
-  const int haste = qEnvironmentVariableIntValue("SPECTRANE_HASTE");
-  const campaign::Place place{QCoreApplication::applicationDirPath(), folder,
-                              form == "soak" || form == "quiet" ? 1
-                              : haste > 0                       ? haste
-                                                                : kHaste};
+  const bool hurries = form == "seeds" || form == "scripts";
+  const campaign::Place place{QCoreApplication::applicationDirPath(), folder, hurries ? haste : 1};
   std::printf("seed %llu, folder %s\n", static_cast<unsigned long long>(seed), folder.toUtf8().constData());
   bool held = false;
   if (form == "soak") {

@@ -25,9 +25,9 @@
 namespace spectrane::testing_faults {
 
 using failing_calls::Call;
-using failing_calls::kCalls;
+using failing_calls::kSaveCalls;
 using failing_calls::Plan;
-using Counts = std::array<int, kCalls>;
+using Counts = std::array<int, kSaveCalls>;
 
 /// Rights of the old file, so that they have to be taken over.
 inline constexpr mode_t kOldMode = 0640;
@@ -52,7 +52,7 @@ inline std::vector<Plan> PlansFor(const Counts& counts, bool thorough) {
   static const std::vector<int> inWrites = {ENOSPC, failing_calls::kShort, EIO, EACCES};
   std::vector<Plan> plans;
   std::size_t turn = 0;
-  for (int call = 0; call < kCalls; ++call) {
+  for (int call = 0; call < kSaveCalls; ++call) {
     const auto which = static_cast<Call>(call);
     const std::vector<int>& faults = which == Call::Write ? inWrites : numbers;
     for (int nth = 1; nth <= counts.at(static_cast<std::size_t>(call)); ++nth) {
@@ -159,7 +159,7 @@ bool KilledIn(const Work& work) {
 
 inline void TellCells(const std::string& name, std::size_t cells, std::size_t kills, const Counts& counts) {
   std::cout << "cells of " << name << ": " << cells << ", of them killed " << kills << ";";
-  for (int call = 0; call < kCalls; ++call)
+  for (int call = 0; call < kSaveCalls; ++call)
     std::cout << ' ' << failing_calls::kCallNames.at(static_cast<std::size_t>(call)) << ' '
               << counts.at(static_cast<std::size_t>(call));
   std::cout << '\n';
@@ -167,7 +167,7 @@ inline void TellCells(const std::string& name, std::size_t cells, std::size_t ki
 
 inline Counts CountsNow() {
   Counts counts = {};
-  for (int call = 0; call < kCalls; ++call)
+  for (int call = 0; call < kSaveCalls; ++call)
     counts.at(static_cast<std::size_t>(call)) = failing_calls::CountOf(static_cast<Call>(call));
   return counts;
 }

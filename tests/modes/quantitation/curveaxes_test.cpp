@@ -81,6 +81,12 @@ TEST(Axes, ThereAreNoneForConcentrationsBeyondTheLastStep) {
   EXPECT_FALSE(AxesOf(typed).Drawable());
 }
 
+TEST(Axes, ThereAreNoneForAbsorbancesBeyondTheLastStep) {
+  const CurveAxes axes = AxesOf(Fitted({{20000, 10}, {30000, 20}}, 1));
+  EXPECT_EQ(axes.AbsTop, 0);
+  EXPECT_FALSE(axes.Drawable());
+}
+
 TEST(Axes, CountsAndNumbersOfADamagedFileAreHarmless) {
   QuaOption qua = WithStandards({{0.5, 10}, {1, 20}}, 1);
   for (const std::int32_t count : {-7, 21, 1000000}) {
@@ -94,6 +100,8 @@ TEST(Axes, CountsAndNumbersOfADamagedFileAreHarmless) {
   const CurveAxes axes = AxesOf(qua);
   EXPECT_EQ(CurveMarks(qua, axes).size(), 1u);
   EXPECT_TRUE(CurvePoints(qua, axes, 10).empty());
+  qua.StandardConc[0] = kNaN;
+  EXPECT_TRUE(CurveMarks(qua, axes).empty());
 }
 
 TEST(Marks, AreTheStandardsHeldInsideTheAxes) {

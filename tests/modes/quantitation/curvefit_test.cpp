@@ -190,6 +190,11 @@ TEST(ZeroCrossing, AnOverflowEndsItWhereItHappens) {
   sum.StandardConc[2] = 5;
   EXPECT_EQ(CreateCurve(sum), FitOutcome::Rejected);
   EXPECT_EQ(sum.StandardConc[2], 5);
+  // So does that of the concentrations.
+  QuaOption concentrations = WithStandards({{1, 1e308}, {2, 1e308}}, 0);
+  concentrations.StandardConc[2] = 5;
+  EXPECT_EQ(CreateCurve(concentrations), FitOutcome::Rejected);
+  EXPECT_EQ(concentrations.StandardConc[2], 5);
   // Only the squares overflow: by then it is cleared.
   QuaOption square = WithStandards({{1e200, 1}, {2e200, 2}}, 0);
   square.StandardConc[2] = 5;
@@ -264,6 +269,14 @@ TEST(Correlation, ThatExceedsOneByRoundingIsOne) {
     EXPECT_EQ(CreateCurve(zero), FitOutcome::Accepted);
     EXPECT_EQ(zero.CurveR, sign);
   }
+}
+
+// Squares of 2.7e-162 are 1.48 of the smallest number there is, and round to 1: r comes out as 1.48 to the
+// power of 1/2.
+TEST(Correlation, ThatIsFarBeyondOneIsNone) {
+  QuaOption qua = WithStandards({{0, 0}, {0, 0}, {5.4e-162, 1}, {5.4e-162, 1}}, 1);
+  EXPECT_EQ(CreateCurve(qua), FitOutcome::Rejected);
+  EXPECT_EQ(qua.CurveK, K{});
 }
 
 TEST(FirstOrder, TheRowBehindTheLastStandardStays) {

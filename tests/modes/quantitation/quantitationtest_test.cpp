@@ -122,6 +122,19 @@ TEST_P(QuantitationBlank, FailureLeavesNoBlankAndTheLiveReadingRuns) {
   EXPECT_TRUE(Display.TimerOn);
 }
 
+TEST_F(QuantitationRun, ABlankThatFailedFitsNothing) {
+  UseStandards();
+  Document.SetStandardConc(0, 10);
+  Document.SetStandardConc(1, 20);
+  for (const std::int32_t row : {0, 1}) Document.SetStandardReadings(row, 0.5);
+  ASSERT_TRUE(TwoBoxes.Errors.empty());
+  Peer.Next("rezero", {});
+  Test.mmuOperationRezero();
+  EXPECT_TRUE(TwoBoxes.Errors.empty()) << "equal absorbances have no line, which was not asked";
+  Test.mmuOperationRezero();
+  EXPECT_EQ(TwoBoxes.Errors, Ids{1209}) << "a blank fits anew";
+}
+
 INSTANTIATE_TEST_SUITE_P(Of, QuantitationBlank,
                          testing::Values(BlankFailure{"TheQuestionForTheWavelength", "getwl", {}},
                                          BlankFailure{"TheSampler", "setsampler 1", {1912}},
@@ -146,6 +159,34 @@ TEST_F(QuantitationRun, ABlankWithoutLightSaysSo) {
   Peer.Lines["rezero"] = {"0", "3"};
   Test.mmuOperationRezero();
   EXPECT_EQ(Display.Remark, "The blank gives no light at 500.0nm.");
+}
+
+TEST_F(QuantitationRun, AsMuchAsInTheDarkIsNoLight) {
+  UseCoefficients();
+  const std::int32_t dark = Link.State.DarkEnergies[3];
+  Peer.Lines["rezero"] = {std::to_string(dark + 1), "3"};
+  Test.mmuOperationRezero();
+  ASSERT_EQ(Document.Option().BlankFullEnergy[0], Document.Option().BlankDarkEnergy[0] + 1);
+  EXPECT_EQ(Display.Remark, "");
+  Peer.Lines["rezero"] = {std::to_string(dark), "3"};
+  Test.mmuOperationRezero();
+  EXPECT_EQ(Display.Remark, "The blank gives no light at 500.0nm.");
+}
+
+// The drive may have slipped without knowing.
+TEST_F(QuantitationRun, ABlankMovesEvenWhereTheDriveSaysItStands) {
+  UseCoefficients();
+  Peer.Lines["getwl"] = {"500.0"};
+  Test.mmuOperationRezero();
+  EXPECT_EQ(Peer.Commands, (Commands{"getwl", "swl  500", "rezero"}));
+}
+
+TEST_F(QuantitationRun, TwoWavelengthsMoveEvenWhereTheDriveSaysItStands) {
+  UseCoefficients(2);
+  Blank();
+  Peer.Lines["getwl"] = {"500.0"};
+  EXPECT_TRUE(Test.mmuStartTest());
+  EXPECT_EQ(Peer.Commands, (Commands{"getwl", "swl  500", "sa 3", "ge 10", "swl  600", "sa 3", "ge 10"}));
 }
 
 TEST_F(QuantitationRun, AWavelengthOutsideTheRangeIsNotMeasured) {
@@ -297,6 +338,23 @@ TEST_F(QuantitationRun, P11_ARestartAtAnyCommandEndsTheRunAndTheBlank) {
     EXPECT_EQ(TwoBoxes.Ids, Ids{1048}) << "until a new blank: " << command;
     EXPECT_TRUE(Peer.Commands.empty()) << command;
   }
+}
+
+TEST_F(QuantitationRun, P10_ADriveThatAnswersAndDoesNotGoIsTold) {
+  UseCoefficients();
+  Blank();
+  Peer.Lines["getwl"] = {"500.0"};
+  EXPECT_TRUE(Test.mmuStartTest());
+  EXPECT_EQ(Display.Remark, "") << "where it was sent";
+  Peer.Lines["getwl"] = {"480.0"};
+  Peer.Commands.clear();
+  EXPECT_TRUE(Test.mmuStartTest());
+  EXPECT_EQ(Peer.Commands, (Commands{"getwl", "swl  500", "sa 3", "ge 10"})) << "nothing beyond the usual";
+  EXPECT_NE(Display.Remark.find("stood at 480.0nm"), std::string::npos) << Display.Remark;
+  // A person who moved it by the dialog is not told.
+  Link.State.CurrentWavelength = 480.0;
+  EXPECT_TRUE(Test.mmuStartTest());
+  EXPECT_EQ(Display.Remark, "");
 }
 
 TEST_F(QuantitationRun, ABlankOfSomebodyElseEndsThisOne) {

@@ -127,6 +127,24 @@ TEST_F(TimeScanDocumentTest, AFileThatEndsTooSoonGivesThePointsThatItHas) {
   }
 }
 
+TEST_F(TimeScanDocumentTest, WhatWasReadOfADamagedFileIsSavedUnderAnotherName) {
+  Measure(5);
+  ASSERT_TRUE(document_.SaveFile(ScanFile()));
+  const std::string bytes = ReadBytes(ScanFile());
+  std::ofstream(ScanFile(), std::ios::binary | std::ios::trunc) << bytes.substr(0, bytes.size() - 1);
+  TimeScanDocument read;
+  ASSERT_FALSE(read.OpenFile(ScanFile()));
+  ASSERT_TRUE(read.IsHalfLoaded());
+  const std::string other = folder_.Path("b.tis");
+  ASSERT_TRUE(read.SaveFile(other));
+  EXPECT_FALSE(read.IsHalfLoaded());
+  EXPECT_EQ(ReadBytes(ScanFile()).size(), bytes.size() - 1);
+  TimeScanDocument saved;
+  ASSERT_TRUE(saved.OpenFile(other));
+  EXPECT_EQ(saved.DataCount(), 4);
+  EXPECT_EQ(saved.Point(3), document_.Point(3));
+}
+
 TEST_F(TimeScanDocumentTest, AnImpossibleNumberOfPointsIsRefusedBeforeAnyMemoryIsTaken) {
   Measure(5);
   ASSERT_TRUE(document_.SaveFile(ScanFile()));

@@ -223,6 +223,18 @@ TEST_F(TimeScanRun, ABlankTakenElsewhereDoesNotHold) {
   EXPECT_EQ(Boxes.Ids, (std::vector<int>{971}));
 }
 
+TEST_F(TimeScanRun, ABlankOfAnotherWavelengthDoesNotHold) {
+  Blank();
+  TSOption option = Document.Option();
+  option.WorkWL = 500;
+  Document.Configure(option, 2, 5);
+  Link.State.CurrentWavelength = 500;
+  EXPECT_FALSE(Test.BlankHolds());
+  EXPECT_EQ(Start(), TimeScanEnd::NotBegun);
+  EXPECT_EQ(Boxes.Ids, (std::vector<int>{971}));
+  EXPECT_TRUE(Peer.Commands.empty());
+}
+
 TEST_F(TimeScanRun, OnlyOneRunOwnsTheInstrument) {
   Blank();
   TimeScanEnd second = TimeScanEnd::Finished;
@@ -238,15 +250,6 @@ TEST_F(TimeScanRun, WhoseEndIsBeforeItsStartHasNoPoints) {
   EXPECT_EQ(Start(), TimeScanEnd::Finished);
   EXPECT_EQ(Happened, (Log{"begin", "delay", "finished"}));
   EXPECT_EQ(Document.DataCount(), 0);
-}
-
-TEST_F(TimeScanRun, TenThousandPointsAreTheMost) {
-  Blank();
-  TSOption option = Document.Option();
-  option.IntervalSecond = 0;
-  Document.Configure(option, 0, 20000);
-  EXPECT_EQ(Start(), TimeScanEnd::Finished);
-  EXPECT_EQ(Document.DataCount(), kMostTestPoints);
 }
 
 TEST_F(TimeScanRun, BlankMovesFirstWhereTheInstrumentStandsElsewhere) {

@@ -4,6 +4,9 @@
 #include <QClipboard>
 #include <QFile>
 
+#include <algorithm>
+
+#include "files/filesupport.h"
 #include "modes/windows/frmbasicfixture.h"
 #include "modes/windows/frmqua.h"
 #include "modes/windows/frmtsfixture.h"
@@ -49,6 +52,42 @@ TEST_F(ExportFaults, E03_NotesStayInTheirCellsAndAreNoFormulas) {
   // The reader that lists the cells tells texts from formulas by the records of the file.
   for (const char* note : {"=1+1", "+1", "-1", "@SUM(A1)"}) {
     EXPECT_THAT(sheet, HasSubstr("text '" + std::string(note) + "' @"));
+  }
+  EXPECT_THAT(sheet, testing::Not(HasSubstr("formula")));
+}
+
+/// A file of another program may have what nobody can type into a cell.
+TEST_F(ExportFaults, E03_TabsAndLineEndsOfAFileMakeNoCellsAndNoRows) {
+  struct OddNote {
+    std::string Note;
+    /// In the text file, and as the listing of the workbook writes it.
+    const char* Line;
+    const char* Cell;
+  };
+  const std::vector<OddNote> notes = {{"a\tb", "a b", R"(a\tb)"},       {"a\nb", "a b", R"(a\nb)"},
+                                      {"a\r\nb", "a  b", R"(a\r\nb)"},  {"\t=1+1", " =1+1", R"(\t=1+1)"},
+                                      {"\n=1+1", " =1+1", R"(\n=1+1)"}, {"last", "last", "last"}};
+  std::string bytes = HeaderBytes(11) + BasicOptionBytes(static_cast<std::int64_t>(notes.size()));
+  for (const OddNote& each : notes) bytes += BasicRecordBytes(10000, each.Note);
+  WriteBytes(Folder.Path("odd.bas"), bytes);
+  Open();
+  ASSERT_TRUE(Window->mmuOpenFile(PathOf("odd.bas")));
+  Boxes.ExpectSaveName(Words(921), PathOf("odd.txt"));
+  Window->mmuFileOutputTXT();
+  Boxes.ExpectSaveName(Words(935), PathOf("odd.xls"));
+  Window->mmuFileOutputXLS();
+  const QStringList lines = QString::fromStdString(ReadBytes(Folder.Path("odd.txt"))).split(u'\n');
+  const std::string sheet = testing_workbook::WorkbookListing(Folder.Path("odd.xls"));
+  const auto first =
+      std::ranges::find_if(lines, [](const QString& line) { return line.startsWith(QStringLiteral("1\t")); });
+  ASSERT_GE(lines.end() - first, static_cast<std::ptrdiff_t>(notes.size()));
+  for (std::size_t row = 0; row < notes.size(); ++row) {
+    const QStringList cells = (first + static_cast<std::ptrdiff_t>(row))->split(u'\t');
+    EXPECT_EQ(cells.value(0), QString::number(row + 1));
+    EXPECT_EQ(cells.size(), 6) << row;
+    EXPECT_EQ(cells.last().toStdString(), notes[row].Line);
+    // A cell of a spreadsheet may have lines; it is one cell and a text all the same.
+    EXPECT_THAT(sheet, HasSubstr("cell " + std::to_string(row + 4) + " 5 text '" + notes[row].Cell + "' @"));
   }
   EXPECT_THAT(sheet, testing::Not(HasSubstr("formula")));
 }

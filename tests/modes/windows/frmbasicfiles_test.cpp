@@ -2,6 +2,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <filesystem>
+
 #include "files/filesupport.h"
 #include "modes/windows/frmbasicfixture.h"
 
@@ -90,6 +92,36 @@ TEST_F(BasicWindow, AFileThatSomebodyChangedIsAskedFor) {
                     Answer::No);
   EXPECT_FALSE(Window->mmuSaveFile());
   EXPECT_EQ(ReadBytes(Folder.Path("a.bas")), "somebody else's");
+}
+
+// A backup put back, another program's save through a new name: same size, and whoever wants can set the
+// time.
+TEST_F(BasicWindow, D09_AFileOfTheSameSizeAndTimeInItsPlaceIsAskedFor) {
+  OpenWithBlank();
+  Measure(1);
+  SaveTo(PathOf("a.bas"));
+  const std::string path = Folder.Path("a.bas");
+  const std::string ours = ReadBytes(path);
+  const auto time = std::filesystem::last_write_time(path);
+  const std::string theirs(ours.size(), 't');
+  WriteBytes(Folder.Path("theirs"), theirs);
+  std::filesystem::rename(Folder.Path("theirs"), path);
+  std::filesystem::last_write_time(path, time);
+  TypeNote(0, "Q");
+  const QString question =
+      PathOf("a.bas") + QStringLiteral(" is exist, are you want to overwrite this file?");
+  Boxes.ExpectYesNo(question, Answer::No);
+  EXPECT_FALSE(Window->mmuSaveFile());
+  EXPECT_EQ(ReadBytes(path), theirs);
+  EXPECT_TRUE(Window->isWindowModified());
+  Boxes.ExpectYesNo(question, Answer::Yes);
+  EXPECT_TRUE(Window->mmuSaveFile());
+  EXPECT_NE(ReadBytes(path), theirs);
+  // Its own save is a new file as well, and no reason to ask.
+  for (int i = 0; i < 2; ++i) {
+    TypeNote(0, "R");
+    EXPECT_TRUE(Window->mmuSaveFile());
+  }
 }
 
 TEST_F(BasicWindow, WhatWasSavedOpensAgain) {

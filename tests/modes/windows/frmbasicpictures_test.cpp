@@ -1,21 +1,13 @@
-#include <QDir>
-
 #include "modes/windows/frmbasicconfig.h"
 #include "modes/windows/frmbasicfixture.h"
+#include "windowsupport/pictures.h"
 
 namespace spectrane::testing_windows {
 namespace {
 
-/// Pictures for a person to judge, in the folder that SPECTRANE_PICTURES names; run by
-/// --gtest_also_run_disabled_tests.
+/// Pictures for a person to judge.
 class BasicPictures : public BasicWindow {
  protected:
-  static void Shoot(QWidget& widget, const char* name) {
-    QCoreApplication::processEvents();
-    const QString folder = qEnvironmentVariable("SPECTRANE_PICTURES");
-    EXPECT_TRUE(QDir().mkpath(folder));
-    EXPECT_TRUE(widget.grab().save(folder + u'/' + QLatin1String(name) + QStringLiteral(".png")));
-  }
   void EightRows() {
     OpenWithBlank();
     const char* const samples[] = {"dye-1", "dye-2",      "dye-4", "dye-6",

@@ -96,13 +96,7 @@ TEST_F(QuaWindow, AnEmptiedConcentrationIsTakenBack) {
 TEST_F(QuaWindow, APasteOverCompleteStandardsHasOneOutcome) {
   Open(3);
   Blank();
-  const char* const concs[] = {"1", "4", "8"};
-  const char* const dyes[] = {"dye-1", "dye-3", "dye-5"};
-  for (int row = 0; row < 3; ++row) {
-    TypeConc(row, concs[row]);
-    Insert(dyes[row]);
-    Click(Standards, row, kAbs);
-  }
+  MeasureStandards({{"dye-1", "1"}, {"dye-3", "4"}, {"dye-5", "8"}});
   // In between, two of the three concentrations belong to no line.
   QGuiApplication::clipboard()->setText(QStringLiteral("1000\n4000\n8000\n"));
   Standards->setFocus();
@@ -153,15 +147,7 @@ TEST_F(QuaWindow, AStandardWithoutABlankIsNotMeasured) {
 TEST_F(QuaWindow, ADyeSeriesGivesItsUnknownsAndComesBackFromItsFile) {
   Open(5);
   Blank();
-  const struct {
-    const char* Dye;
-    const char* Conc;
-  } standards[] = {{"dye-1", "1"}, {"dye-3", "4"}, {"dye-5", "8"}, {"dye-7", "15"}, {"dye-8", "20"}};
-  for (int row = 0; row < 5; ++row) {
-    TypeConc(row, standards[row].Conc);
-    Insert(standards[row].Dye);
-    Click(Standards, row, kAbs);
-  }
+  MeasureFiveStandards();
   ASSERT_TRUE(Window->Document().Option().CurveValid);
   EXPECT_GT(Window->Document().Option().CurveR, 0.999);
   for (const char* unknown : {"dye-2", "dye-4", "dye-6"}) Sample(unknown);

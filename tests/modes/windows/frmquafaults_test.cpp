@@ -258,13 +258,7 @@ TEST_F(QuaFaults, AConcentrationBeyondAllScalesIsRefusedByTheFit) {
 TEST_F(QuaFaults, ZeroAndNegativeConcentrationsAreNumbersLikeOthers) {
   Open(3);
   Blank();
-  const char* const concs[] = {"0", "-4", "-8"};
-  const char* const dyes[] = {"blank", "dye-3", "dye-5"};
-  for (int row = 0; row < 3; ++row) {
-    TypeConc(row, concs[row]);
-    Insert(dyes[row]);
-    Click(Standards, row, kAbs);
-  }
+  MeasureStandards({{"blank", "0"}, {"dye-3", "-4"}, {"dye-5", "-8"}});
   EXPECT_TRUE(Window->Document().Option().CurveValid);
   EXPECT_NEAR(Window->Document().Option().CurveK[1], -10, 0.05);
   EXPECT_EQ(Cell(Standards, 1, kConc), QStringLiteral("-4.0000"));
@@ -287,13 +281,7 @@ TEST_F(QuaFaults, EqualAbsorbancesMakeNoCurve) {
 TEST_F(QuaFaults, AFitThatFailsWhileABlankClosesTheEditorIsToldOnce) {
   Open(3);
   Blank();
-  const char* const concs[] = {"1", "4", "8"};
-  const char* const dyes[] = {"dye-1", "dye-3", "dye-5"};
-  for (int row = 0; row < 3; ++row) {
-    TypeConc(row, concs[row]);
-    Insert(dyes[row]);
-    Click(Standards, row, kAbs);
-  }
+  MeasureStandards({{"dye-1", "1"}, {"dye-3", "4"}, {"dye-5", "8"}});
   Click(Standards, 1, kConc);
   ASSERT_NE(Editor("QuaConfigText"), nullptr);
   Editor("QuaConfigText")->selectAll();

@@ -61,6 +61,23 @@ class QuaWindow : public WindowFixture {
     QTest::keyClick(Editor("QuaConfigText"), Qt::Key_Return);
     QCoreApplication::processEvents();
   }
+  struct Standard {
+    const char* Dye;
+    const char* Conc;  ///< [mg/L] as it is typed
+  };
+  /// From the first row on.
+  void MeasureStandards(std::initializer_list<Standard> standards) {
+    int row = 0;
+    for (const Standard& standard : standards) {
+      TypeConc(row, standard.Conc);
+      Insert(standard.Dye);
+      Click(Standards, row++, kAbs);
+    }
+  }
+  /// A straight line from 1 to 20 mg/L.
+  void MeasureFiveStandards() {
+    MeasureStandards({{"dye-1", "1"}, {"dye-3", "4"}, {"dye-5", "8"}, {"dye-7", "15"}, {"dye-8", "20"}});
+  }
   void Sample(const char* name) {
     Insert(name);
     Window->mmuStartTest();

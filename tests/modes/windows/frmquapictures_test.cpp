@@ -1,34 +1,11 @@
-#include <QDir>
-
 #include "modes/windows/frmquafixture.h"
+#include "windowsupport/pictures.h"
 
 namespace spectrane::testing_windows {
 namespace {
 
-/// Pictures for a person to judge, in the folder that SPECTRANE_PICTURES names; run by
-/// --gtest_also_run_disabled_tests.
-class QuaPictures : public QuaWindow {
- protected:
-  static void Shoot(QWidget& widget, const char* name) {
-    QCoreApplication::processEvents();
-    const QString folder = qEnvironmentVariable("SPECTRANE_PICTURES");
-    EXPECT_TRUE(QDir().mkpath(folder));
-    EXPECT_TRUE(widget.grab().save(folder + u'/' + QLatin1String(name) + QStringLiteral(".png")));
-  }
-  void FiveStandards() {
-    const struct {
-      const char* Dye;
-      const char* Conc;
-    } standards[] = {{"dye-1", "1"}, {"dye-3", "4"}, {"dye-5", "8"}, {"dye-7", "15"}, {"dye-8", "20"}};
-    for (int row = 0; row < 5; ++row) {
-      TypeConc(row, standards[row].Conc);
-      Insert(standards[row].Dye);
-      Click(Standards, row, kAbs);
-    }
-  }
-};
-
-using DISABLED_QuaPictures = QuaPictures;
+/// Pictures for a person to judge.
+using DISABLED_QuaPictures = QuaWindow;
 
 TEST_F(DISABLED_QuaPictures, Empty) {
   Open(5);
@@ -43,7 +20,7 @@ TEST_F(DISABLED_QuaPictures, Empty) {
 TEST_F(DISABLED_QuaPictures, Measured) {
   Open(5);
   Blank();
-  FiveStandards();
+  MeasureFiveStandards();
   for (const char* dye : {"dye-2", "dye-4", "dye-6", "closed"}) Sample(dye);
   Shoot(*Window, "qua-measured");
   Click(Standards, 2, 0);

@@ -1,5 +1,6 @@
 #include <QClipboard>
 #include <QFile>
+#include <QLineEdit>
 
 #include "app/ground/commands.h"
 #include "modes/windows/frmtsfixture.h"
@@ -70,6 +71,36 @@ TEST_F(TimeScan, ShowsFrameTitlesAndTables) {
   EXPECT_EQ(titles.join(u'|').toStdString(),
             "No.|Time(s)|Absorbance(Abs)|Transmittance(%T)|Energy|Energy(100%T)|Energy(0%T)|Gain");
   ExpectNamesEverywhere(*Window);
+}
+
+TEST_F(TimeScan, AnEmptyWindowAsksForTheBlankUntilOneHolds) {
+  const auto asksForTheBlank = [this] { return Curve->View().Caption.contains(QStringLiteral("Set Blank")); };
+  const auto asksForTheStart = [this] {
+    return Curve->View().Caption.contains(QStringLiteral("Start Test"));
+  };
+  Open();
+  ConnectNow();
+  Link.State.CurrentWavelength = 546;
+  EXPECT_TRUE(asksForTheBlank());
+  ASSERT_EQ(Instrument.Faults().Add("rezero", "1", "bad-number", {}), std::nullopt);
+  Window->mmuOperationRezero();
+  EXPECT_FALSE(Window->Test().BlankHolds());
+  EXPECT_TRUE(asksForTheBlank()) << "a blank that failed is none";
+  Blank();
+  EXPECT_FALSE(asksForTheBlank());
+  EXPECT_TRUE(asksForTheStart());
+  // Somebody else sets another blank, and the person comes back here.
+  ++Link.State.RezeroCount;
+  QLineEdit elsewhere;
+  elsewhere.show();
+  elsewhere.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&elsewhere));
+  Present(*Window);
+  EXPECT_TRUE(asksForTheBlank());
+  // Points need no hint, and a test that runs none either.
+  Measure();
+  EXPECT_FALSE(asksForTheBlank());
+  EXPECT_FALSE(asksForTheStart());
 }
 
 TEST_F(TimeScan, ATestFillsCurveAndTableAndAsksToSave) {

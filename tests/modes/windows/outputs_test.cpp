@@ -1,3 +1,4 @@
+#include <QAbstractButton>
 #include <QClipboard>
 #include <QFile>
 #include <QRegularExpression>
@@ -230,6 +231,23 @@ TEST_F(Outputs, ThePreviewShowsThePagesAndPrints) {
 TEST_F(Outputs, SetupSaysThatThereIsNoPrinter) {
   Main.Printer().Setup();
   EXPECT_THAT(Display.Remark, HasSubstr("no printer"));
+}
+
+TEST_F(Outputs, SetupPrintsNothingAndDoesNotSaySo) {
+#ifdef _WIN32
+  GTEST_SKIP() << "the dialog is the system's own";
+#else
+  Main.Printer().HasPrinter = [] { return true; };
+  InDialog("PrinterSetup", [](QWidget& dialog) {
+    QStringList captions;
+    for (const QAbstractButton* button : dialog.findChildren<QAbstractButton*>())
+      captions.append(PlainCaption(button->text()));
+    EXPECT_TRUE(captions.contains(QStringLiteral("OK"))) << captions.join(u'|').toStdString();
+    EXPECT_FALSE(captions.contains(QStringLiteral("Print"))) << captions.join(u'|').toStdString();
+    dialog.close();
+  });
+  Main.Printer().Setup();
+#endif
 }
 
 TEST_F(Outputs, TheCurveOfAQuantitationIsCopiedAtItsSize) {

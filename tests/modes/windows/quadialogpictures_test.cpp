@@ -1,28 +1,16 @@
 #include <QComboBox>
-#include <QDir>
 #include <QRadioButton>
 
 #include "app/dialogfixture.h"
 #include "modes/windows/frmquaconfig.h"
 #include "modes/windows/frmselectsampler.h"
+#include "windowsupport/pictures.h"
 
 namespace spectrane::testing_windows {
 namespace {
 
-/// Pictures for a person to judge, in the folder that SPECTRANE_PICTURES names; run by
-/// --gtest_also_run_disabled_tests.
-class QuaDialogPictures : public DialogFixture {
- protected:
-  static void Shoot(QWidget& widget, const char* name) {
-    widget.show();
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(&widget));
-    const QString folder = qEnvironmentVariable("SPECTRANE_PICTURES");
-    EXPECT_TRUE(QDir().mkpath(folder));
-    EXPECT_TRUE(widget.grab().save(folder + u'/' + QLatin1String(name) + QStringLiteral(".png")));
-  }
-};
-
-using DISABLED_QuaDialogPictures = QuaDialogPictures;
+/// Pictures for a person to judge.
+using DISABLED_QuaDialogPictures = DialogFixture;
 
 TEST_F(DISABLED_QuaDialogPictures, Options) {
   FrmQuaConfig first(Main, {}, {});

@@ -1,21 +1,12 @@
 #include <QComboBox>
-#include <QDir>
 
 #include "modes/windows/frmdnaconfig.h"
 #include "modes/windows/frmmulticonfig.h"
 #include "modes/windows/samplefixture.h"
+#include "windowsupport/pictures.h"
 
 namespace spectrane::testing_windows {
 namespace {
-
-/// Pictures for a person to judge, in the folder that SPECTRANE_PICTURES names; run by
-/// --gtest_also_run_disabled_tests.
-void ShootSample(QWidget& widget, const char* name) {
-  QCoreApplication::processEvents();
-  const QString folder = qEnvironmentVariable("SPECTRANE_PICTURES");
-  EXPECT_TRUE(QDir().mkpath(folder));
-  EXPECT_TRUE(widget.grab().save(folder + u'/' + QLatin1String(name) + QStringLiteral(".png")));
-}
 
 using DISABLED_MultiPictures = MultiWindow;
 using DISABLED_DNAPictures = DNAWindow;
@@ -26,15 +17,15 @@ QString ExampleFile(const char* name) {
 
 TEST_F(DISABLED_MultiPictures, Windows) {
   Open();
-  ShootSample(*Window, "multi-empty");
+  Shoot(*Window, "multi-empty");
   Window->mmuOpenFile(ExampleFile("multi.mul"));
-  ShootSample(*Window, "multi-rows");
+  Shoot(*Window, "multi-rows");
   OpenTable(15);
-  ShootSample(*Window, "multi-fifteen");
+  Shoot(*Window, "multi-fifteen");
   Window->resize(1500, 400);
-  ShootSample(*Window, "multi-wide");
+  Shoot(*Window, "multi-wide");
   OpenTable(1);
-  ShootSample(*Window, "multi-one");
+  Shoot(*Window, "multi-one");
 }
 
 TEST_F(DISABLED_MultiPictures, Config) {
@@ -44,27 +35,27 @@ TEST_F(DISABLED_MultiPictures, Config) {
     FrmMultiConfig dialog(Main, settings, {});
     dialog.show();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
-    ShootSample(dialog, ("multi-config-" + std::to_string(number)).c_str());
+    Shoot(dialog, ("multi-config-" + std::to_string(number)).c_str());
   }
 }
 
 TEST_F(DISABLED_DNAPictures, Windows) {
   Open();
-  ShootSample(*Window, "dna-empty");
+  Shoot(*Window, "dna-empty");
   Window->mmuOpenFile(ExampleFile("nucleic.dna"));
-  ShootSample(*Window, "dna-rows");
+  Shoot(*Window, "dna-rows");
   Window->resize(1100, 400);
-  ShootSample(*Window, "dna-wide");
+  Shoot(*Window, "dna-wide");
 }
 
 TEST_F(DISABLED_DNAPictures, Config) {
   FrmDNAConfig dialog(Main, DNASettings());
   dialog.show();
   ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
-  ShootSample(dialog, "dna-config-1");
+  Shoot(dialog, "dna-config-1");
   Click(dialog, "CustomOption");
   Type(dialog, "WaveLength2Text", "x");
-  ShootSample(dialog, "dna-config-3");
+  Shoot(dialog, "dna-config-3");
 }
 
 }  // namespace

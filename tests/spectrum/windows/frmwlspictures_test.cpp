@@ -1,23 +1,15 @@
 #include <QApplication>
-#include <QDir>
 
 #include "spectrum/windows/frmwlsconfig.h"
 #include "spectrum/windows/scanfixture.h"
+#include "windowsupport/pictures.h"
 
 namespace spectrane::testing_windows {
 namespace {
 
-/// Pictures for a person to judge, in the folder that SPECTRANE_PICTURES names; run by
-/// --gtest_also_run_disabled_tests, with QT_SCALE_FACTOR=2 for a dense screen.
+/// Pictures for a person to judge.
 class ScanPictures : public ScanWindow {
  protected:
-  static void Shoot(QWidget& widget, const QString& name) {
-    QCoreApplication::processEvents();
-    const QString folder = qEnvironmentVariable("SPECTRANE_PICTURES");
-    EXPECT_TRUE(QDir().mkpath(folder));
-    const QString scale = QString::number(widget.devicePixelRatioF() * 100);
-    EXPECT_TRUE(widget.grab().save(folder + u'/' + name + u'-' + scale + QStringLiteral(".png")));
-  }
   /// Holmium with its bands marked in full, in a mode.
   void ShowBands(int mode, bool grid) {
     Settings.PutSetting(kScanSection, "Peak Height", "0.05");

@@ -213,10 +213,7 @@ TEST_F(BaseLine, SaveWritesTheFileAndItsMoment) {
 }
 
 TEST_F(BaseLine, ANarrowerInstrumentStoresFewerRecords) {
-  InstrumentOptions narrow = QuietInstrument();
-  narrow.StartNm = 325.0;
-  narrow.EndNm = 1000.0;
-  SimulatedLine other(narrow);
+  SimulatedLine other(NarrowInstrument());
   Ports.Put(1, other);
   ConnectNow();
   const std::string bytes = BaselineBytes(190, 1100, 911);

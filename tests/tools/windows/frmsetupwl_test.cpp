@@ -88,10 +88,7 @@ TEST_F(SetupWL, ATextThatIsNoNumberIsRefused) {
 }
 
 TEST_F(SetupWL, TheRangeIsThatOfTheInstrument) {
-  InstrumentOptions narrow = QuietInstrument();
-  narrow.StartNm = 325.0;
-  narrow.EndNm = 1000.0;
-  SimulatedLine other(narrow);
+  SimulatedLine other(NarrowInstrument());
   Ports.Put(1, other);
   ConnectNow();
   Ask([&](QWidget& dialog) {

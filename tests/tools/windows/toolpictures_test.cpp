@@ -1,4 +1,3 @@
-#include <QDir>
 #include <QRadioButton>
 
 #include <fstream>
@@ -13,21 +12,14 @@
 #include "tools/windows/frmslip.h"
 #include "tools/windows/frmwait.h"
 #include "tools/windows/toolfixture.h"
+#include "windowsupport/pictures.h"
 
 namespace spectrane::testing_windows {
 namespace {
 
-/// Pictures for a person to judge, in the folder that SPECTRANE_PICTURES names; run by
-/// --gtest_also_run_disabled_tests.
+/// Pictures for a person to judge.
 class ToolPictures : public ToolFixture {
  protected:
-  static void Shoot(QWidget& widget, const char* name) {
-    widget.show();
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(&widget));
-    const QString folder = qEnvironmentVariable("SPECTRANE_PICTURES");
-    EXPECT_TRUE(QDir().mkpath(folder));
-    EXPECT_TRUE(widget.grab().save(folder + u'/' + QLatin1String(name) + QStringLiteral(".png")));
-  }
   template <typename Dialog, typename... Arguments>
   void ShootOpen(const char* closeButton, const char* name, std::function<void(QWidget&)> before,
                  Arguments&... arguments) {

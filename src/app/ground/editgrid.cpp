@@ -1,4 +1,4 @@
-#include "modes/windows/editgrid.h"
+#include "app/ground/editgrid.h"
 
 #include <QHeaderView>
 #include <QKeyEvent>

@@ -83,7 +83,7 @@ bool SCI::Exchange(std::string_view command, std::string& reply, int timeoutSeco
       lastEnd_ = passed ? ExchangeEnd::Passed : ExchangeEnd::WrongEcho;
     }
     lineDirty_ = !passed;
-    if (passed) watch_.TakeAsAnswered();
+    if (passed && !olderMayFollow_) watch_.TakeAsAnswered();
     restartedInReply_ = watch_.Restarts() != restartsAtSend_;
   }
   // What runs in the message loop may exchange on its own; the caller's end is told afterwards.
@@ -113,6 +113,7 @@ bool SCI::SendAndWait(std::string_view command, std::string& reply, int timeoutM
     return false;
   }
   const bool alone = watch_.Awaited() == 0;
+  olderMayFollow_ = false;
   watch_.Sent(command);
   bool whole = Collect(reply, start, timeoutMs);
   if (whole && !alone && reply.starts_with(command)) whole = TakeOwn(command, reply, start, timeoutMs);
@@ -141,6 +142,7 @@ bool SCI::TakeOwn(std::string_view command, std::string& reply, std::int64_t sta
     if (watch_.Awaited() < awaited) quietMs = clock_.NowMs() + quiet;
     reply.append(piece, 0, ReplyBuffer::kLimit - reply.size());
   }
+  olderMayFollow_ = watch_.Awaited() > 0 && quiet < kBetweenAnswersMs;
   // The answer before it may lack its prompt.
   const std::size_t last = reply.rfind(std::string(command) + '\r');
   if (last != std::string::npos) reply.erase(0, last);

@@ -82,6 +82,8 @@ class SCI {
   ExchangeEnd lastEnd_ = ExchangeEnd::Passed;
   // A reply may still be on its way after an exchange that failed.
   bool lineDirty_ = false;
+  // The last answer was taken after so short a silence that answers to requests before it may still come.
+  bool olderMayFollow_ = false;
   std::int64_t restartsAtSend_ = 0;
   bool restartedInReply_ = false;
   LineWatch watch_;

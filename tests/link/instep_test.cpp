@@ -188,6 +188,22 @@ TEST_F(LinkFixture, P01_AProbeWhoseForerunnerWasLostPasses) {
   EXPECT_EQ(reply, ScriptedPeer::Reply("check", {"Invalid Command."}));
 }
 
+// What a probe passed with may be older: so short a silence does not say that what was asked before is lost.
+TEST_F(LinkFixture, P01_WhatWasAskedBeforeAProbeIsAwaitedStill) {
+  OpenLine();
+  std::string reply;
+  std::int32_t count = 1;
+  Peer.Next("check", {{16'300, ScriptedPeer::Reply("check", {"Invalid Command."})}});
+  Peer.Next("ge 1", {{16'100, ScriptedPeer::Reply("ge 1", {"100"})}});
+  Peer.Next("check", {{1'100, ScriptedPeer::Reply("check", {"Invalid Command."})}});
+  Peer.Next("ge 1", {{600, ScriptedPeer::Reply("ge 1", {"200"})}});
+  EXPECT_FALSE(Link.Transport.Exchange("check", reply, 1));
+  EXPECT_EQ(Link.Instrument.GetEnergy(count), 0);
+  EXPECT_TRUE(Link.Transport.Exchange("check", reply, 1));
+  EXPECT_EQ(Link.Instrument.GetEnergy(count), 200);
+  EXPECT_EQ(Link.Instrument.GetEnergy(count), 25000);
+}
+
 TEST_F(LinkFixture, P02_TheRestOfAReplyThatEndedEarlyDoesNotReachTheNextCommand) {
   OpenLine();
   std::int32_t count = 3;

@@ -42,7 +42,9 @@ void Compose(Composed& line, const Turn& turn, std::string text, std::int64_t st
   switch (turn.What) {
     case Fate::StandsStill:
     case Fate::Parted: {
-      const std::size_t head = turn.What == Fate::Parted ? place : std::min(text.find('\n') + 1, text.size());
+      // Something follows: a silence behind the whole of it would make that before the next answer longer.
+      const std::size_t head =
+          turn.What == Fate::Parted ? turn.Place % text.size() : std::min(text.find('\n') + 1, text.size());
       line.At(start, text.substr(0, head));
       return line.At(done + turn.DelayMs, text.substr(head));
     }

@@ -22,6 +22,9 @@ constexpr char kCarriageReturn = '\r';
 bool IsPrintable(char c) {
   return c >= 0x20 && c < 0x7F;
 }
+bool InWords(std::string_view request) {
+  return std::ranges::find(kAnsweredInWords, request) != std::end(kAnsweredInWords);
+}
 bool IsLetter(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }
@@ -49,6 +52,12 @@ std::size_t CommonEnd(std::string_view a, std::string_view b) {
 }
 
 }  // namespace
+
+bool LineWatch::IsPlain(std::string_view request, std::string_view reply) {
+  const std::string_view lines = reply.substr(std::min(request.size() + 1, reply.size()));
+  return InWords(request) ? std::ranges::count(lines, kCarriageReturn) <= 1
+                          : std::ranges::none_of(lines, IsLetter);
+}
 
 void LineWatch::Reset() {
   awaited_.clear();
@@ -129,6 +138,7 @@ void LineWatch::EndOfText() {
 // request, whole or damaged, is nobody's answer: so an instrument speaks that was switched on. Behind a part
 // of an answer its banner is known by two lines of words.
 bool LineWatch::IsBanner() const {
+  if (IsAnswerInWords()) return false;
   std::string_view text = text_;
   std::string_view last;
   if (!TakeLastLine(text, last) || !IsWords(last)) return false;
@@ -147,12 +157,15 @@ bool LineWatch::IsWords(std::string_view line) const {
          std::any_of(line.begin(), line.end(), IsLetter) && !IsRequest(line);
 }
 
+// Nobody else is waited for, and it begins with its echo: it may say as many lines as it likes.
+bool LineWatch::IsAnswerInWords() const {
+  return awaited_.size() == 1 && InWords(awaited_.front().Text) &&
+         text_.starts_with(awaited_.front().Text + kCarriageReturn);
+}
+
 bool LineWatch::AwaitsWords() const {
-  const auto inWords = [](std::string_view request) {
-    return std::ranges::find(kAnsweredInWords, request) != std::end(kAnsweredInWords);
-  };
-  return inWords(LastSent()) ||
-         std::any_of(awaited_.begin(), awaited_.end(), [&](const Request& one) { return inWords(one.Text); });
+  return InWords(LastSent()) ||
+         std::any_of(awaited_.begin(), awaited_.end(), [](const Request& one) { return InWords(one.Text); });
 }
 
 bool LineWatch::IsRequest(std::string_view line) const {

@@ -28,6 +28,9 @@ class LineWatch {
   bool LastMayBeAnswered() const {
     return between_ && ended_ == LastSent() && text_.find('\r') == std::string::npos;
   }
+  /// The reply has nothing behind its echo but what the request is answered with, one line of words or
+  /// numbers: no damaged echo of an answer that goes on where this one lost its end.
+  static bool IsPlain(std::string_view request, std::string_view reply);
   /// How often the instrument was heard to restart.
   std::int64_t Restarts() const { return restarts_; }
 
@@ -43,6 +46,7 @@ class LineWatch {
   void EndOfText();
   void MatchEchoes();
   bool IsBanner() const;
+  bool IsAnswerInWords() const;
   bool AwaitsWords() const;
   bool IsWords(std::string_view line) const;
   bool IsRequest(std::string_view line) const;

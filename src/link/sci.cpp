@@ -149,7 +149,7 @@ bool SCI::TakeOwn(std::string_view command, std::string& reply, std::int64_t sta
   const std::size_t prompt = reply.find(ReplyBuffer::kPrompt);
   if (prompt == std::string::npos) return false;
   reply.resize(prompt + 1);
-  return true;
+  return LineWatch::IsPlain(command, reply);
 }
 
 bool SCI::Collect(std::string& reply, std::int64_t startMs, int timeoutMs) {

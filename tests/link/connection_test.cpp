@@ -138,11 +138,19 @@ TEST_F(ConnectionTest, NoCompanyReplyEndsTheAttempt) {
 }
 
 TEST_F(ConnectionTest, WhateverTheCompanyTextSaysTheSequenceGoesOn) {
-  for (const char* reply : {"company\r\n\r\n>", "company\r\n>", "company\r\nAnybody\r\n>"}) {
+  for (const char* reply : {"company\r\n\r\n>", "company\r\n>", "company\r\nAnybody\r\n>",
+                            "company\r\nQvr Works\r\nModel 8000\r\n>"}) {
     Peer.NextText("company", reply);
     EXPECT_TRUE(Link.Connect.mmuOperationConnect()) << reply;
     Link.Connect.ReleaseConnection();
   }
+}
+
+TEST_F(ConnectionTest, P05_LinesBehindTheFirstOneDoNotMatter) {
+  Peer.NextText("check", "check\r\nInvalid Command.\r\nType help.\r\n>");
+  Peer.NextText("connect", "connect\r\nok.\r\nLamps are warming up.\r\n>");
+  EXPECT_TRUE(Link.Connect.mmuOperationConnect());
+  EXPECT_TRUE(Boxes.Ids.empty());
 }
 
 TEST_F(ConnectionTest, ConnectThatIsNotOkEndsTheAttemptWithoutQuit) {

@@ -156,6 +156,7 @@ TEST_F(LinkFixture, P01_WhereAnOlderAnswerCannotBeToldFromTheOwnOneThereIsNoRead
       {"the echo of the own one is damaged",
        {15'600, ScriptedPeer::Reply("ge 1", {"100"})},
        {900, "ge? 1\r\n200\r\n>"}},
+      {"and the older one lost its prompt", {15'600, "ge 1\r\n100\r\n"}, {900, "ge? 1\r\n200\r\n>"}},
   };
   for (const UntoldRow& row : rows) {
     SCOPED_TRACE(row.Name);
@@ -186,6 +187,16 @@ TEST_F(LinkFixture, P01_AProbeWhoseForerunnerWasLostPasses) {
   EXPECT_FALSE(Link.Transport.Exchange("check", reply, 1));
   EXPECT_TRUE(Link.Transport.Exchange("check", reply, 1));
   EXPECT_EQ(reply, ScriptedPeer::Reply("check", {"Invalid Command."}));
+}
+
+TEST_F(LinkFixture, P01_AnOlderNameThatLostItsEndIsNotTakenForTheOneBehindIt) {
+  OpenLine();
+  Peer.Next("company", {{3'600, "company\r\nOne\r\n"}});
+  Peer.Next("company", {{600, "comp?any\r\nTwo\r\n>"}});
+  EXPECT_FALSE(Link.Instrument.CheckCompany());
+  EXPECT_FALSE(Link.Instrument.CheckCompany());
+  EXPECT_TRUE(Link.Instrument.CheckCompany());
+  EXPECT_EQ(Link.Instrument.Company(), "Qvr Works");
 }
 
 // What a probe passed with may be older: so short a silence does not say that what was asked before is lost.

@@ -123,6 +123,28 @@ TEST(LineWatch, P11_AnAnswerInWordsIsNoBannerHoweverLateItComes) {
   }
 }
 
+TEST(LineWatch, P05_AnAnswerInWordsMayHaveMoreLines) {
+  struct Answer {
+    std::vector<const char*> Requests;
+    const char* Text;
+    int Restarts;
+  };
+  const Answer answers[] = {
+      {{"getwl", "company"}, "company\r\nQvr Works\r\nModel 8000\r\n>", 0},
+      {{"check"}, "check\r\nInvalid Command.\r\nType help.\r\n>", 0},
+      {{"company"}, "\r\nQvr Works\r\nready.\r\n>", 1},
+      {{"company"}, "company\r\nQv\r\n>\r\nQvr Works\r\nready.\r\n>", 1},
+      {{"company", "ge 1"}, "company\r\nQv\r\nQvr Works\r\nready.\r\n>", 1},
+      {{"adjustwl"}, "adjustwl\r\nQvr Works\r\nready.\r\n>", 1},
+  };
+  for (const Answer& answer : answers) {
+    LineWatch watch;
+    for (const char* request : answer.Requests) watch.Sent(request);
+    watch.Heard(answer.Text);
+    EXPECT_EQ(watch.Restarts(), answer.Restarts) << answer.Text;
+  }
+}
+
 TEST(LineWatch, IsBoundedWhateverComesOrIsSent) {
   LineWatch watch;
   for (int i = 0; i < 5000; ++i) watch.Sent("ge 10");

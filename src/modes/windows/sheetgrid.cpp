@@ -5,6 +5,15 @@
 #include <QKeyEvent>
 
 namespace spectrane {
+namespace {
+
+/// More than one cell; what a spreadsheet copies of a single one has a line break behind it.
+bool HoldsCells(const QString& text) {
+  const QStringView inside = QStringView(text).chopped(text.endsWith(u'\n') ? 1 : 0);
+  return inside.contains(u'\t') || inside.contains(u'\n');
+}
+
+}  // namespace
 
 SheetGrid::SheetGrid(const QString& editorName, QWidget* parent) : EditGrid(editorName, parent) {
   connect(this, &QTableView::clicked, this, [this](const QModelIndex& index) {
@@ -59,6 +68,13 @@ void SheetGrid::EditorLeftBy(int key) {
 
 bool SheetGrid::LeavesEditor(int key) const {
   return key == Qt::Key_Up || key == Qt::Key_Down;
+}
+
+bool SheetGrid::TakesKey(const QKeyEvent& key) {
+  if (!key.matches(QKeySequence::Paste) || !HoldsCells(QGuiApplication::clipboard()->text())) return false;
+  closeEditor(Editor(), QAbstractItemDelegate::NoHint);
+  Paste();
+  return true;
 }
 
 bool SheetGrid::focusNextPrevChild(bool next) {

@@ -4,6 +4,8 @@
 #include <QGuiApplication>
 #include <QKeyEvent>
 
+#include "app/ground/gridcopy.h"
+
 namespace spectrane {
 namespace {
 
@@ -84,14 +86,16 @@ bool SheetGrid::focusNextPrevChild(bool next) {
 void SheetGrid::Paste() {
   const QModelIndex start = currentIndex();
   if (!start.isValid()) return;
-  QStringList lines = QGuiApplication::clipboard()->text().split(u'\n');
+  QStringList lines = QGuiApplication::clipboard()->text().remove(u'\r').split(u'\n');
   if (lines.last().isEmpty()) lines.removeLast();
+  const bool copied = !lines.isEmpty() && lines.first() == HeadingLine(*model());
+  if (copied) lines.removeFirst();
+  const int column = copied ? 0 : start.column();
   for (qsizetype r = 0; r < lines.size(); ++r) {
-    const QStringList cells = lines[r].remove(u'\r').split(u'\t');
+    const QStringList cells = lines[r].split(u'\t');
     for (qsizetype c = 0; c < cells.size(); ++c) {
-      const QModelIndex cell =
-          start.sibling(start.row() + static_cast<int>(r), start.column() + static_cast<int>(c));
-      if (TakesText(cell)) model()->setData(cell, cells[c]);
+      const QModelIndex cell = start.sibling(start.row() + static_cast<int>(r), column + static_cast<int>(c));
+      if (TakesText(cell)) model()->setData(cell, copied ? CellOfCopy(cells[c]) : cells[c]);
     }
   }
 }

@@ -17,7 +17,8 @@ class SheetGrid : public EditGrid {
   /// Makes a cell the current one and brings it into view.
   void ShowCell(int row, int column);
   /// Lines and tabs of the clipboard into the cells from the current one on. Cells that take no text are
-  /// passed over.
+  /// passed over. Rows that were copied from such a grid, which the headings above them tell, go from the
+  /// current row on into the columns that they came from.
   void Paste();
 
  protected:

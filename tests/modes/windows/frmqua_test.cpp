@@ -110,6 +110,44 @@ TEST_F(QuaWindow, ASingleValueIsPastedIntoTheOpenCell) {
   }
 }
 
+// The headings were pasted as the first row, and every concentration stood one row too low.
+TEST_F(QuaWindow, CopiedStandardsArePastedIntoAnotherDocumentAsTheyWere) {
+  Open(4);
+  const char* const texts[][3] = {{"low", "1.5", ""}, {"-2+3", "4", "=1+1"}, {"'high", "20", "third"}};
+  for (int row = 0; row < 3; ++row) {
+    int part = 0;
+    for (const int column : {kName, kConc, kNote})
+      Standards->model()->setData(Standards->model()->index(row, column), QLatin1String(texts[row][part++]));
+  }
+  const auto rows = [this] {
+    std::vector<std::string> all;
+    for (int row = 0; row < 4; ++row) {
+      QStringList cells;
+      for (int column = 0; column < 5; ++column) cells += Cell(Standards, row, column);
+      all.push_back(cells.join(u'|').toStdString());
+    }
+    return all;
+  };
+  const std::vector<std::string> copied = {"1|low||1.5000|", "2|-2+3||4.0000|=1+1", "3|'high||20.000|third",
+                                           "4||||"};
+  ASSERT_EQ(rows(), copied);
+  Standards->clearSelection();
+  Standards->selectionModel()->select(
+      QItemSelection(Standards->model()->index(0, 0), Standards->model()->index(2, 4)),
+      QItemSelectionModel::Select);
+  QTest::keyClick(Standards, Qt::Key_C, Qt::ControlModifier);
+  for (const int column : {0, kName, kConc, kNote}) {
+    SCOPED_TRACE(column);
+    delete Window.data();
+    Open(4);
+    Click(Standards, 0, column);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_V, Qt::ControlModifier);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(rows(), copied);
+    EXPECT_EQ(Display.Remark, "");
+  }
+}
+
 TEST_F(QuaWindow, ATypedTextThatIsNoNumberChangesNothing) {
   Open();
   TypeConc(0, "3");

@@ -78,6 +78,11 @@ QuantitationState StateOf(const QuaOption& qua) {
   return IsTyped(qua) || qua.CurveValid ? QuantitationState::Curve : QuantitationState::Rejected;
 }
 
+bool HasEquation(QuantitationState state) {
+  return state == QuantitationState::Curve || state == QuantitationState::Rejected ||
+         state == QuantitationState::OffScale;
+}
+
 QuantitationHint HintOf(const QuaOption& qua) {
   switch (StateOf(qua)) {
     case QuantitationState::NoStandards:

@@ -26,6 +26,9 @@ enum class QuantitationState {
 
 QuantitationState StateOf(const QuaOption& qua);
 
+/// Whether there is an equation to show; without a scale it stands there without its curve.
+bool HasEquation(QuantitationState state);
+
 /// In place of a picture: what is the matter, and what to do.
 struct QuantitationHint {
   QString Headline;

@@ -63,9 +63,12 @@ class Sketch {
   void Scales();
   void Curve(bool accepted);
   void Marks();
-  void Equation();
+  void Equation(const QColor& ink);
   void Remark(const QString& words);
-  void Hint(const QuantitationHint& hint);
+  /// On the whole of the surface, its words above `bottom`.
+  void Hint(const QuantitationHint& hint, double bottom);
+  /// Upper edge of the equation's line.
+  double EquationTop() const;
 
  private:
   QFont Type(int size) const;
@@ -222,7 +225,12 @@ void Sketch::Stress(const QPointF& at) {
   painter_.drawEllipse(middle, kRing, kRing);
 }
 
-void Sketch::Equation() {
+double Sketch::EquationTop() const {
+  const double line = QFontMetricsF(Type(kEquationType)).height();
+  return std::min(plot_.Area().bottom() + kEquationDown * line, plot_.Size().height() - line);
+}
+
+void Sketch::Equation(const QColor& ink) {
   const std::vector<FormulaPart> parts =
       CurveFormula(qua_.FittingMethod, CoefficientsInForce(qua_), CorrelationInForce(qua_), formats_);
   const QFont plain = Type(kEquationType);
@@ -235,12 +243,9 @@ void Sketch::Equation() {
   const double room = plot_.Size().width() - kEquationLeft - kTitleEdge;
   const double shrink = std::clamp(room / std::max(width, 1.0), kSmallestEquation, 1.0);
 
-  const double height = plot_.Size().height();
-  const double top =
-      std::min(plot_.Area().bottom() + kEquationDown * plainMetrics.height(), height - plainMetrics.height());
   painter_.save();
-  painter_.setPen(colours_.Ink);
-  painter_.translate(kEquationLeft, top + plainMetrics.ascent());
+  painter_.setPen(ink);
+  painter_.translate(kEquationLeft, EquationTop() + plainMetrics.ascent());
   painter_.scale(shrink, shrink);
   if (width * shrink > room) {
     // A figure that is cut off would be a wrong one; dots say that there is more.
@@ -270,10 +275,10 @@ void Sketch::Remark(const QString& words) {
                     metrics.elidedText(words, Qt::ElideRight, area.width()));
 }
 
-void Sketch::Hint(const QuantitationHint& hint) {
-  const QRectF whole(QPointF(), plot_.Size());
-  Fill(whole, colours_.HintPaper);
-  const QRectF room = whole.marginsRemoved(QMarginsF(kHintMargin, kTitleEdge, kHintMargin, kTitleEdge));
+void Sketch::Hint(const QuantitationHint& hint, double bottom) {
+  Fill(QRectF(QPointF(), plot_.Size()), colours_.HintPaper);
+  const QRectF room = QRectF(0, 0, plot_.Size().width(), bottom)
+                          .marginsRemoved(QMarginsF(kHintMargin, kTitleEdge, kHintMargin, kTitleEdge));
   if (room.width() <= 0 || room.height() <= 0) return;
   constexpr int kFlags = Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap;
   QFont bold = Type(kEquationType);
@@ -314,10 +319,14 @@ void PaintQuantitation(QPainter& painter, const QRectF& surface, const QuaOption
   painter.scale(1 / plot.TwipsPerUnit(), 1 / plot.TwipsPerUnit());
   Sketch sketch(painter, plot, qua, formats, options);
   const QuantitationHint hint = HintOf(qua);
-  if (!accepted && state != QuantitationState::Rejected) {
-    sketch.Hint(hint);
+  if (state == QuantitationState::OffScale) {
+    sketch.Hint(hint, sketch.EquationTop());
+    sketch.Equation(options.Colours.HintInk);
+  } else if (!HasEquation(state)) {
+    sketch.Hint(hint, plot.Size().height());
   } else if (!plot.Drawable()) {
-    sketch.Hint({QStringLiteral("Too small for the curve"), QStringLiteral("Make the window larger.")});
+    sketch.Hint({QStringLiteral("Too small for the curve"), QStringLiteral("Make the window larger.")},
+                plot.Size().height());
   } else {
     painter.fillRect(QRectF(QPointF(), plot.Size()), options.Colours.Paper);
     sketch.Scales();
@@ -325,7 +334,7 @@ void PaintQuantitation(QPainter& painter, const QRectF& surface, const QuaOption
     const bool left = CoefficientsInForce(qua) != std::array<double, 4>{};
     if (accepted || left) sketch.Curve(accepted);
     sketch.Marks();
-    sketch.Equation();
+    sketch.Equation(options.Colours.Ink);
     if (!accepted) sketch.Remark(hint.Headline);
   }
   painter.restore();

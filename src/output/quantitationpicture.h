@@ -42,8 +42,8 @@ struct QuantitationPictureOptions {
 QuantitationPlot PlotOf(const QuaOption& qua, const QRectF& surface, double twipsPerUnit);
 
 /// Paints the curve of a quantitation, or a hint in its place, on the whole of `surface` and nowhere else:
-/// axes, the curve held inside them, a cross for each standard, and the equation below. The painter comes
-/// back as it was.
+/// axes, the curve held inside them, a cross for each standard, and the equation below, which stands below
+/// the hint of a curve without a scale too. The painter comes back as it was.
 void PaintQuantitation(QPainter& painter, const QRectF& surface, const QuaOption& qua,
                        const DisplayFormats& formats, const QuantitationPictureOptions& options);
 

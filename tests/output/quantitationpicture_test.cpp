@@ -161,6 +161,48 @@ TEST(QuantitationPicture, HasNeitherCurveNorCrossWithoutAFit) {
   }
 }
 
+/// Two standards on the line concentration = 6000 x absorbance.
+QuaOption SteepLine(double lastAbs) {
+  return FittedStandards({{0.11, 660}, {lastAbs, 6000 * lastAbs}}, 1);
+}
+
+int DotsBetween(const QImage& image, int top, int bottom) {
+  int dots = 0;
+  for (int y = top; y < bottom; ++y) {
+    for (int x = 0; x < image.width(); ++x) dots += image.pixelColor(x, y) != kColours.Paper ? 1 : 0;
+  }
+  return dots;
+}
+
+// Where an axis had no end the equation was gone with the curve.
+TEST(QuantitationPicture, KeepsTheEquationBelowTheHintWhereAnAxisHasNoEnd) {
+  // Absorbances to 1.1 have an axis to 2, where the concentration is 12000; those to 1 end at 6000.
+  const QuaOption steep = SteepLine(1.1);
+  ASSERT_TRUE(steep.CurveValid);
+  ASSERT_EQ(StateOf(steep), QuantitationState::OffScale);
+  const QuaOption drawn = SteepLine(1.0);
+  ASSERT_EQ(StateOf(drawn), QuantitationState::Curve);
+  const QImage image = PictureOf(steep, {500, 300});
+  // The equation has the lowest lines for itself, from 233.3 + 2.2 x 19 pixels on.
+  constexpr int kTop = 274;
+  const auto line = [](const QImage& picture) { return picture.copy(0, kTop, 500, 300 - kTop); };
+  EXPECT_EQ(line(image), line(PictureOf(drawn, {500, 300}))) << "the same equation in the same place";
+  EXPECT_GT(DotsBetween(image, kTop, 300), 200);
+  EXPECT_EQ(DotsBetween(image, kTop - 4, kTop), 0) << "apart from the hint";
+  EXPECT_GT(DotsBetween(image, 0, kTop - 4), 500) << "the hint";
+  EXPECT_EQ(CountOf(image, kColours.Mark) + CountOf(image, kColours.Curve), 0);
+
+  QuaOption typed = Line();
+  typed.CurveItem = 2;
+  typed.InputK = {0, 8000, 0, 0};
+  const QuaOption rejected = FittedStandards({{0.1, 60000}, {0.5, 6000}, {0.6, 54000}}, 0);
+  EXPECT_FALSE(rejected.CurveValid);
+  for (const QuaOption& qua : {typed, rejected}) {
+    ASSERT_EQ(StateOf(qua), QuantitationState::OffScale);
+    EXPECT_GT(DotsBetween(PictureOf(qua, {500, 300}), kTop, 300), 200);
+  }
+}
+
 TEST(QuantitationPicture, HasNoCrossesBesideTypedCoefficients) {
   QuaOption qua = Line();
   qua.CurveItem = 2;
@@ -200,7 +242,8 @@ TEST(QuantitationPicture, LeavesThePainterAsItWas) {
 
 TEST(QuantitationPicture, TakesSurfacesOfEverySize) {
   const int sizes[] = {0, 1, 2, 7, 80, 100, 101, 120, 160, 161, 200, 333, 1000, 2000, 3000};
-  for (const QuaOption& qua : {Line(), FittedStandards({{0.1, 10}, {0.5, 1}, {0.6, 9}}, 1), QuaOption()}) {
+  for (const QuaOption& qua :
+       {Line(), FittedStandards({{0.1, 10}, {0.5, 1}, {0.6, 9}}, 1), QuaOption(), SteepLine(1.1)}) {
     for (const int width : sizes) {
       for (const int height : {1, 3, 86, 87, 107, 127, 200}) {
         if (width == 0) continue;

@@ -69,6 +69,7 @@ TEST_F(DISABLED_QuantitationPictures, Hints) {
   Shoot(FittedStandards({{0.1, 10}}, 1), "rejected-one");
   Shoot(QuaOption(), "no-standards");
   Shoot(FittedStandards({{0.1, 10000}, {0.5, 50000}}, 1), "off-scale");
+  Shoot(FittedStandards({{0.1, 10000}, {0.5, 50000}}, 1), "off-scale-narrow", {200, 150});
   Shoot(FittedStandards({{0.1, 10}, {0.5, 50}}, 1), "too-small", {140, 90});
 }
 

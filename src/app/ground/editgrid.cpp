@@ -39,7 +39,9 @@ class CellDelegate : public QStyledItemDelegate {
   // would otherwise walk on over cells that cannot be edited.
   bool eventFilter(QObject* object, QEvent* event) override {
     if (event->type() == QEvent::KeyPress && object == editor_) {
-      const int key = static_cast<QKeyEvent*>(event)->key();
+      const auto& press = static_cast<const QKeyEvent&>(*event);
+      if (grid_.TakesKey(press)) return true;
+      const int key = press.key();
       if (key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Tab || key == Qt::Key_Backtab ||
           grid_.LeavesEditor(key)) {
         QWidget* const line = editor_;
@@ -115,6 +117,10 @@ QWidget* EditGrid::Editor() const {
 void EditGrid::EditorLeftBy(int) {}
 
 bool EditGrid::LeavesEditor(int) const {
+  return false;
+}
+
+bool EditGrid::TakesKey(const QKeyEvent&) {
   return false;
 }
 

@@ -37,6 +37,8 @@ class EditGrid : public QTableView {
   virtual void EditorLeftBy(int key);
   /// Keys that leave the editor beside Enter and Tab.
   virtual bool LeavesEditor(int key) const;
+  /// A key pressed in the editor that the grid acts upon itself; false leaves it to the editor.
+  virtual bool TakesKey(const QKeyEvent& key);
   QWidget* Editor() const;
 
   void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;

@@ -45,10 +45,12 @@ bool LooksLikeFormula(const QString& text) {
   return trimmed.size() > 1 && QStringView(u"=+@-").contains(trimmed[0]);
 }
 
+/// The sign by which spreadsheets know a text that is not to be calculated.
+constexpr QChar kTextSign = u'\'';
+
 QString TextCell(const QModelIndex& cell) {
   const QString text = Flat(cell.data().toString());
-  // The sign by which spreadsheets know a text that is not to be calculated.
-  return LooksLikeFormula(text) && !IsNumber(cell, text) ? u'\'' + text : text;
+  return LooksLikeFormula(text) && !IsNumber(cell, text) ? kTextSign + text : text;
 }
 
 QString HtmlCell(const QModelIndex& cell) {
@@ -75,10 +77,9 @@ QString HtmlHead(const QStringList& headings) {
 }  // namespace
 
 std::unique_ptr<QMimeData> GridMimeData(const QAbstractItemModel& model, const QItemSelection& selection) {
-  const QStringList headings = Headings(model);
-  QString text = headings.join(u'\t') + u'\n';
-  QString html =
-      QStringLiteral("<html><head><meta charset=\"utf-8\"></head><body><table>\n") + HtmlHead(headings);
+  QString text = HeadingLine(model) + u'\n';
+  QString html = QStringLiteral("<html><head><meta charset=\"utf-8\"></head><body><table>\n") +
+                 HtmlHead(Headings(model));
   for (const int row : RowsOf(model, selection)) {
     QStringList cells;
     html += QStringLiteral("<tr>");
@@ -98,6 +99,14 @@ std::unique_ptr<QMimeData> GridMimeData(const QAbstractItemModel& model, const Q
 
 void CopyGrid(const QAbstractItemModel& model, const QItemSelection& selection) {
   QGuiApplication::clipboard()->setMimeData(GridMimeData(model, selection).release());
+}
+
+QString HeadingLine(const QAbstractItemModel& model) {
+  return Headings(model).join(u'\t');
+}
+
+QString CellOfCopy(const QString& text) {
+  return text.startsWith(kTextSign) && LooksLikeFormula(text.sliced(1)) ? text.sliced(1) : text;
 }
 
 }  // namespace spectrane

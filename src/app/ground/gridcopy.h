@@ -14,4 +14,9 @@ std::unique_ptr<QMimeData> GridMimeData(const QAbstractItemModel& model, const Q
 /// The same into the clipboard.
 void CopyGrid(const QAbstractItemModel& model, const QItemSelection& selection);
 
+/// The first line of a text that was copied from a grid with that model.
+QString HeadingLine(const QAbstractItemModel& model);
+/// A cell of such a text as it stood in the grid: without the sign that keeps a formula text.
+QString CellOfCopy(const QString& text);
+
 }  // namespace spectrane

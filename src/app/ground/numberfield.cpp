@@ -15,6 +15,11 @@ void NumberField::SetNumber(double number, const std::string& pattern) {
   Show(number, Format(number, pattern));
 }
 
+void NumberField::SetRounded(double number, const std::string& pattern) {
+  const std::string text = Format(number, pattern);
+  Show(ParseNumber(text).value_or(number), text);
+}
+
 void NumberField::SetNumber(double number) {
   Show(number, ShortestText(number));
 }

@@ -14,6 +14,8 @@ class NumberField : public QLineEdit {
   NumberField(int characters, QWidget* parent);
 
   void SetNumber(double number, const std::string& pattern);
+  /// The number is what the pattern shows of it, and nothing besides.
+  void SetRounded(double number, const std::string& pattern);
   /// As the shortest text that reads back the same.
   void SetNumber(double number);
   /// Nothing when the text is no number.

@@ -94,8 +94,9 @@ QGroupBox* FrmTSConfig::BuildWavelength(DialogParts& parts) {
 QGroupBox* FrmTSConfig::BuildTimes(DialogParts& parts) {
   QGroupBox* const group = parts.Group("FrameTime", 993);
   auto* const grid = new QGridLayout(group);
-  start_->SetNumber(settings_.StartSecond, kSecondsShown);
-  end_->SetNumber(settings_.EndSecond, kSecondsShown);
+  // OK takes what the boxes show, so nothing may hide behind it.
+  start_->SetRounded(settings_.StartSecond, kSecondsShown);
+  end_->SetRounded(settings_.EndSecond, kSecondsShown);
   const auto seconds = [group] { return new QLabel(QStringLiteral("s"), group); };
   parts.AddRow(*grid, *start_, "StartTimeText", "LabelStartTime", 994, seconds());
   parts.AddRow(*grid, *end_, "EndTimeText", "LabelEndTime", 995, seconds());
@@ -220,7 +221,7 @@ bool FrmTSConfig::CheckStart() {
   const double start = start_->LeadingNumber().value_or(0);
   const bool usual = end_->LeadingNumber().value_or(0) > start && start <= kLatestStart;
   if (!usual) frame_.Boxes().Show(kStartTimeError);
-  start_->SetNumber(start, kSecondsShown);
+  start_->SetRounded(start, kSecondsShown);
   return usual;
 }
 

@@ -73,9 +73,9 @@ void QuaLinePic::Describe() {
   const QuantitationHint hint = HintOf(qua);
   QStringList words;
   if (!hint.Headline.isEmpty()) words << hint.Headline + u'.' << hint.Advice;
+  if (HasEquation(state)) words << QString::fromStdString(FormulaText(document_.Formula(formats_)));
   if (state == QuantitationState::Curve || state == QuantitationState::Rejected) {
     const auto marks = static_cast<int>(CurveMarks(qua, AxesOf(qua)).size());
-    words << QString::fromStdString(FormulaText(document_.Formula(formats_)));
     words << (marks == 1 ? QStringLiteral("1 standard") : QStringLiteral("%1 standards").arg(marks));
   }
   setAccessibleDescription(words.join(u'\n'));
@@ -179,13 +179,13 @@ void QuaLinePic::changeEvent(QEvent* event) {
 }
 
 QString QuaLinePic::TipAt(const QPointF& place) const {
-  const std::optional<QuantitationPlot> plot = Plot();
-  if (!plot) return {};
+  const QuaOption& qua = document_.Option();
+  if (!HasEquation(StateOf(qua))) return {};
   if (const std::optional<CurveMark> mark = MarkAt(place)) return MarkWords(*mark);
   // Whole, where a narrow picture cuts it.
-  if (place.y() > plot->AreaOnSurface().bottom())
+  if (place.y() > PlotOf(qua, rect(), kScreenTwips).AreaOnSurface().bottom())
     return QString::fromStdString(FormulaText(document_.Formula(formats_)));
-  const QuantitationHint hint = HintOf(document_.Option());
+  const QuantitationHint hint = HintOf(qua);
   return hint.Headline.isEmpty() ? QString() : hint.Headline + QStringLiteral(".\n") + hint.Advice;
 }
 

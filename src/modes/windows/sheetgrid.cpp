@@ -4,7 +4,18 @@
 #include <QGuiApplication>
 #include <QKeyEvent>
 
+#include "app/ground/gridcopy.h"
+
 namespace spectrane {
+namespace {
+
+/// More than one cell; what a spreadsheet copies of a single one has a line break behind it.
+bool HoldsCells(const QString& text) {
+  const QStringView inside = QStringView(text).chopped(text.endsWith(u'\n') ? 1 : 0);
+  return inside.contains(u'\t') || inside.contains(u'\n');
+}
+
+}  // namespace
 
 SheetGrid::SheetGrid(const QString& editorName, QWidget* parent) : EditGrid(editorName, parent) {
   connect(this, &QTableView::clicked, this, [this](const QModelIndex& index) {
@@ -61,6 +72,13 @@ bool SheetGrid::LeavesEditor(int key) const {
   return key == Qt::Key_Up || key == Qt::Key_Down;
 }
 
+bool SheetGrid::TakesKey(const QKeyEvent& key) {
+  if (!key.matches(QKeySequence::Paste) || !HoldsCells(QGuiApplication::clipboard()->text())) return false;
+  closeEditor(Editor(), QAbstractItemDelegate::NoHint);
+  Paste();
+  return true;
+}
+
 bool SheetGrid::focusNextPrevChild(bool next) {
   return (!EditorIsOpen() && GoToEntry(next)) || EditGrid::focusNextPrevChild(next);
 }
@@ -68,14 +86,16 @@ bool SheetGrid::focusNextPrevChild(bool next) {
 void SheetGrid::Paste() {
   const QModelIndex start = currentIndex();
   if (!start.isValid()) return;
-  QStringList lines = QGuiApplication::clipboard()->text().split(u'\n');
+  QStringList lines = QGuiApplication::clipboard()->text().remove(u'\r').split(u'\n');
   if (lines.last().isEmpty()) lines.removeLast();
+  const bool copied = !lines.isEmpty() && lines.first() == HeadingLine(*model());
+  if (copied) lines.removeFirst();
+  const int column = copied ? 0 : start.column();
   for (qsizetype r = 0; r < lines.size(); ++r) {
-    const QStringList cells = lines[r].remove(u'\r').split(u'\t');
+    const QStringList cells = lines[r].split(u'\t');
     for (qsizetype c = 0; c < cells.size(); ++c) {
-      const QModelIndex cell =
-          start.sibling(start.row() + static_cast<int>(r), start.column() + static_cast<int>(c));
-      if (TakesText(cell)) model()->setData(cell, cells[c]);
+      const QModelIndex cell = start.sibling(start.row() + static_cast<int>(r), column + static_cast<int>(c));
+      if (TakesText(cell)) model()->setData(cell, copied ? CellOfCopy(cells[c]) : cells[c]);
     }
   }
 }

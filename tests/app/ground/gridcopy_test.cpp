@@ -67,6 +67,17 @@ TEST_F(GridCopy, WhatLooksLikeAFormulaStaysText) {
   }
 }
 
+TEST_F(GridCopy, ACellComesBackAsItStoodInTheGrid) {
+  EXPECT_EQ(HeadingLine(Model), Line(0));
+  for (const char* note : {"=1+1", "+5", "@SUM(A1)", "-2+3", " =1", "007", "-", "a=b", "'plain", "'", ""}) {
+    Model.setRowCount(0);
+    AddRow("-1.5", note);
+    const QStringList cells = Line(1).split(u'\t');
+    EXPECT_EQ(CellOfCopy(cells[0]), QStringLiteral("-1.5"));
+    EXPECT_EQ(CellOfCopy(cells[1]), QString::fromUtf8(note));
+  }
+}
+
 TEST_F(GridCopy, FiguresAndPlainTextsStayAsTheyAre) {
   for (const char* note : {"007", "-", "=", "a=b", ""}) {
     Model.setRowCount(0);

@@ -1,3 +1,5 @@
+#include <QClipboard>
+
 #include "modes/windows/basictable.h"
 #include "modes/windows/frmbasicfixture.h"
 
@@ -34,6 +36,18 @@ TEST_F(BasicWindow, TypingOpensTheNoteOfTheRowFromAnyColumn) {
   EXPECT_EQ(Editor()->text(), QStringLiteral("x"));
   QTest::keyClick(Editor(), Qt::Key_Return);
   EXPECT_EQ(Cell(0, 5), QStringLiteral("x"));
+}
+
+TEST_F(BasicWindow, WhatIsPastedIntoAnOpenNoteGoesThereWhole) {
+  OpenWithBlank();
+  Measure(2);
+  TypeNote(0, "a");
+  QGuiApplication::clipboard()->setText(QStringLiteral("b\nc\td"));
+  QTest::keyClick(Editor(), Qt::Key_V, Qt::ControlModifier);
+  ASSERT_NE(Editor(), nullptr);
+  QTest::keyClick(Editor(), Qt::Key_Return);
+  EXPECT_EQ(Cell(0, 5), QStringLiteral("ab c d"));
+  EXPECT_EQ(Cell(1, 5), QString());
 }
 
 TEST_F(BasicWindow, ADoubleClickOpensTheNote) {

@@ -68,6 +68,86 @@ TEST_F(QuaWindow, AColumnOfConcentrationsIsPasted) {
   EXPECT_FALSE(Window->Document().Option().StandardConcSet[4]) << "the table has four rows";
 }
 
+// A click opens the editor, and all lines of the column went into that one cell.
+TEST_F(QuaWindow, AColumnIsPastedOverACellThatAClickHasOpened) {
+  Open(4);
+  Click(Standards, 1, kConc);
+  ASSERT_NE(Editor("QuaConfigText"), nullptr);
+  QTest::keyClicks(Editor("QuaConfigText"), QStringLiteral("99"));
+  QGuiApplication::clipboard()->setText(QStringLiteral("1\r\n2.5\r\n"));
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_V, Qt::ControlModifier);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(Editor("QuaConfigText"), nullptr);
+  EXPECT_TRUE(Standards->hasFocus());
+  const QuaOption& option = Window->Document().Option();
+  EXPECT_FALSE(option.StandardConcSet[0]);
+  EXPECT_EQ(option.StandardConc[1], 1) << "what was typed is not taken";
+  EXPECT_EQ(option.StandardConc[2], 2.5);
+  EXPECT_FALSE(option.StandardConcSet[3]);
+  EXPECT_EQ(Display.Remark, "");
+
+  Click(Standards, 3, kConc);
+  QGuiApplication::clipboard()->setText(QStringLiteral("4\tdiluted"));
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_V, Qt::ControlModifier);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(option.StandardConc[3], 4);
+  EXPECT_EQ(option.StandardNote[3], "diluted") << "cells side by side";
+}
+
+TEST_F(QuaWindow, ASingleValueIsPastedIntoTheOpenCell) {
+  Open();
+  for (const char* text : {"2.5", "2.5\n", "2.5\r\n"}) {
+    SCOPED_TRACE(text);
+    Click(Standards, 0, kConc);
+    ASSERT_NE(Editor("QuaConfigText"), nullptr);
+    Editor("QuaConfigText")->setText(QStringLiteral("1"));
+    QGuiApplication::clipboard()->setText(QLatin1String(text));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_V, Qt::ControlModifier);
+    ASSERT_NE(Editor("QuaConfigText"), nullptr) << "it is still open";
+    QTest::keyClick(Editor("QuaConfigText"), Qt::Key_Return);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(Window->Document().Option().StandardConc[0], 12.5);
+  }
+}
+
+// The headings were pasted as the first row, and every concentration stood one row too low.
+TEST_F(QuaWindow, CopiedStandardsArePastedIntoAnotherDocumentAsTheyWere) {
+  Open(4);
+  const char* const texts[][3] = {{"low", "1.5", ""}, {"-2+3", "4", "=1+1"}, {"'high", "20", "third"}};
+  for (int row = 0; row < 3; ++row) {
+    int part = 0;
+    for (const int column : {kName, kConc, kNote})
+      Standards->model()->setData(Standards->model()->index(row, column), QLatin1String(texts[row][part++]));
+  }
+  const auto rows = [this] {
+    std::vector<std::string> all;
+    for (int row = 0; row < 4; ++row) {
+      QStringList cells;
+      for (int column = 0; column < 5; ++column) cells += Cell(Standards, row, column);
+      all.push_back(cells.join(u'|').toStdString());
+    }
+    return all;
+  };
+  const std::vector<std::string> copied = {"1|low||1.5000|", "2|-2+3||4.0000|=1+1", "3|'high||20.000|third",
+                                           "4||||"};
+  ASSERT_EQ(rows(), copied);
+  Standards->clearSelection();
+  Standards->selectionModel()->select(
+      QItemSelection(Standards->model()->index(0, 0), Standards->model()->index(2, 4)),
+      QItemSelectionModel::Select);
+  QTest::keyClick(Standards, Qt::Key_C, Qt::ControlModifier);
+  for (const int column : {0, kName, kConc, kNote}) {
+    SCOPED_TRACE(column);
+    delete Window.data();
+    Open(4);
+    Click(Standards, 0, column);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_V, Qt::ControlModifier);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(rows(), copied);
+    EXPECT_EQ(Display.Remark, "");
+  }
+}
+
 TEST_F(QuaWindow, ATypedTextThatIsNoNumberChangesNothing) {
   Open();
   TypeConc(0, "3");

@@ -174,6 +174,36 @@ TEST_F(TimeScanConfig, AnOddStartIsRemarkedOnAndTakenAllTheSame) {
   }
 }
 
+// The box showed 11, and OK stored 10.
+TEST_F(TimeScanConfig, OKStoresTheSecondsThatTheBoxesShow) {
+  const struct {
+    const char* Typed;
+    const char* Shown;
+    double Taken;
+  } rows[] = {{"10.5", "11", 11}, {"4.5", "5", 5}, {"5.5", "6", 6}, {"7.4", "7", 7}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.Typed);
+    EXPECT_TRUE(Open([&](QWidget& dialog) {
+      Enter(dialog, "StartTimeText", row.Typed);
+      Tab(dialog);
+      EXPECT_EQ(TextIn(dialog, "StartTimeText"), row.Shown);
+      Push(dialog, "OKCmd");
+    }));
+    EXPECT_EQ(Result.StartSecond, row.Taken);
+  }
+  Given.StartSecond = 4.5;
+  Given.EndSecond = 20.5;
+  Given.Option.WorkWL = 546.07;
+  EXPECT_TRUE(Open([](QWidget& dialog) {
+    EXPECT_EQ(TextIn(dialog, "StartTimeText"), "5");
+    EXPECT_EQ(TextIn(dialog, "EndTimeText"), "21");
+    Push(dialog, "OKCmd");
+  }));
+  EXPECT_EQ(Result.StartSecond, 5);
+  EXPECT_EQ(Result.EndSecond, 21);
+  EXPECT_EQ(Result.Option.WorkWL, 546.07) << "what nobody typed over keeps the decimals that are not shown";
+}
+
 TEST_F(TimeScanConfig, TheEndIsNeverRemarkedOnByABox) {
   EXPECT_TRUE(Open([](QWidget& dialog) {
     Enter(dialog, "EndTimeText", "");

@@ -165,6 +165,28 @@ TEST_F(LinePicture, IsDescribedToThoseWhoCannotSeeIt) {
   EXPECT_TRUE(words.endsWith(QStringLiteral("3 standards")));
 }
 
+// The equation of a curve that no axis could hold was nowhere to be read.
+TEST_F(LinePicture, TellsTheEquationOfACurveWithoutAScale) {
+  QuantitationSettings settings;
+  settings.SampleNumber = 2;
+  settings.FittingMethod = 1;
+  settings.ConcUnit = "ppb";
+  Document.Configure(settings);
+  Document.SetStandardReadings(0, 0.11);
+  Document.SetStandardReadings(1, 1.10);
+  Document.SetStandardConc(0, 660);
+  Document.SetStandardConc(1, 6600);
+  Picture.Redraw();
+  // The axis of absorbances ends at 2, where the concentration is 12000.
+  ASSERT_EQ(StateOf(Document.Option()), QuantitationState::OffScale);
+  const QString equation = QStringLiteral("Conc.=(6000.0)xA+(0.000)  r = 1.000000");
+  const QString words = Picture.accessibleDescription();
+  EXPECT_TRUE(words.startsWith(QStringLiteral("The curve has no scale.\n"))) << words.toStdString();
+  EXPECT_TRUE(words.endsWith(u'\n' + equation)) << words.toStdString();
+  EXPECT_EQ(TipAt({300, 290}), equation);
+  EXPECT_TRUE(TipAt({300, 100}).startsWith(QStringLiteral("The curve has no scale.")));
+}
+
 TEST_F(LinePicture, HintsFollowThePalette) {
   QPalette dark(QColor(0x2b, 0x2f, 0x36));
   dark.setColor(QPalette::Base, QColor(0x1f, 0x22, 0x27));

@@ -19,7 +19,8 @@ bool LinkAnswers(InstrumentLink& link) {
 UpkeepEnd MeasureDarkEnergies(InstrumentLink& link, MainDisplay& display) {
   if (!LinkAnswers(link)) return UpkeepEnd::LinkLost;
   if (!link.Instrument.ResetDark(link.State.DarkEnergies)) return UpkeepEnd::Failed;
-  display.SetRemark(link.Instrument.LastReply().Complete() ? std::string() : std::string(kDarkIncomplete));
+  link.State.DarkTableWhole = link.Instrument.LastReply().Complete();
+  display.SetRemark(link.State.DarkTableWhole ? std::string() : std::string(kDarkIncomplete));
   return UpkeepEnd::Done;
 }
 

@@ -292,6 +292,19 @@ TEST_F(PhotometryRun, P10_ADriveThatAnswersAndDoesNotGoIsTold) {
   EXPECT_EQ(Display.Remark, "");
 }
 
+TEST_F(PhotometryRun, ABlankAtAGainWithoutADarkEnergySaysSo) {
+  for (const char* gain : {"9", "12", "0"}) {
+    Peer.Lines["rezero"] = {"50000", gain};
+    Test.mmuOperationRezero();
+    EXPECT_TRUE(Test.BlankDone) << gain;
+    EXPECT_EQ(Display.Remark, "The instrument's dark table is incomplete.") << gain;
+  }
+  Peer.Lines["rezero"] = {"50000", "8"};
+  Test.mmuOperationRezero();
+  EXPECT_EQ(Test.BlankDarkEnergy, 108);
+  EXPECT_EQ(Display.Remark, "");
+}
+
 TEST_F(PhotometryRun, ARestartSeenAtAnyCommandAsksForANewBlank) {
   Blank();
   Peer.NextText("getwl", "Spectrophotometer 1.0\r\nready\r\n>");

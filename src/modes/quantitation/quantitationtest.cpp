@@ -56,7 +56,8 @@ bool QuantitationTest::TakeBlanks() {
     }
   }
   if (state.RestartCount != restarts) return Failed();
-  bench_.Display.SetRemark(dark.empty() ? astray_ : dark);
+  if (dark.empty()) dark = astray_;
+  bench_.Display.SetRemark(dark.empty() ? bench_.Live.ReferenceRemark() : dark);
   document_.SetBlankDone(true);
   blankRezero_ = state.RezeroCount;
   blankRestarts_ = restarts;

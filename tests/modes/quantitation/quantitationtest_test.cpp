@@ -154,6 +154,17 @@ TEST_F(QuantitationRun, AGainOutsideTheTableIsNoBlank) {
   }
 }
 
+TEST_F(QuantitationRun, ABlankOverAnIncompleteDarkTableSaysSo) {
+  UseCoefficients(2);
+  Link.Connect.ReleaseConnection();
+  Peer.NextText("getdark", ScriptedPeer::Reply("getdark", {"101", "102", "103"}));
+  ConnectNow();
+  Display.SetRemark({});
+  Test.mmuOperationRezero();
+  EXPECT_TRUE(Test.BlankHolds());
+  EXPECT_EQ(Display.Remark, "The instrument's dark table is incomplete.");
+}
+
 TEST_F(QuantitationRun, ABlankWithoutLightSaysSo) {
   UseCoefficients();
   Peer.Lines["rezero"] = {"0", "3"};

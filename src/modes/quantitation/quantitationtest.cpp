@@ -71,7 +71,8 @@ bool QuantitationTest::TakeBlank(std::size_t index) {
   std::int32_t gain = 0;
   if (!bench_.Instrument.Rezero(fullEnergy, gain) || !bench_.Instrument.LastReply().Complete())
     return Failed();
-  if (gain < 1 || gain >= kGainTableSize) return Failed();
+  // A sample could not be read at another gain than the instrument has.
+  if (gain < 1 || gain > bench_.State.GainCount) return Failed();
   bench_.Live.TakeDarkEnergyOf(gain);
   const std::int32_t darkEnergy = bench_.State.DarkEnergy;
   document_.SetBlank(static_cast<std::int32_t>(index), fullEnergy, darkEnergy, gain);

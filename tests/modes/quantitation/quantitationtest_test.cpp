@@ -145,13 +145,23 @@ INSTANTIATE_TEST_SUITE_P(Of, QuantitationBlank,
 
 TEST_F(QuantitationRun, AGainOutsideTheTableIsNoBlank) {
   UseCoefficients();
-  for (const char* gain : {"0", "12", "-1", "1000000000"}) {
+  for (const char* gain : {"0", "9", "11", "12", "-1", "1000000000"}) {
     TwoBoxes.Ids.clear();
     Peer.Lines["rezero"] = {"40103", gain};
     Test.mmuOperationRezero();
     EXPECT_EQ(TwoBoxes.Ids, Ids{1045}) << gain;
     EXPECT_FALSE(Test.BlankHolds()) << gain;
   }
+}
+
+// A sample at the highest gain is read at the gain of its blank.
+TEST_F(QuantitationRun, TheHighestGainIsThatOfTheInstrument) {
+  UseCoefficients();
+  Peer.Lines["rezero"] = {"40103", "8"};
+  Blank();
+  Peer.Lines["getwl"] = {"500.0"};
+  EXPECT_TRUE(Test.mmuStartTest());
+  EXPECT_EQ(Peer.Commands, (Commands{"getwl", "sa 8", "ge 10"}));
 }
 
 TEST_F(QuantitationRun, ABlankOverAnIncompleteDarkTableSaysSo) {

@@ -84,6 +84,7 @@ bool QuantitationTest::TakeBlank(std::size_t index) {
 
 bool QuantitationTest::AskWavelength() {
   astray_.clear();
+  standsAt_ = kNowhere;
   if (!bench_.Instrument.GetWavelength(standsAt_)) return false;
   const double sent = bench_.State.CurrentWavelength;
   for (std::size_t i = 0; i < WavelengthsInUse(document_.Option()); ++i) {

@@ -74,8 +74,10 @@ class QuantitationTest : public RezeroTarget {
 
   TestBench bench_;
   QuantitationDocument& document_;
-  // Where the monochromator stands as far as this test knows; NaN, equal to nothing, before it was asked.
-  double standsAt_ = std::numeric_limits<double>::quiet_NaN();
+  /// Equal to no wavelength: the drive is moved.
+  static constexpr double kNowhere = std::numeric_limits<double>::quiet_NaN();
+  // Where the monochromator stands as far as this test knows.
+  double standsAt_ = kNowhere;
   /// Number of the rezero that the blank was taken with.
   static constexpr std::int64_t kNoRezero = -1;
   std::int64_t blankRezero_ = kNoRezero;

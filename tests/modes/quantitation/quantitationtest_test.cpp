@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "link/linkfixture.h"
+#include "tools/setup.h"
 
 namespace spectrane::testing_link {
 namespace {
@@ -376,6 +377,21 @@ TEST_F(QuantitationRun, P10_ADriveThatAnswersAndDoesNotGoIsTold) {
   Link.State.CurrentWavelength = 480.0;
   EXPECT_TRUE(Test.mmuStartTest());
   EXPECT_EQ(Display.Remark, "");
+}
+
+// The position of before was kept then, and the sample was read where a tool had left the drive.
+TEST_F(QuantitationRun, AnInstrumentThatDoesNotSayWhereItStandsIsMoved) {
+  UseCoefficients();
+  Peer.Lines["getwl"] = {"600.0"};
+  for (const char* answer : {"getwl\r\n>", "getwlgetwl\r\n500.0\r\n>"}) {
+    Blank();
+    ASSERT_TRUE(MoveWavelength(Link, 600.0));
+    Peer.Commands.clear();
+    Peer.NextText("getwl", answer);
+    EXPECT_TRUE(Test.mmuStartTest()) << answer;
+    EXPECT_EQ(Peer.Commands, (Commands{"getwl", "swl  500", "sa 3", "ge 10"})) << answer;
+    EXPECT_EQ(Display.Remark, "") << answer;
+  }
 }
 
 TEST_F(QuantitationRun, ABlankOfSomebodyElseEndsThisOne) {

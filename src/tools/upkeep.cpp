@@ -30,7 +30,7 @@ UpkeepEnd ResetWavelength(InstrumentLink& link, MainDisplay& display) {
   display.SetAbsField(kNoValue);
   display.SetTransField(kNoValue);
   if (!link.Instrument.AdjustWavelength()) return UpkeepEnd::Failed;
-  if (const std::optional<double> wavelength = ReadWavelength(link)) TakeWavelength(link, *wavelength);
+  TakePosition(link);
   link.Connect.ReadReference();
   return UpkeepEnd::Done;
 }

@@ -69,6 +69,16 @@ TEST_F(Upkeep, AResetTakesWavelengthDarkEnergiesAndReference) {
   EXPECT_EQ(Display.Trans, "100.0%T");
 }
 
+TEST_F(Upkeep, AResetWhoseEndCannotBeReadBackCountsAsALostMove) {
+  const std::int64_t before = Link.State.LostMoves;
+  Peer.NextText("getwl", ScriptedPeer::Reply("getwl", {"546.0"}));
+  Peer.NextText("getwl", ScriptedPeer::Reply("getwl"));
+  EXPECT_EQ(ResetWavelength(Link, Display), UpkeepEnd::Done);
+  EXPECT_EQ(Link.State.LostMoves, before + 1);
+  EXPECT_EQ(ResetWavelength(Link, Display), UpkeepEnd::Done);
+  EXPECT_EQ(Link.State.LostMoves, before + 1) << "one that was read back";
+}
+
 TEST_F(Upkeep, EachBlankOverAnIncompleteDarkTableSaysSoUntilItIsMeasured) {
   const auto remarkOfABlank = [this] {
     Display.SetRemark({});  // as each command does

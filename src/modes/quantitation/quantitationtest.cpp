@@ -86,6 +86,7 @@ bool QuantitationTest::AskWavelength() {
   astray_.clear();
   standsAt_ = kNowhere;
   if (!bench_.Instrument.GetWavelength(standsAt_)) return false;
+  if (sentMoves_ != bench_.State.LostMoves) return true;
   const double sent = bench_.State.CurrentWavelength;
   for (std::size_t i = 0; i < WavelengthsInUse(document_.Option()); ++i) {
     if (WaveLength(i) == sent) astray_ = AstrayWords(sent, standsAt_);
@@ -112,6 +113,7 @@ bool QuantitationTest::MoveTo(std::size_t index, bool always) {
   double wavelength = wanted;
   if ((always || standsAt_ != wanted) && !bench_.Instrument.SetWavelength(wavelength)) return Failed();
   standsAt_ = wanted;
+  sentMoves_ = state.LostMoves;
   bench_.State.CurrentWavelength = wanted;
   bench_.Live.ToolsBarWaveLength(wanted);
   bench_.Display.SetStatus(StatusPane::Wavelength, Format(wanted, bench_.Formats.WavelengthFormat) + "nm");

@@ -78,6 +78,8 @@ class QuantitationTest : public RezeroTarget {
   static constexpr double kNowhere = std::numeric_limits<double>::quiet_NaN();
   // Where the monochromator stands as far as this test knows.
   double standsAt_ = kNowhere;
+  // Moves that were lost when this test last sent it; after another one it may stand anywhere.
+  std::int64_t sentMoves_ = -1;
   /// Number of the rezero that the blank was taken with.
   static constexpr std::int64_t kNoRezero = -1;
   std::int64_t blankRezero_ = kNoRezero;

@@ -379,6 +379,21 @@ TEST_F(QuantitationRun, P10_ADriveThatAnswersAndDoesNotGoIsTold) {
   EXPECT_EQ(Display.Remark, "");
 }
 
+// It stands where a tool has sent it, though the program could not read that back.
+TEST_F(QuantitationRun, ADriveThatAToolHasMovedIsNotCalledAstray) {
+  UseCoefficients();
+  Blank();
+  Peer.Next("getwl", {});
+  ASSERT_FALSE(MoveWavelength(Link, 600.0));
+  Peer.Lines["getwl"] = {"600.0"};
+  Peer.Commands.clear();
+  EXPECT_TRUE(Test.mmuStartTest());
+  EXPECT_EQ(Peer.Commands, (Commands{"getwl", "swl  500", "sa 3", "ge 10"}));
+  EXPECT_EQ(Display.Remark, "");
+  EXPECT_TRUE(Test.mmuStartTest());
+  EXPECT_NE(Display.Remark.find("stood at 600.0nm"), std::string::npos) << "sent back, and it did not go";
+}
+
 // The position of before was kept then, and the sample was read where a tool had left the drive.
 TEST_F(QuantitationRun, AnInstrumentThatDoesNotSayWhereItStandsIsMoved) {
   UseCoefficients();

@@ -41,6 +41,7 @@ bool AcquisitionSteps::ReadDark() {
   DarkEnergyTable table{};
   if (!bench_.Instrument.GetDark(table) || !Complete()) return false;
   bench_.State.DarkEnergies = table;
+  bench_.State.DarkTableWhole = true;
   return true;
 }
 

@@ -4,6 +4,7 @@
 #include <optional>
 #include <ostream>
 
+#include "acquire/acquisition.h"
 #include "acquire/plan.h"
 #include "base/language.h"
 #include "cli/instrumentsession.h"
@@ -30,9 +31,9 @@ class MeasureRun {
       : order_(order),
         prompts_(run.Err),
         person_(run.In),
-        test_({session_.Link().Instrument, session_.Link().State, session_.Link().Live, session_.Display(),
-               session_.Boxes(), session_.Link().Formats},
-              document_) {}
+        bench_{session_.Link().Instrument, session_.Link().State, session_.Link().Live,
+               session_.Display(),         session_.Boxes(),      session_.Link().Formats},
+        test_(bench_, document_) {}
 
   /// Connects, measures as ordered, releases. The words of the problem when it ended early.
   std::optional<std::string> Run() {
@@ -48,6 +49,8 @@ class MeasureRun {
  private:
   std::optional<std::string> BlankAndSamples() {
     test_.WaveLength = order_.Wavelength;
+    // A table that the connection did not get whole would make rows with dark energies of 0.
+    if (!bench_.State.DarkTableWhole && !AcquisitionSteps(bench_).ReadDark()) return session_.FailureWords();
     if (!Ready(kBlankWanted)) return kStopped;
     test_.mmuOperationRezero();
     if (!test_.BlankDone) return session_.FailureWords();
@@ -82,6 +85,7 @@ class MeasureRun {
   SteadyClock time_;
   InstrumentSession session_;
   PhotometryDocument document_;
+  TestBench bench_;
   PhotometryTest test_;
 };
 

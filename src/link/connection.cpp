@@ -33,6 +33,9 @@ bool Connection::mmuOperationConnect() {
   live_.SampleTimerStop();
   state_.PortOpen = true;
   state_.InstrumentBusy = true;
+  // Those of an earlier instrument would pass for this one's when it does not tell its own.
+  state_.DarkEnergies = {};
+  state_.DarkTableWhole = false;
   display_.SetRemark({});
   display_.Lock(true);
   if (!instrument_.FindInstrument()) return Refused(kPortError, DescribeAttempts(instrument_.Attempts()));
@@ -77,6 +80,7 @@ void Connection::ReadWavelength() {
 bool Connection::ReadReference() {
   report_.HasDark = instrument_.GetDark(state_.DarkEnergies);
   const bool darkWhole = instrument_.LastReply().Complete();
+  if (report_.HasDark) state_.DarkTableWhole = darkWhole;
   std::int32_t fullEnergy = 0;
   std::int32_t gain = 0;
   report_.HasReference = instrument_.Rezero(fullEnergy, gain) && instrument_.LastReply().Complete();

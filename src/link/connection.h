@@ -59,9 +59,6 @@ class Connection {
   ConnectionReport report_;
 };
 
-/// What the status bar says when lines of the dark energies were missing.
-inline constexpr const char* kDarkIncomplete = "The instrument's dark table is incomplete.";
-
 /// Pane text of a slit code: "Slip width " and the width; an unknown code gives the caption alone.
 std::string SlipWidthText(std::int32_t code);
 

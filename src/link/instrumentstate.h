@@ -27,6 +27,8 @@ struct InstrumentState {
   /// Port on which the instrument answered; 0 before.
   int PortNumber = 0;
   DarkEnergyTable DarkEnergies = {};
+  /// The last answer of this connection that brought dark energies had one for every gain.
+  bool DarkTableWhole = false;
   /// An automatic sampler answered at connect.
   bool SamplerPresent = false;
   /// Cell of the blank, 1 to 8.

@@ -158,7 +158,13 @@ void LiveReading::ShowReference() {
   ToolsBarAbsData(AbsFromEnergy(R, R, state_.DarkEnergy));
   ToolsBarTransData(TransFromEnergy(R, R, state_.DarkEnergy));
   linkLost_ = false;
-  display_.SetRemark(R > state_.DarkEnergy ? std::string() : std::string(kNoLight));
+  display_.SetRemark(ReferenceRemark());
+}
+
+std::string LiveReading::ReferenceRemark() const {
+  if (state_.FullEnergy <= state_.DarkEnergy) return kNoLight;
+  const bool inTable = state_.GainIndex >= 1 && state_.GainIndex <= state_.GainCount;
+  return state_.DarkTableWhole && inTable ? std::string() : std::string(kDarkIncomplete);
 }
 
 std::int32_t TrimmedMean(const InstrumentState& state) {

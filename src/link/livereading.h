@@ -10,6 +10,9 @@
 
 namespace spectrane {
 
+/// What the status bar says when dark energies are missing.
+inline constexpr const char* kDarkIncomplete = "The instrument's dark table is incomplete.";
+
 /// What takes the user's rezero command: the active document window.
 class RezeroTarget {
  public:
@@ -59,8 +62,11 @@ class LiveReading {
 
   /// Dark energy of `gain` becomes the current one when the table has that gain.
   void TakeDarkEnergyOf(std::int32_t gain);
-  /// Absorbance and %T of the reference against itself, shown in their fields.
+  /// Absorbance and %T of the reference against itself, shown in their fields, and what is wrong with it.
   void ShowReference();
+  /// What the status bar says of the reference: no light, or no dark energy to go with it. Empty when all is
+  /// well.
+  std::string ReferenceRemark() const;
 
  private:
   bool TakeReference(std::int32_t sampleCount);

@@ -37,6 +37,10 @@ std::optional<double> ReadLampWavelength(InstrumentLink& link) {
 
 std::optional<double> MoveWavelength(InstrumentLink& link, double wavelength) {
   link.Instrument.SetWavelength(wavelength);
+  return TakePosition(link);
+}
+
+std::optional<double> TakePosition(InstrumentLink& link) {
   const std::optional<double> position = ReadWavelength(link);
   if (position) {
     TakeWavelength(link, *position);

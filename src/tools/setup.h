@@ -34,7 +34,10 @@ std::optional<double> ReadLampWavelength(InstrumentLink& link);
 /// Moves the monochromator and takes over where it stands then, which is given back; a move that failed says
 /// nothing by itself. Nothing: the position could not be read, and the one known before stays. Yields.
 std::optional<double> MoveWavelength(InstrumentLink& link, double wavelength);
-/// The same for the wavelength at which the lamps change. Yields.
+/// Behind a move: takes over where the monochromator stands [nm]. Nothing: it could not be read, and the move
+/// counts as lost. Yields.
+std::optional<double> TakePosition(InstrumentLink& link);
+/// As MoveWavelength, for the wavelength at which the lamps change. Yields.
 std::optional<double> MoveLampWavelength(InstrumentLink& link, double wavelength);
 
 /// What the program knows of the monochromator's position, and its field, become `wavelength` [nm].

@@ -19,7 +19,8 @@ bool LinkAnswers(InstrumentLink& link) {
 UpkeepEnd MeasureDarkEnergies(InstrumentLink& link, MainDisplay& display) {
   if (!LinkAnswers(link)) return UpkeepEnd::LinkLost;
   if (!link.Instrument.ResetDark(link.State.DarkEnergies)) return UpkeepEnd::Failed;
-  display.SetRemark(link.Instrument.LastReply().Complete() ? std::string() : std::string(kDarkIncomplete));
+  link.State.DarkTableWhole = link.Instrument.LastReply().Complete();
+  display.SetRemark(link.State.DarkTableWhole ? std::string() : std::string(kDarkIncomplete));
   return UpkeepEnd::Done;
 }
 
@@ -29,7 +30,7 @@ UpkeepEnd ResetWavelength(InstrumentLink& link, MainDisplay& display) {
   display.SetAbsField(kNoValue);
   display.SetTransField(kNoValue);
   if (!link.Instrument.AdjustWavelength()) return UpkeepEnd::Failed;
-  if (const std::optional<double> wavelength = ReadWavelength(link)) TakeWavelength(link, *wavelength);
+  TakePosition(link);
   link.Connect.ReadReference();
   return UpkeepEnd::Done;
 }

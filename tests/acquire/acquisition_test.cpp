@@ -148,10 +148,13 @@ TEST_F(Acquiring, ASampleThatFailsAtItsLastWavelengthIsNoRow) {
 
 TEST_F(Acquiring, DarkEnergiesAreTakenWholeOrNotAtAll) {
   Link.State.DarkEnergies.fill(7);
+  Link.State.DarkTableWhole = false;
   Peer.NextText("getdark", ScriptedPeer::Reply("getdark", {"1", "2"}));
   EXPECT_FALSE(Steps.ReadDark());
   EXPECT_EQ(Steps.DarkOf(1), 7);
+  EXPECT_FALSE(Link.State.DarkTableWhole);
   EXPECT_TRUE(Steps.ReadDark());
+  EXPECT_TRUE(Link.State.DarkTableWhole);
   EXPECT_EQ(Steps.DarkOf(1), 101);
   EXPECT_EQ(Steps.DarkOf(8), 108);
 }

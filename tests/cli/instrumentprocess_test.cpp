@@ -218,6 +218,29 @@ TEST_F(InstrumentProcess, AFailedBlankLeavesNoFile) {
   EXPECT_FALSE(Exists("rows.bas"));
 }
 
+TEST_F(InstrumentProcess, ADarkTableThatTheConnectionDidNotGetIsAskedForOnceMore) {
+  StartSimulator({"--instant"});
+  ASSERT_EQ(Measure(1).Status, 0);
+  const RequestList usual = Requests();
+  EXPECT_EQ(std::count(usual.begin(), usual.end(), "getdark"), 1) << "a whole one is not asked for again";
+  const Json expected = Batch({"dump", Path("rows.bas")}).AsJson()["data"][0]["DarkEnergy"];
+  EXPECT_GT(expected.get<int>(), 0);
+  ASSERT_TRUE(Tell("fault wrong-echo getdark"));
+  const Outcome outcome = Measure(1, {"--yes", "--force"});
+  ASSERT_EQ(outcome.Status, 0) << outcome.Err;
+  EXPECT_EQ(outcome.AsJson()["data"][0]["DarkEnergy"], expected);
+}
+
+TEST_F(InstrumentProcess, AnUnreadableDarkTableEndsTheRunBeforeItsBlank) {
+  StartSimulator({"--instant"});
+  ASSERT_TRUE(Tell("fault fewer-lines getdark"));
+  ASSERT_TRUE(Tell("fault wrong-echo getdark 2"));
+  ExpectRefusal(Measure(1), kCommunicationError);
+  EXPECT_FALSE(Exists("rows.bas"));
+  EXPECT_EQ(Requests(), (RequestList{"check", "company", "connect", "getwl", "getdark", "rezero",
+                                     "getsampler", "startwl", "endwl", "getdark", "quit"}));
+}
+
 TEST_F(InstrumentProcess, AFailureInTheRunSavesTheRowsBeforeIt) {
   StartSimulator({"--instant"});
   ASSERT_TRUE(Tell("fault wrong-echo ge 4"));  // the blank's reading is the first

@@ -217,6 +217,21 @@ TEST_F(ConnectionTest, IncompleteDarkTableIsSaidInTheStatusBar) {
   EXPECT_EQ(Display.Remark, "The instrument's dark table is incomplete.");
 }
 
+TEST_F(ConnectionTest, DarkEnergiesOfAnEarlierInstrumentDoNotSurvive) {
+  ConnectNow();
+  ASSERT_EQ(Link.State.DarkEnergies[3], 103);
+  Link.Connect.ReleaseConnection();
+  Peer.NextText("getdark", "getdark\r\n11\r\n12\r\n>");
+  EXPECT_TRUE(Link.Connect.mmuOperationConnect());
+  EXPECT_EQ(Link.State.DarkEnergies, (DarkEnergyTable{0, 11, 12}));
+  Link.Connect.ReleaseConnection();
+  Peer.Next("getdark", {});
+  EXPECT_TRUE(Link.Connect.mmuOperationConnect());
+  EXPECT_EQ(Link.State.DarkEnergies, DarkEnergyTable{});
+  EXPECT_TRUE(Link.Live.mmuRezeroEnergy());
+  EXPECT_EQ(Link.State.DarkEnergy, 0) << "no figure of another instrument";
+}
+
 TEST_F(ConnectionTest, GainsOutsideTheTableLeaveTheDarkEnergy) {
   for (const char* gain : {"12", "-1", "1000000000"}) {
     Link.State.DarkEnergy = 77;

@@ -1,6 +1,7 @@
 #include "modes/photometry/photometrytest.h"
 
 #include "link/linkfixture.h"
+#include "tools/setup.h"
 
 namespace spectrane::testing_link {
 namespace {
@@ -289,6 +290,43 @@ TEST_F(PhotometryRun, P10_ADriveThatAnswersAndDoesNotGoIsTold) {
   Display.SetRemark({});
   Link.State.CurrentWavelength = 500.0;
   EXPECT_TRUE(Test.mmuStartTest());
+  EXPECT_EQ(Display.Remark, "");
+}
+
+// It stands where a tool has sent it, though the program could not read that back.
+TEST_F(PhotometryRun, ADriveThatAToolHasMovedIsNotCalledAstray) {
+  Blank();
+  Peer.Next("getwl", {});
+  ASSERT_FALSE(MoveWavelength(Link, 600.0));
+  Peer.Lines["getwl"] = {"600.0"};
+  Peer.Commands.clear();
+  EXPECT_TRUE(Test.mmuStartTest());
+  EXPECT_EQ(Peer.Commands, (Commands{"getwl", "swl  546", "ge 10"}));
+  EXPECT_EQ(Display.Remark, "");
+  EXPECT_TRUE(Test.mmuStartTest());
+  EXPECT_NE(Display.Remark.find("stood at 600.0nm"), std::string::npos) << "sent back, and it did not go";
+}
+
+TEST_F(PhotometryRun, AMoveOfTheTestThatFailedMakesNoAstrayWords) {
+  Blank();
+  Peer.Lines["getwl"] = {"600.0"};
+  Peer.Next("swl  546", {});
+  EXPECT_FALSE(Test.mmuStartTest());
+  Display.SetRemark({});
+  EXPECT_TRUE(Test.mmuStartTest());
+  EXPECT_EQ(Display.Remark, "");
+}
+
+TEST_F(PhotometryRun, ABlankAtAGainWithoutADarkEnergySaysSo) {
+  for (const char* gain : {"9", "12", "0"}) {
+    Peer.Lines["rezero"] = {"50000", gain};
+    Test.mmuOperationRezero();
+    EXPECT_TRUE(Test.BlankDone) << gain;
+    EXPECT_EQ(Display.Remark, "The instrument's dark table is incomplete.") << gain;
+  }
+  Peer.Lines["rezero"] = {"50000", "8"};
+  Test.mmuOperationRezero();
+  EXPECT_EQ(Test.BlankDarkEnergy, 108);
   EXPECT_EQ(Display.Remark, "");
 }
 

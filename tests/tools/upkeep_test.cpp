@@ -69,6 +69,54 @@ TEST_F(Upkeep, AResetTakesWavelengthDarkEnergiesAndReference) {
   EXPECT_EQ(Display.Trans, "100.0%T");
 }
 
+TEST_F(Upkeep, AResetWhoseEndCannotBeReadBackCountsAsALostMove) {
+  const std::int64_t before = Link.State.LostMoves;
+  Peer.NextText("getwl", ScriptedPeer::Reply("getwl", {"546.0"}));
+  Peer.NextText("getwl", ScriptedPeer::Reply("getwl"));
+  EXPECT_EQ(ResetWavelength(Link, Display), UpkeepEnd::Done);
+  EXPECT_EQ(Link.State.LostMoves, before + 1);
+  EXPECT_EQ(ResetWavelength(Link, Display), UpkeepEnd::Done);
+  EXPECT_EQ(Link.State.LostMoves, before + 1) << "one that was read back";
+}
+
+TEST_F(Upkeep, EachBlankOverAnIncompleteDarkTableSaysSoUntilItIsMeasured) {
+  const auto remarkOfABlank = [this] {
+    Display.SetRemark({});  // as each command does
+    Link.Live.mmuOperationRezero(nullptr);
+    return Display.Remark;
+  };
+  const char* const incomplete = "The instrument's dark table is incomplete.";
+  EXPECT_EQ(remarkOfABlank(), "");
+  Link.Connect.ReleaseConnection();
+  Peer.Next("getdark", {});
+  ASSERT_TRUE(Link.Connect.mmuOperationConnect());
+  EXPECT_EQ(Display.Remark, incomplete);
+  EXPECT_EQ(remarkOfABlank(), incomplete);
+  EXPECT_EQ(remarkOfABlank(), incomplete);
+  EXPECT_EQ(MeasureDarkEnergies(Link, Display), UpkeepEnd::Done);
+  EXPECT_EQ(remarkOfABlank(), "");
+  Peer.NextText("resetdark", ScriptedPeer::Reply("resetdark", {"301", "302"}));
+  EXPECT_EQ(MeasureDarkEnergies(Link, Display), UpkeepEnd::Done);
+  EXPECT_EQ(remarkOfABlank(), incomplete) << "energies of two measurements";
+  Peer.Next("resetdark", {});
+  EXPECT_EQ(MeasureDarkEnergies(Link, Display), UpkeepEnd::Failed);
+  EXPECT_EQ(remarkOfABlank(), incomplete);
+  EXPECT_EQ(ResetWavelength(Link, Display), UpkeepEnd::Done);
+  EXPECT_EQ(remarkOfABlank(), "") << "a reset asks for the table too";
+  Peer.Next("resetdark", {});
+  EXPECT_EQ(MeasureDarkEnergies(Link, Display), UpkeepEnd::Failed);
+  EXPECT_EQ(remarkOfABlank(), "") << "the old ones stay";
+}
+
+TEST_F(Upkeep, ABlankWithoutLightSaysThatBeforeTheDarkTable) {
+  Link.Connect.ReleaseConnection();
+  Peer.Next("getdark", {});
+  ASSERT_TRUE(Link.Connect.mmuOperationConnect());
+  Peer.NextText("ge 30", ScriptedPeer::Reply("ge 30", std::vector<std::string>(30, "0")));
+  Link.Live.mmuOperationRezero(nullptr);
+  EXPECT_EQ(Display.Remark, "The blank gives no light.");
+}
+
 TEST_F(Upkeep, AGainWithoutADarkEnergyLeavesTheOneThatHolds) {
   Link.State.DarkEnergy = 77;
   Peer.Lines["rezero"] = {"43210", "12"};

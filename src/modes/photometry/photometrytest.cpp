@@ -77,6 +77,7 @@ bool PhotometryTest::LinkFailed() {
 }
 
 void PhotometryTest::TellWavelength() {
+  sentMoves_ = bench_.State.LostMoves;
   bench_.State.CurrentWavelength = WaveLength;
   bench_.Live.ToolsBarWaveLength(WaveLength);
   bench_.Display.SetStatus(StatusPane::Wavelength,
@@ -109,8 +110,8 @@ bool PhotometryTest::MeasureAll() {
   double wavelength = kUnknownWavelength;
   if (!bench_.Instrument.GetWavelength(wavelength)) return LinkFailed();
   if (Stopped()) return false;
-  const std::string astray =
-      state.CurrentWavelength == WaveLength ? AstrayWords(WaveLength, wavelength) : std::string();
+  const bool sentThere = state.CurrentWavelength == WaveLength && sentMoves_ == state.LostMoves;
+  const std::string astray = sentThere ? AstrayWords(WaveLength, wavelength) : std::string();
   if (!MoveFrom(wavelength)) return LinkFailed();
   TellWavelength();
   if (!astray.empty()) bench_.Display.SetRemark(astray);

@@ -56,6 +56,8 @@ class PhotometryTest : public RezeroTarget {
   std::int64_t blankRestarts_ = 0;
   std::int32_t blankGain_ = 0;
   double blankWavelength_ = 0;
+  // Moves that were lost when this test last sent the drive; after another one it may stand anywhere.
+  std::int64_t sentMoves_ = -1;
 };
 
 }  // namespace spectrane

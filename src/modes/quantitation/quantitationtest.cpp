@@ -56,7 +56,8 @@ bool QuantitationTest::TakeBlanks() {
     }
   }
   if (state.RestartCount != restarts) return Failed();
-  bench_.Display.SetRemark(dark.empty() ? astray_ : dark);
+  if (dark.empty()) dark = astray_;
+  bench_.Display.SetRemark(dark.empty() ? bench_.Live.ReferenceRemark() : dark);
   document_.SetBlankDone(true);
   blankRezero_ = state.RezeroCount;
   blankRestarts_ = restarts;
@@ -70,7 +71,8 @@ bool QuantitationTest::TakeBlank(std::size_t index) {
   std::int32_t gain = 0;
   if (!bench_.Instrument.Rezero(fullEnergy, gain) || !bench_.Instrument.LastReply().Complete())
     return Failed();
-  if (gain < 1 || gain >= kGainTableSize) return Failed();
+  // A sample could not be read at another gain than the instrument has.
+  if (gain < 1 || gain > bench_.State.GainCount) return Failed();
   bench_.Live.TakeDarkEnergyOf(gain);
   const std::int32_t darkEnergy = bench_.State.DarkEnergy;
   document_.SetBlank(static_cast<std::int32_t>(index), fullEnergy, darkEnergy, gain);
@@ -82,7 +84,9 @@ bool QuantitationTest::TakeBlank(std::size_t index) {
 
 bool QuantitationTest::AskWavelength() {
   astray_.clear();
+  standsAt_ = kNowhere;
   if (!bench_.Instrument.GetWavelength(standsAt_)) return false;
+  if (sentMoves_ != bench_.State.LostMoves) return true;
   const double sent = bench_.State.CurrentWavelength;
   for (std::size_t i = 0; i < WavelengthsInUse(document_.Option()); ++i) {
     if (WaveLength(i) == sent) astray_ = AstrayWords(sent, standsAt_);
@@ -109,6 +113,7 @@ bool QuantitationTest::MoveTo(std::size_t index, bool always) {
   double wavelength = wanted;
   if ((always || standsAt_ != wanted) && !bench_.Instrument.SetWavelength(wavelength)) return Failed();
   standsAt_ = wanted;
+  sentMoves_ = state.LostMoves;
   bench_.State.CurrentWavelength = wanted;
   bench_.Live.ToolsBarWaveLength(wanted);
   bench_.Display.SetStatus(StatusPane::Wavelength, Format(wanted, bench_.Formats.WavelengthFormat) + "nm");

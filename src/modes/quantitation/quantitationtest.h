@@ -74,8 +74,12 @@ class QuantitationTest : public RezeroTarget {
 
   TestBench bench_;
   QuantitationDocument& document_;
-  // Where the monochromator stands as far as this test knows; NaN, equal to nothing, before it was asked.
-  double standsAt_ = std::numeric_limits<double>::quiet_NaN();
+  /// Equal to no wavelength: the drive is moved.
+  static constexpr double kNowhere = std::numeric_limits<double>::quiet_NaN();
+  // Where the monochromator stands as far as this test knows.
+  double standsAt_ = kNowhere;
+  // Moves that were lost when this test last sent it; after another one it may stand anywhere.
+  std::int64_t sentMoves_ = -1;
   /// Number of the rezero that the blank was taken with.
   static constexpr std::int64_t kNoRezero = -1;
   std::int64_t blankRezero_ = kNoRezero;

@@ -40,6 +40,11 @@ FrmSetupWL::FrmSetupWL(MainWindow& frame)
 
 void FrmSetupWL::TakeReference() {
   Begin();
+  // A rezero that failed would blame the cable in the status bar.
+  if (!IsConnected()) {
+    TellLinkLost();
+    return;
+  }
   bool taken = false;
   WithInstrument(
       LongestSeconds({"rezero", "ge 30"}), [&] { taken = Link().Live.mmuRezeroEnergy(); },

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "link/linkfixture.h"
+#include "tools/setup.h"
 
 namespace spectrane::testing_link {
 namespace {
@@ -145,13 +146,34 @@ INSTANTIATE_TEST_SUITE_P(Of, QuantitationBlank,
 
 TEST_F(QuantitationRun, AGainOutsideTheTableIsNoBlank) {
   UseCoefficients();
-  for (const char* gain : {"0", "12", "-1", "1000000000"}) {
+  for (const char* gain : {"0", "9", "11", "12", "-1", "1000000000"}) {
     TwoBoxes.Ids.clear();
     Peer.Lines["rezero"] = {"40103", gain};
     Test.mmuOperationRezero();
     EXPECT_EQ(TwoBoxes.Ids, Ids{1045}) << gain;
     EXPECT_FALSE(Test.BlankHolds()) << gain;
   }
+}
+
+// A sample at the highest gain is read at the gain of its blank.
+TEST_F(QuantitationRun, TheHighestGainIsThatOfTheInstrument) {
+  UseCoefficients();
+  Peer.Lines["rezero"] = {"40103", "8"};
+  Blank();
+  Peer.Lines["getwl"] = {"500.0"};
+  EXPECT_TRUE(Test.mmuStartTest());
+  EXPECT_EQ(Peer.Commands, (Commands{"getwl", "sa 8", "ge 10"}));
+}
+
+TEST_F(QuantitationRun, ABlankOverAnIncompleteDarkTableSaysSo) {
+  UseCoefficients(2);
+  Link.Connect.ReleaseConnection();
+  Peer.NextText("getdark", ScriptedPeer::Reply("getdark", {"101", "102", "103"}));
+  ConnectNow();
+  Display.SetRemark({});
+  Test.mmuOperationRezero();
+  EXPECT_TRUE(Test.BlankHolds());
+  EXPECT_EQ(Display.Remark, "The instrument's dark table is incomplete.");
 }
 
 TEST_F(QuantitationRun, ABlankWithoutLightSaysSo) {
@@ -355,6 +377,36 @@ TEST_F(QuantitationRun, P10_ADriveThatAnswersAndDoesNotGoIsTold) {
   Link.State.CurrentWavelength = 480.0;
   EXPECT_TRUE(Test.mmuStartTest());
   EXPECT_EQ(Display.Remark, "");
+}
+
+// It stands where a tool has sent it, though the program could not read that back.
+TEST_F(QuantitationRun, ADriveThatAToolHasMovedIsNotCalledAstray) {
+  UseCoefficients();
+  Blank();
+  Peer.Next("getwl", {});
+  ASSERT_FALSE(MoveWavelength(Link, 600.0));
+  Peer.Lines["getwl"] = {"600.0"};
+  Peer.Commands.clear();
+  EXPECT_TRUE(Test.mmuStartTest());
+  EXPECT_EQ(Peer.Commands, (Commands{"getwl", "swl  500", "sa 3", "ge 10"}));
+  EXPECT_EQ(Display.Remark, "");
+  EXPECT_TRUE(Test.mmuStartTest());
+  EXPECT_NE(Display.Remark.find("stood at 600.0nm"), std::string::npos) << "sent back, and it did not go";
+}
+
+// The position of before was kept then, and the sample was read where a tool had left the drive.
+TEST_F(QuantitationRun, AnInstrumentThatDoesNotSayWhereItStandsIsMoved) {
+  UseCoefficients();
+  Peer.Lines["getwl"] = {"600.0"};
+  for (const char* answer : {"getwl\r\n>", "getwlgetwl\r\n500.0\r\n>"}) {
+    Blank();
+    ASSERT_TRUE(MoveWavelength(Link, 600.0));
+    Peer.Commands.clear();
+    Peer.NextText("getwl", answer);
+    EXPECT_TRUE(Test.mmuStartTest()) << answer;
+    EXPECT_EQ(Peer.Commands, (Commands{"getwl", "swl  500", "sa 3", "ge 10"})) << answer;
+    EXPECT_EQ(Display.Remark, "") << answer;
+  }
 }
 
 TEST_F(QuantitationRun, ABlankOfSomebodyElseEndsThisOne) {

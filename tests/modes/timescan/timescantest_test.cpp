@@ -158,6 +158,15 @@ TEST_F(TimeScanRun, AMoveThatFailsLeavesNoBlank) {
   EXPECT_FALSE(Test.BlankHolds());
 }
 
+TEST_F(TimeScanRun, ABlankAtAGainWithoutADarkEnergySaysSo) {
+  Peer.Lines["rezero"] = {"50000", "9"};
+  Blank();
+  EXPECT_EQ(Display.Remark, "The instrument's dark table is incomplete.");
+  Peer.Lines["rezero"] = {"50000", "8"};
+  Blank();
+  EXPECT_EQ(Display.Remark, "");
+}
+
 TEST_F(TimeScanRun, AReadingThatFailsTwiceEndsTheTestAndKeepsThePoints) {
   Blank();
   Peer.NextText("ge 20", ScriptedPeer::Reply("ge 20", Log(20, "30000")));

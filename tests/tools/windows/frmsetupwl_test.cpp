@@ -194,6 +194,18 @@ TEST_F(SetupWL, WithoutAnInstrumentItSaysSoAndSendsNothing) {
   EXPECT_NE(Link.State.CurrentWavelength, 600.0);
 }
 
+TEST_F(SetupWL, WithoutAnInstrumentNobodyBlamesTheCable) {
+  Ask([this](QWidget& dialog) {
+    Type(dialog, "600");
+    for (const char* button : {"OKCmd", "ZeroCmd"}) {
+      Click(dialog, button);
+      EXPECT_EQ(State(dialog), "No instrument connected.") << button;
+      EXPECT_EQ(Display.Remark, "") << button;
+      EXPECT_FALSE(Link.Live.LinkLost()) << button;
+    }
+  });
+}
+
 TEST_F(SetupWL, ASilentInstrumentLeavesTheLastValueAndTheDialogUsable) {
   Connect();
   const std::int64_t begin = Time.NowMs();

@@ -238,11 +238,7 @@ void FrmMain::FormatsChanged() {
     document->CommitEditors();
     document->FormatsChanged();
   }
-  const InstrumentState& state = link_->State;
-  if (!state.InstrumentConnected || display_->FieldText(DataDisplay::Field::Trans).isEmpty()) return;
-  link_->Live.ToolsBarWaveLength(state.CurrentWavelength);
-  link_->Live.ToolsBarAbsData(state.CurrentAbs);
-  link_->Live.ToolsBarTransData(state.CurrentTrans);
+  link_->Live.FormatsChanged();
 }
 
 void FrmMain::SetWavelengthField(const std::string& text) {

@@ -162,6 +162,7 @@ class FrmMain : public QMainWindow, public FrameCommands, public MainDisplay {
   void OnTimerFileOpen();
   void OnSampleTimer();
   /// Runs what a timer or a command starts; a fault of it ends there and leaves the window usable.
+  void RunWaitingCommands();
   void Guarded(const std::function<void()>& work);
 
   // Commands (frmmaincommands.cpp).
@@ -222,6 +223,7 @@ class FrmMain : public QMainWindow, public FrameCommands, public MainDisplay {
   bool painted_ = false;
   bool ticking_ = false;
   bool journalTold_ = false;
+  bool waitingRun_ = false;
   std::int64_t lastTickMs_ = 0;
   // Chosen inside a live reading.
   std::deque<int> waitingCommands_;

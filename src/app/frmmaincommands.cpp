@@ -146,7 +146,8 @@ void FrmMain::CommandEndedEarly(const std::exception& fault) {
 }
 
 void FrmMain::OnSampleTimer() {
-  if (ticking_) return;
+  // One that was on its way when the readings stopped comes to nothing.
+  if (ticking_ || !sampleTimer_.isActive()) return;
   // After a reading that failed the next one may block for long: the window gets time in between.
   if (link_->Live.LinkLost() && parts_.Time.NowMs() - lastTickMs_ < kLostLinkPauseMs) return;
   Guarded([this] {
@@ -155,7 +156,13 @@ void FrmMain::OnSampleTimer() {
   });
   lastTickMs_ = parts_.Time.NowMs();
   files_.LookAgain();
-  // The dialog of one comes to its end before the next one begins.
+  RunWaitingCommands();
+}
+
+void FrmMain::RunWaitingCommands() {
+  // Readings go on behind the dialog of one; it comes to its end before the next one begins.
+  if (waitingRun_) return;
+  const QScopedValueRollback<bool> run(waitingRun_, true);
   while (!waitingCommands_.empty() && !QApplication::activeModalWidget()) {
     const int command = waitingCommands_.front();
     waitingCommands_.pop_front();

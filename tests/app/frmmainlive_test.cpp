@@ -1,4 +1,4 @@
-// The live reading of the whole main window: its three fields.
+// The live reading of the whole main window: its three fields, and commands that come inside a reading.
 
 #include <QAbstractButton>
 #include <QTest>
@@ -77,6 +77,77 @@ TEST_F(FrmMainLive, NewFormatsLeaveFieldsWithoutAValueAlone) {
   EXPECT_EQ(Fields(), none);
   ConfirmOptions("OptionHighPrecise");
   EXPECT_EQ(Fields(), none);
+}
+
+// A dialog that waited for a reading kept the next one away, as long as it was open.
+TEST_F(FrmMainLive, ReadingsGoOnBehindADialogThatWaitedForOne) {
+  Start();
+  ConnectNow();
+  bool chosen = false;
+  bool closed = false;
+  Loop.OnYield = [&] {
+    if (!std::exchange(chosen, true)) Main->RunCommand(kAbout);
+  };
+  WhenDialog("FrmAbout", [&](QWidget& about) {
+    int readings = 0;
+    Instrument.OnExchange = [&](const ExchangeRecord& record) { readings += record.Request == "ge 10"; };
+    EXPECT_TRUE(QTest::qWaitFor([&] { return readings >= 3; }, 1000)) << readings;
+    Instrument.OnExchange = {};
+    about.close();
+    closed = true;
+  });
+  Main->SampleTimer().start(1);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return closed; }));
+  Loop.OnYield = nullptr;
+  Main->SampleTimer().stop();
+}
+
+TEST_F(FrmMainLive, ACommandGetsItsTurnThoughReadingsTakeLongerThanTheirInterval) {
+  Start();
+  ConnectNow();
+  bool chosen = false;
+  bool opened = false;
+  Loop.OnYield = [&] {
+    if (!std::exchange(chosen, true)) Main->RunCommand(kAbout);
+    QTest::qWait(5);
+  };
+  WhenDialog("FrmAbout", [&](QWidget& about) {
+    opened = true;
+    about.close();
+  });
+  Main->SampleTimer().start(1);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return opened; }));
+  Loop.OnYield = nullptr;
+  Main->SampleTimer().stop();
+}
+
+TEST_F(FrmMainLive, NothingIsReadOnceTheReadingsWereStopped) {
+  Start();
+  ConnectNow();
+  const auto before = Instrument.Requests();
+  // The timer comes to its time; what it tells is on its way when the readings stop.
+  Main->SampleTimer().start(0);
+  QObject::connect(&Main->SampleTimer(), &QTimer::timeout, Main.get(),
+                   [this] { Main->SampleTimer().stop(); });
+  QTest::qWait(20);
+  EXPECT_FALSE(Main->SampleTimer().isActive());
+  EXPECT_EQ(Instrument.Requests(), before);
+}
+
+TEST_F(FrmMainLive, ACommandThatWaitedGoesWithTheProgram) {
+  Start();
+  ConnectNow();
+  bool chosen = false;
+  Loop.OnYield = [&] {
+    if (std::exchange(chosen, true)) return;
+    Main->RunCommand(kAbout);
+    EXPECT_TRUE(Main->close());
+  };
+  Main->SampleTimer().start(1);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return chosen && !Main->isVisible(); }));
+  Loop.OnYield = nullptr;
+  QTest::qWait(50);
+  EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
 }
 
 }  // namespace

@@ -37,6 +37,13 @@ bool GoesWithRun(int command) {
   return std::ranges::find(kWithRun, command) != std::end(kWithRun);
 }
 
+/// Be it below a box of its own.
+bool IsToolOpen() {
+  return std::ranges::any_of(QApplication::topLevelWidgets(), [](const QWidget* window) {
+    return window->isVisible() && qobject_cast<const ToolDialog*>(window);
+  });
+}
+
 }  // namespace
 
 bool FrmMain::IsEnabled(const CommandRow& row) const {
@@ -212,7 +219,7 @@ void FrmMain::ShowHelpPage(const QString& page) {
 
 void FrmMain::mmuOperationConnect() {
   timerConnect_.stop();
-  if (closing_ || qobject_cast<ToolDialog*>(QApplication::activeModalWidget())) {
+  if (closing_ || IsToolOpen()) {
     // Somebody thinks about leaving, or has a dialog open in which the live reading stands: the connection
     // comes later.
     timerConnect_.start();

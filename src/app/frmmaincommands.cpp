@@ -49,9 +49,10 @@ bool IsToolOpen() {
 bool FrmMain::IsEnabled(const CommandRow& row) const {
   const DocumentWindow* active = ActiveForm();
   const bool connected = link_->State.InstrumentConnected;
-  const bool idle = runs_ == 0 && !link_->State.RunUnderWay;
+  const bool idle = runs_.empty() && !link_->State.RunUnderWay;
   // A run of the main window's own is short, and a dialog of a child would hold it up.
-  const bool measures = runs_ > 0 && (!measuring_ || active == measuring_);
+  const bool measures = std::ranges::any_of(
+      runs_, [active](const DocumentWindow* window) { return !window || window == active; });
   const bool offered = active && active->Offers(row.Number) && (!measures || GoesWithRun(row.Number));
   switch (row.When) {
     case EnabledWhen::Always:
@@ -99,7 +100,7 @@ void FrmMain::UpdateCommands() {
 }
 
 QString FrmMain::IdleHint() const {
-  if (runs_ > 0) return tr("Measuring ...");
+  if (!runs_.empty()) return tr("Measuring ...");
   if (const std::string& problem = parts_.Settings.Problem(); !problem.empty()) {
     return tr("Settings hold until the end of this run only (%1).").arg(QString::fromStdString(problem));
   }
@@ -178,14 +179,15 @@ void FrmMain::RunWaitingCommands() {
 }
 
 void FrmMain::RunBegins(DocumentWindow* window) {
-  if (runs_++ == 0) measuring_ = window;
+  runs_.push_back(window);
   UpdateCommands();
 }
 
 void FrmMain::RunEnds() {
-  if (--runs_ == 0) measuring_ = nullptr;
+  // Each lies within the one before.
+  runs_.pop_back();
   UpdateCommands();
-  if (runs_ == 0) files_.LookAgain();
+  if (runs_.empty()) files_.LookAgain();
 }
 
 void FrmMain::mmuFileNew() {
@@ -294,9 +296,9 @@ void FrmMain::closeEvent(QCloseEvent* event) {
 }
 
 bool FrmMain::QueryUnload() {
-  if (runs_ > 0 || link_->State.RunUnderWay) {
-    if (measuring_) {
-      measuring_->QueryClose(true);
+  if (!runs_.empty() || link_->State.RunUnderWay) {
+    if (!runs_.empty() && runs_.front()) {
+      runs_.front()->QueryClose(true);
     } else {
       SetRemark(kBusyNow);
     }

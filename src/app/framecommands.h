@@ -18,7 +18,7 @@ class FrameCommands : public MainWindow {
   void mmuNewFileDNA() { NewFile(kDNAFile); }
   virtual void mmuFileOpen() = 0;
   virtual void mmuFileCloseOne() = 0;
-  /// False when a window stays open.
+  /// False when a window stays open; one that goes at the end of its run does not.
   virtual bool mmuFileCloseAll() = 0;
 
   virtual void ConnectCommand() = 0;

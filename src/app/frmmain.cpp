@@ -130,7 +130,9 @@ void FrmMain::BuildTimers() {
   sampleTimer_.setObjectName(QStringLiteral("SampleTimer"));
   sampleTimer_.setTimerType(Qt::PreciseTimer);
   sampleTimer_.setInterval(kSampleMs);
-  connect(&sampleTimer_, &QTimer::timeout, this, [this] { OnSampleTimer(); });
+  // Not from the timer's own event: it gets no other one while that is handled, and a command that waited for
+  // the reading may open a dialog.
+  connect(&sampleTimer_, &QTimer::timeout, this, &FrmMain::OnSampleTimer, Qt::QueuedConnection);
   link_->Instrument.OnProbe = [this](int port) {
     SetRemark("Looking for the instrument: port " + std::to_string(port) + " ...");
   };
@@ -238,11 +240,7 @@ void FrmMain::FormatsChanged() {
     document->CommitEditors();
     document->FormatsChanged();
   }
-  const InstrumentState& state = link_->State;
-  if (!state.InstrumentConnected || display_->FieldText(DataDisplay::Field::Trans).isEmpty()) return;
-  link_->Live.ToolsBarWaveLength(state.CurrentWavelength);
-  link_->Live.ToolsBarAbsData(state.CurrentAbs);
-  link_->Live.ToolsBarTransData(state.CurrentTrans);
+  link_->Live.FormatsChanged();
 }
 
 void FrmMain::SetWavelengthField(const std::string& text) {

@@ -6,6 +6,7 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <vector>
 
 #include "app/commandbars.h"
 #include "app/datadisplay.h"
@@ -161,6 +162,7 @@ class FrmMain : public QMainWindow, public FrameCommands, public MainDisplay {
   void ApplyBarFlags();
   void OnTimerFileOpen();
   void OnSampleTimer();
+  void RunWaitingCommands();
   /// Runs what a timer or a command starts; a fault of it ends there and leaves the window usable.
   void Guarded(const std::function<void()>& work);
 
@@ -216,11 +218,12 @@ class FrmMain : public QMainWindow, public FrameCommands, public MainDisplay {
   QByteArray firstLayout_;
   std::string remark_;
   QString readout_;
-  DocumentWindow* measuring_ = nullptr;
-  int runs_ = 0;
+  // Whose runs are under way, the first one in front; null: the main window's own.
+  std::vector<DocumentWindow*> runs_;
   bool closing_ = false;
   bool painted_ = false;
   bool ticking_ = false;
+  bool waitingRun_ = false;
   bool journalTold_ = false;
   std::int64_t lastTickMs_ = 0;
   // Chosen inside a live reading.

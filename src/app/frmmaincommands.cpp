@@ -37,14 +37,22 @@ bool GoesWithRun(int command) {
   return std::ranges::find(kWithRun, command) != std::end(kWithRun);
 }
 
+/// Be it below a box of its own.
+bool IsToolOpen() {
+  return std::ranges::any_of(QApplication::topLevelWidgets(), [](const QWidget* window) {
+    return window->isVisible() && qobject_cast<const ToolDialog*>(window);
+  });
+}
+
 }  // namespace
 
 bool FrmMain::IsEnabled(const CommandRow& row) const {
   const DocumentWindow* active = ActiveForm();
   const bool connected = link_->State.InstrumentConnected;
-  const bool idle = runs_ == 0 && !link_->State.RunUnderWay;
+  const bool idle = runs_.empty() && !link_->State.RunUnderWay;
   // A run of the main window's own is short, and a dialog of a child would hold it up.
-  const bool measures = runs_ > 0 && (!measuring_ || active == measuring_);
+  const bool measures = std::ranges::any_of(
+      runs_, [active](const DocumentWindow* window) { return !window || window == active; });
   const bool offered = active && active->Offers(row.Number) && (!measures || GoesWithRun(row.Number));
   switch (row.When) {
     case EnabledWhen::Always:
@@ -92,7 +100,7 @@ void FrmMain::UpdateCommands() {
 }
 
 QString FrmMain::IdleHint() const {
-  if (runs_ > 0) return tr("Measuring ...");
+  if (!runs_.empty()) return tr("Measuring ...");
   if (const std::string& problem = parts_.Settings.Problem(); !problem.empty()) {
     return tr("Settings hold until the end of this run only (%1).").arg(QString::fromStdString(problem));
   }
@@ -146,7 +154,8 @@ void FrmMain::CommandEndedEarly(const std::exception& fault) {
 }
 
 void FrmMain::OnSampleTimer() {
-  if (ticking_) return;
+  // One that was on its way when the readings stopped comes to nothing.
+  if (ticking_ || !sampleTimer_.isActive()) return;
   // After a reading that failed the next one may block for long: the window gets time in between.
   if (link_->Live.LinkLost() && parts_.Time.NowMs() - lastTickMs_ < kLostLinkPauseMs) return;
   Guarded([this] {
@@ -155,7 +164,13 @@ void FrmMain::OnSampleTimer() {
   });
   lastTickMs_ = parts_.Time.NowMs();
   files_.LookAgain();
-  // The dialog of one comes to its end before the next one begins.
+  RunWaitingCommands();
+}
+
+void FrmMain::RunWaitingCommands() {
+  // Readings go on behind the dialog of one; it comes to its end before the next one begins.
+  if (waitingRun_) return;
+  const QScopedValueRollback<bool> run(waitingRun_, true);
   while (!waitingCommands_.empty() && !QApplication::activeModalWidget()) {
     const int command = waitingCommands_.front();
     waitingCommands_.pop_front();
@@ -164,14 +179,15 @@ void FrmMain::OnSampleTimer() {
 }
 
 void FrmMain::RunBegins(DocumentWindow* window) {
-  if (runs_++ == 0) measuring_ = window;
+  runs_.push_back(window);
   UpdateCommands();
 }
 
 void FrmMain::RunEnds() {
-  if (--runs_ == 0) measuring_ = nullptr;
+  // Each lies within the one before.
+  runs_.pop_back();
   UpdateCommands();
-  if (runs_ == 0) files_.LookAgain();
+  if (runs_.empty()) files_.LookAgain();
 }
 
 void FrmMain::mmuFileNew() {
@@ -205,7 +221,7 @@ void FrmMain::ShowHelpPage(const QString& page) {
 
 void FrmMain::mmuOperationConnect() {
   timerConnect_.stop();
-  if (closing_ || qobject_cast<ToolDialog*>(QApplication::activeModalWidget())) {
+  if (closing_ || IsToolOpen()) {
     // Somebody thinks about leaving, or has a dialog open in which the live reading stands: the connection
     // comes later.
     timerConnect_.start();
@@ -280,9 +296,9 @@ void FrmMain::closeEvent(QCloseEvent* event) {
 }
 
 bool FrmMain::QueryUnload() {
-  if (runs_ > 0 || link_->State.RunUnderWay) {
-    if (measuring_) {
-      measuring_->QueryClose(true);
+  if (!runs_.empty() || link_->State.RunUnderWay) {
+    if (!runs_.empty() && runs_.front()) {
+      runs_.front()->QueryClose(true);
     } else {
       SetRemark(kBusyNow);
     }

@@ -197,7 +197,7 @@ void FrmMain::ComeForward() {
 }
 
 bool FrmMain::MayOpenFile() const {
-  return runs_ == 0 && !inputLock_.IsOn() && !closing_ && !ticking_;
+  return runs_.empty() && !inputLock_.IsOn() && !closing_ && !ticking_;
 }
 
 void FrmMain::OnTimerFileOpen() {
@@ -219,8 +219,9 @@ bool FrmMain::mmuFileCloseAll() {
   const QList<DocumentWindow*> present = workspace_->Documents();
   for (const QPointer<DocumentWindow>& document :
        QList<QPointer<DocumentWindow>>(present.begin(), present.end())) {
-    if (document && document->IsWorkUnsaved()) workspace_->Activate(document);
-    if (document && document->parentWidget() && !document->parentWidget()->close()) return false;
+    if (!document || !document->parentWidget() || document->ClosesAfterRun()) continue;
+    if (document->IsWorkUnsaved()) workspace_->Activate(document);
+    if (!document->parentWidget()->close() && !(document && document->ClosesAfterRun())) return false;
   }
   return true;
 }

@@ -170,8 +170,9 @@ void Workspace::paintEvent(QPaintEvent* event) {
 }
 
 void Workspace::contextMenuEvent(QContextMenuEvent* event) {
-  emit PopupWanted(event->globalPos());
-  event->accept();
+  // One that nothing in a child wanted climbs up to here.
+  event->setAccepted(!viewport()->childAt(viewport()->mapFromGlobal(event->globalPos())));
+  if (event->isAccepted()) emit PopupWanted(event->globalPos());
 }
 
 }  // namespace spectrane

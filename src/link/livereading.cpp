@@ -17,6 +17,7 @@ constexpr std::int32_t kToolbarRezeroSamples = 10;
 constexpr int kSettleMs = 40;
 constexpr int kReadingsPerDisplay = 5;
 constexpr std::int32_t kMinimumStart = 70000;
+constexpr const char* kNoValue = "------";
 constexpr const char* kNoLight = "The blank gives no light.";
 constexpr const char* kRestarted = "The instrument has restarted: a blank has to be set again.";
 
@@ -61,23 +62,46 @@ void LiveReading::ShowMean() {
 }
 
 void LiveReading::ToolsBarWaveLength(double wavelength) {
-  display_.SetWavelengthField(state_.InstrumentConnected ? WavelengthDisplay(wavelength, formats_)
-                                                         : std::string());
+  if (!state_.InstrumentConnected) return ToolsBarClearWaveLength();
+  shownWavelength_ = wavelength;
+  display_.SetWavelengthField(WavelengthDisplay(wavelength, formats_));
 }
 void LiveReading::ToolsBarAbsData(double abs) {
-  display_.SetAbsField(state_.InstrumentConnected ? AbsDisplay(abs, formats_) : std::string());
+  if (!state_.InstrumentConnected) return ToolsBarClearAbsData();
+  shownAbs_ = abs;
+  display_.SetAbsField(AbsDisplay(abs, formats_));
 }
 void LiveReading::ToolsBarTransData(double trans) {
-  display_.SetTransField(state_.InstrumentConnected ? TransDisplay(trans, formats_) : std::string());
+  if (!state_.InstrumentConnected) return ToolsBarClearTransData();
+  shownTrans_ = trans;
+  display_.SetTransField(TransDisplay(trans, formats_));
 }
 void LiveReading::ToolsBarClearWaveLength() {
+  shownWavelength_.reset();
   display_.SetWavelengthField({});
 }
 void LiveReading::ToolsBarClearAbsData() {
+  shownAbs_.reset();
   display_.SetAbsField({});
 }
 void LiveReading::ToolsBarClearTransData() {
+  shownTrans_.reset();
   display_.SetTransField({});
+}
+
+void LiveReading::ToolsBarNoValues() {
+  shownWavelength_.reset();
+  shownAbs_.reset();
+  shownTrans_.reset();
+  display_.SetWavelengthField(kNoValue);
+  display_.SetAbsField(kNoValue);
+  display_.SetTransField(kNoValue);
+}
+
+void LiveReading::FormatsChanged() {
+  if (shownWavelength_) ToolsBarWaveLength(*shownWavelength_);
+  if (shownAbs_) ToolsBarAbsData(*shownAbs_);
+  if (shownTrans_) ToolsBarTransData(*shownTrans_);
 }
 
 void LiveReading::ToolsBarFullEnergyData(std::int32_t fullEnergy, std::int32_t darkEnergy,

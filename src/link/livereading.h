@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include "base/displayformats.h"
 #include "link/displays.h"
@@ -41,6 +42,10 @@ class LiveReading {
   void ToolsBarClearWaveLength();
   void ToolsBarClearAbsData();
   void ToolsBarClearTransData();
+  /// "------" in all three.
+  void ToolsBarNoValues();
+  /// Number formats have changed: the values that are on show are written anew, and nothing else.
+  void FormatsChanged();
 
   /// New reference values after a rezero made by a window.
   void ToolsBarFullEnergyData(std::int32_t fullEnergy, std::int32_t darkEnergy, std::int32_t gainIndex);
@@ -79,6 +84,10 @@ class LiveReading {
   const DisplayFormats& formats_;
   MainDisplay& display_;
   bool linkLost_ = false;
+  // What the fields show; nothing for one without a value.
+  std::optional<double> shownWavelength_;
+  std::optional<double> shownAbs_;
+  std::optional<double> shownTrans_;
 };
 
 /// The mean of ring entries 0 to 19 without one highest and one lowest, rounded half to even. Throws

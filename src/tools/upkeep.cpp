@@ -5,8 +5,6 @@
 namespace spectrane {
 namespace {
 
-constexpr const char* kNoValue = "------";
-
 bool LinkAnswers(InstrumentLink& link) {
   double wavelength = 0.0;
   if (link.Instrument.GetWavelength(wavelength)) return true;
@@ -24,11 +22,9 @@ UpkeepEnd MeasureDarkEnergies(InstrumentLink& link, MainDisplay& display) {
   return UpkeepEnd::Done;
 }
 
-UpkeepEnd ResetWavelength(InstrumentLink& link, MainDisplay& display) {
+UpkeepEnd ResetWavelength(InstrumentLink& link) {
   if (!LinkAnswers(link)) return UpkeepEnd::LinkLost;
-  display.SetWavelengthField(kNoValue);
-  display.SetAbsField(kNoValue);
-  display.SetTransField(kNoValue);
+  link.Live.ToolsBarNoValues();
   if (!link.Instrument.AdjustWavelength()) return UpkeepEnd::Failed;
   TakePosition(link);
   link.Connect.ReadReference();

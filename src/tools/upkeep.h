@@ -15,7 +15,7 @@ UpkeepEnd MeasureDarkEnergies(InstrumentLink& link, MainDisplay& display);
 /// Runs the wavelength self-calibration, which takes minutes, then reads wavelength, dark energies and a new
 /// reference. Failed: nothing of what the program knew has changed; the three fields show no values. The live
 /// reading must be off. Yields.
-UpkeepEnd ResetWavelength(InstrumentLink& link, MainDisplay& display);
+UpkeepEnd ResetWavelength(InstrumentLink& link);
 
 enum class LampKind { Tungsten, Deuterium };
 /// How a lamp command ended; of its three steps the one that failed, or Switched.

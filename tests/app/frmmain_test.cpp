@@ -1,3 +1,4 @@
+#include <QLabel>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QTest>
@@ -392,6 +393,30 @@ TEST_F(FrmMainTest, RezeroWithoutAChildIsTheMainWindowsOwn) {
   Instrument.OnExchange = [&](const ExchangeRecord& record) { commands.push_back(record.Request); };
   Choose(kSetBlank);
   EXPECT_EQ(commands, (std::vector<std::string>{"rezero", "ge 30"}));
+}
+
+// It came up over the documents too.
+TEST_F(FrmMainTest, TheShortMenuBelongsToTheEmptyFrame) {
+  Start();
+  Choose(kTabWorkspace);
+  DocumentWindow* const document = NewPhotometry();
+  QLabel label(document);
+  label.setGeometry(10, 10, 50, 20);
+  label.show();
+  auto* const ground = Main->findChild<Workspace*>()->viewport();
+  auto* const menu = Main->findChild<QMenu*>(QStringLiteral("PopupMenu"));
+  const auto menuComes = [&](QWidget& where, const QPoint& at, QContextMenuEvent::Reason reason) {
+    QContextMenuEvent event(reason, at, where.mapToGlobal(at));
+    QCoreApplication::sendEvent(&where, &event);
+    const bool came = menu->isVisible();
+    menu->close();
+    return came;
+  };
+  for (const auto reason : {QContextMenuEvent::Mouse, QContextMenuEvent::Keyboard}) {
+    EXPECT_FALSE(menuComes(label, QPoint(5, 5), reason)) << reason;
+    EXPECT_FALSE(menuComes(*document, document->rect().bottomRight(), reason)) << reason;
+    EXPECT_TRUE(menuComes(*ground, ground->rect().bottomRight(), reason)) << reason;
+  }
 }
 
 TEST_F(FrmMainTest, NonsenseInEachKeyGivesAProgramThatRuns) {

@@ -217,6 +217,62 @@ TEST_F(FrmMainFiles, ClosingDuringARunWaitsForItsEnd) {
   EXPECT_TRUE(QTest::qWaitFor([this] { return !Main->isVisible(); }));
 }
 
+// Two windows, of which the first one measures and Close All comes in; what is asked then gets this answer.
+class FrmMainCloseAll : public testing_windows::FrameFixture {
+ protected:
+  void CloseAllInARun(Answer stop) {
+    Start();
+    ConnectNow();
+    DocumentWindow* const first = NewPhotometry();
+    NewPhotometry();
+    Main->findChild<Workspace*>()->Activate(first);
+    Choose(kSetBlank);
+    bool asked = false;
+    Loop.OnYield = [&] {
+      if (!first->RunsNow() || std::exchange(asked, true)) return;
+      Boxes.ExpectYesNo(Words(1211), stop);
+      EXPECT_TRUE(IsEnabled(kCloseAll));
+      Main->RunCommand(kCloseAll);
+      EXPECT_TRUE(Boxes.AllAsked());
+      // Once told it is not asked again.
+      if (stop == Answer::Yes) Main->RunCommand(kCloseAll);
+    };
+    Choose(kStartTest);
+    Loop.OnYield = nullptr;
+    Main->SampleTimer().stop();
+    EXPECT_TRUE(asked);
+  }
+};
+
+// The windows behind the one that measures stayed.
+TEST_F(FrmMainCloseAll, GoesOnBehindAWindowThatClosesAtTheEndOfItsRun) {
+  CloseAllInARun(Answer::Yes);
+  if (Main->ActiveForm()->IsWorkUnsaved()) Boxes.ExpectYesNoCancel(Words(1210), Answer::No);
+  EXPECT_TRUE(QTest::qWaitFor([this] { return WindowCount() == 0; }));
+  EXPECT_TRUE(Main->isVisible());
+}
+
+TEST_F(FrmMainCloseAll, EndsWhenTheRunIsToGoOn) {
+  CloseAllInARun(Answer::No);
+  QTest::qWait(20);
+  EXPECT_EQ(WindowCount(), 2);
+  for (DocumentWindow* document : Main->findChildren<DocumentWindow*>()) document->AllowClose();
+}
+
+TEST_F(FrmMainCloseAll, EndsAtACancel) {
+  Start();
+  ConnectNow();
+  NewPhotometry();
+  Choose(kSetBlank);
+  Choose(kStartTest);
+  NewPhotometry();
+  Boxes.ExpectYesNoCancel(Words(1210), Answer::Cancel);
+  EXPECT_FALSE(Main->mmuFileCloseAll());
+  QTest::qWait(20);
+  EXPECT_EQ(WindowCount(), 2);
+  for (DocumentWindow* document : Main->findChildren<DocumentWindow*>()) document->AllowClose();
+}
+
 TEST_F(FrmMainFiles, SeveralDroppedFilesAllOpenWhateverOneOfThemSays) {
   const QString a = WriteFile("a.bas", QByteArray::fromStdString(BasicFileBytes(1, 1)));
   const QString b = WriteFile("b.bas", "no data file");

@@ -63,6 +63,43 @@ TEST_F(FrmMainSpectra, SmoothingTakesTheActiveSpectrumAndShowsItsOptions) {
   EXPECT_TRUE(Main->mmuFileCloseAll());
 }
 
+// While another window measured, the commands of a window in the middle of its own export were offered.
+TEST_F(FrmMainSpectra, AWindowThatExportsBesideARunHasItsCommandsGrey) {
+  Start();
+  ConnectNow();
+  DocumentWindow* const measures = NewPhotometry();
+  OpenMeasured();
+  Choose(kSpectrumDerivative);
+  DocumentWindow* const exports = Main->ActiveForm();
+  auto* const workspace = Main->findChild<Workspace*>();
+  workspace->Activate(measures);
+  Choose(kSetBlank);
+  bool exported = false;
+  Loop.OnYield = [&] {
+    if (!measures->RunsNow() || std::exchange(exported, true)) return;
+    workspace->Activate(exports);
+    EXPECT_TRUE(IsEnabled(kTestOption));
+    Boxes.ExpectSaveName(Words(921), PathOf("no/such/folder.txt"));
+    Boxes.ExpectWords(Words(1213), [&] {
+      EXPECT_TRUE(exports->RunsNow());
+      EXPECT_FALSE(IsEnabled(kTestOption));
+      EXPECT_FALSE(IsEnabled(kSpectrumDerivative));
+      EXPECT_TRUE(IsEnabled(kZoomIn));
+      workspace->Activate(measures);
+      EXPECT_FALSE(IsEnabled(kTestOption));
+      workspace->Activate(exports);
+    });
+    Choose(kOutputText);
+    EXPECT_TRUE(IsEnabled(kTestOption)) << "as soon as its own export is over";
+  };
+  Choose(kStartTest);
+  Loop.OnYield = nullptr;
+  Main->SampleTimer().stop();
+  EXPECT_TRUE(exported);
+  EXPECT_TRUE(Boxes.AllAsked());
+  for (DocumentWindow* document : Main->findChildren<DocumentWindow*>()) document->AllowClose();
+}
+
 TEST_F(FrmMainSpectra, ASpectrumWithoutPointsIsNotProcessed) {
   Start();
   InDialog("FrmWLSConfig", [](QWidget& dialog) { dialog.close(); });

@@ -189,6 +189,27 @@ TEST_F(FrmMainTools, TheConnectionAfterTheStartWaitsForAToolDialogToClose) {
   EXPECT_TRUE(QTest::qWaitFor([&] { return Main->Link().State.InstrumentConnected; }));
 }
 
+TEST_F(FrmMainTools, TheConnectionAfterTheStartWaitsForAToolDialogBelowABoxToo) {
+  Start();
+  bool opened = false;
+  WhenDialog("FrmSetupWL", [&](QWidget& dialog) {
+    opened = true;
+    QDialog box(&dialog);
+    box.setModal(true);
+    box.show();
+    EXPECT_EQ(QApplication::activeModalWidget(), &box);
+    ConnectTimer().start(0);
+    QTest::qWait(50);
+    EXPECT_FALSE(Main->Link().State.InstrumentConnected);
+    EXPECT_TRUE(ConnectTimer().isActive()) << "it comes later";
+    box.close();
+    dialog.close();
+  });
+  Choose(kSetWavelength);
+  EXPECT_TRUE(opened);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return Main->Link().State.InstrumentConnected; }));
+}
+
 TEST_F(FrmMainTools, ABaselineFileOnTheCommandLineOpensItsDialogAndNothingConnects) {
   const QString path = WriteBaseline("day.bsl", 911, 300);
   Main =

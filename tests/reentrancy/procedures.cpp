@@ -103,7 +103,10 @@ std::vector<Procedure> MakeProcedures() {
        }},
       {"release", [](YieldYard& yard) { yard.Connect(); }, [](YieldYard& yard) { yard.Choose(kRelease); }},
       {"live reading", [](YieldYard& yard) { yard.Connect(); },
-       [](YieldYard& yard) { yard.Fire(yard.Main().SampleTimer()); }},
+       [](YieldYard& yard) {
+         yard.Fire(yard.Main().SampleTimer());
+         QCoreApplication::processEvents();
+       }},
       {"blank of the main window", Alone, [](YieldYard& yard) { yard.Choose(kSetBlank); }},
       {"tungsten lamp", Alone, [](YieldYard& yard) { yard.Choose(kTungstenLamp); }},
       {"deuterium lamp", Alone, [](YieldYard& yard) { yard.Choose(kDeuteriumLamp); }},

@@ -60,7 +60,7 @@ TEST_F(Upkeep, ALampThatDoesNotFollowIsWhatItWas) {
 TEST_F(Upkeep, AResetTakesWavelengthDarkEnergiesAndReference) {
   Peer.Lines["getwl"] = {"600.5"};
   Peer.Lines["rezero"] = {"43210", "5"};
-  EXPECT_EQ(ResetWavelength(Link, Display), UpkeepEnd::Done);
+  EXPECT_EQ(ResetWavelength(Link), UpkeepEnd::Done);
   EXPECT_EQ(Link.State.CurrentWavelength, 600.5);
   EXPECT_EQ(Link.State.FullEnergy, 43210);
   EXPECT_EQ(Link.State.GainIndex, 5);
@@ -120,7 +120,7 @@ TEST_F(Upkeep, ABlankWithoutLightSaysThatBeforeTheDarkTable) {
 TEST_F(Upkeep, AGainWithoutADarkEnergyLeavesTheOneThatHolds) {
   Link.State.DarkEnergy = 77;
   Peer.Lines["rezero"] = {"43210", "12"};
-  EXPECT_EQ(ResetWavelength(Link, Display), UpkeepEnd::Done);
+  EXPECT_EQ(ResetWavelength(Link), UpkeepEnd::Done);
   EXPECT_EQ(Link.State.DarkEnergy, 77);
 }
 

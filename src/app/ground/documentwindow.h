@@ -106,6 +106,8 @@ class DocumentWindow : public QWidget, public RezeroTarget {
   bool IsWorkUnsaved() const { return IsModified(); }
   /// A measurement of this window is under way.
   bool RunsNow() const { return runs_ > 0; }
+  /// The person has agreed that the window closes at the end of that.
+  bool ClosesAfterRun() const { return closeWanted_; }
   /// Shows what a journal has, as work that no file has yet, and goes on with the journal. False: it has
   /// another kind of document.
   bool BringBack(LeftJournal left);

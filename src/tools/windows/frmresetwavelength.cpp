@@ -54,7 +54,7 @@ void FrmResetWaveLength::Start() {
       LongestSeconds({"getwl", "adjustwl", "getwl", "getdark", "rezero"}),
       [&] {
         Link().Live.SampleTimerStop();
-        end = ResetWavelength(Link(), Frame().Display());
+        end = ResetWavelength(Link());
       },
       [&] { TellEnd(end); });
 }

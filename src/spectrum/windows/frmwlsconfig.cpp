@@ -190,8 +190,9 @@ bool FrmWLSConfig::TakeRange() {
   }
   const ScaleLimits& limits = LimitsOf(mode_);
   const std::string pattern = PatternOf(mode_, frame_.Link().Formats);
-  const ScanRange range{std::min(*top_->Number(), limits.Highest),
-                        std::max(*bottom_->Number(), limits.Lowest)};
+  ScanRange range{std::min(*top_->Number(), limits.Highest), std::max(*bottom_->Number(), limits.Lowest)};
+  // Energies are stored as whole numbers: two that lie apart may become one.
+  if (mode_ == ScanMode::Energy) range = {RoundHalfEven(range.Top), RoundHalfEven(range.Bottom)};
   top_->SetNumber(range.Top, pattern);
   bottom_->SetNumber(range.Bottom, pattern);
   // Limits of a damaged file may be no numbers.

@@ -136,6 +136,27 @@ TEST_F(ScanConfig, WavelengthsAreHeldInTheRangeOfTheInstrument) {
   EXPECT_EQ(Window->Document().Option().EndWavelength, 1000);
 }
 
+// 99.6 and 100.4 lie apart, and are stored as one whole number.
+TEST_F(ScanConfig, EndsOfTheEnergiesAreComparedAsTheyAreStored) {
+  OpenPoints({100, 10, 1});
+  Options([](QWidget& dialog) {
+    Click(dialog, "OptionEnergy");
+    Type(dialog, "ScaleTopText", "100.4");
+    Type(dialog, "ScaleBottomText", "99.6");
+    Click(dialog, "OKCmd");
+    EXPECT_TRUE(dialog.isVisible());
+    EXPECT_TRUE(Find<QLineEdit>(dialog, "ScaleTopText")->hasFocus());
+    EXPECT_EQ(Find<QLabel>(dialog, "LabelRemark")->text(), QStringLiteral("The top lies above the bottom."));
+    // Half to even.
+    Type(dialog, "ScaleTopText", "101.5");
+    Type(dialog, "ScaleBottomText", "100.5");
+    Click(dialog, "OKCmd");
+  });
+  EXPECT_EQ(Window->Document().Option().EnergyTop, 102);
+  EXPECT_EQ(Window->Document().Option().EnergyBottom, 100);
+  EXPECT_EQ(Stored("Energy Top"), "102");
+}
+
 TEST_F(ScanConfig, WrongInputStaysInItsField) {
   OpenPoints({100, 10, 1});
   struct Wrong {

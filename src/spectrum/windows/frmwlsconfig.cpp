@@ -205,7 +205,7 @@ bool FrmWLSConfig::TakeWavelengths() {
   const InstrumentState& state = frame_.Link().State;
   for (NumberField* field : {start_, end_}) {
     if (!field->Number()) return Refuse(*field, tr("This is no number."));
-    field->SetNumber(std::clamp(*field->Number(), state.WavelengthMin, state.WavelengthMax), kRangeFormat);
+    field->HoldInside(state.WavelengthMin, state.WavelengthMax, kRangeFormat);
   }
   if (!(*start_->Number() < *end_->Number())) return Refuse(*end_, tr("The end lies above the start."));
   settings_.Option.StartWavelength = *start_->Number();

@@ -157,6 +157,48 @@ TEST_F(ScanConfig, EndsOfTheEnergiesAreComparedAsTheyAreStored) {
   EXPECT_EQ(Stored("Energy Top"), "102");
 }
 
+// The value kept what was typed, and the box showed a digit less.
+TEST_F(ScanConfig, ATypedWavelengthIsWhatItsBoxShows) {
+  OpenPoints({100, 10, 1});
+  Options([](QWidget& dialog) {
+    Type(dialog, "StartWLText", "400");
+    Type(dialog, "EndWLText", "400.04");
+    Click(dialog, "OKCmd");
+    EXPECT_TRUE(dialog.isVisible());
+    EXPECT_EQ(Find<QLineEdit>(dialog, "EndWLText")->text(), QStringLiteral("400.0"));
+    EXPECT_EQ(Find<QLabel>(dialog, "LabelRemark")->text(), QStringLiteral("The end lies above the start."));
+    Type(dialog, "EndWLText", "700.26");
+    Click(dialog, "OKCmd");
+    if (dialog.isVisible()) dialog.close();
+  });
+  EXPECT_EQ(Window->Document().Option().StartWavelength, 400);
+  EXPECT_EQ(Window->Document().Option().EndWavelength, 700.3);
+  EXPECT_EQ(Stored("End WaveLength"), "700.3");
+}
+
+TEST_F(ScanConfig, AWavelengthOfTheFileStaysWholeBesideATypedOne) {
+  WLSOption option = OtherOption();
+  option.StartWavelength = 490.123;
+  OpenPoints({100, 10, 1}, option);
+  Options([](QWidget& dialog) {
+    Type(dialog, "EndWLText", "512.34");
+    Click(dialog, "OKCmd");
+  });
+  EXPECT_EQ(Window->Document().Option().StartWavelength, 490.123);
+  EXPECT_EQ(Window->Document().Option().EndWavelength, 512.3);
+}
+
+// "1000.1" is what the box shows of 1000.05, and the instrument has no such wavelength.
+TEST_F(ScanConfig, RoundingLeadsNoWavelengthOutOfTheRange) {
+  Link.State.WavelengthMax = 1000.05;
+  OpenPoints({100, 10, 1});
+  Options([](QWidget& dialog) {
+    Type(dialog, "EndWLText", "2000");
+    Click(dialog, "OKCmd");
+  });
+  EXPECT_EQ(Window->Document().Option().EndWavelength, 1000.05);
+}
+
 TEST_F(ScanConfig, WrongInputStaysInItsField) {
   OpenPoints({100, 10, 1});
   struct Wrong {

@@ -295,6 +295,55 @@ TEST_F(ScanConfig, SmoothingMovesTheMarksAlong) {
   EXPECT_FALSE(Window->isWindowModified());
 }
 
+/// One band of 1 Abs, which the means of five points bring down to 0.179: above and below a peak value of
+/// 0.5.
+const std::vector<int> kNarrowBand = {100, 100, 100, 10, 100, 100, 100};
+
+// A search without a result counted as none.
+TEST_F(ScanConfig, ASearchThatFoundNothingIsMadeAgain) {
+  Settings.PutSetting(kScanSection, "Peak Height", "0.5");
+  OpenPoints(kNarrowBand);
+  const auto switchSmoothing = [this] {
+    Options([](QWidget& dialog) {
+      Click(dialog, "CheckSmooth");
+      Click(dialog, "OKCmd");
+    });
+  };
+  switchSmoothing();
+  Window->FindPeak();
+  ASSERT_TRUE(Curve->View().Marks.empty());
+  switchSmoothing();
+  ASSERT_EQ(Curve->View().Marks.size(), 1U);
+  EXPECT_DOUBLE_EQ(Curve->View().Marks[0].Y, 10);
+  EXPECT_EQ(Peaks().rowCount(), 1);
+}
+
+TEST_F(ScanConfig, ASearchThatWasNotMadeOrIsGoneIsNotMadeAgain) {
+  OpenPoints(kNarrowBand);
+  const auto switchSmoothing = [this] {
+    Options([](QWidget& dialog) {
+      Click(dialog, "CheckSmooth");
+      Click(dialog, "OKCmd");
+    });
+    EXPECT_TRUE(Curve->View().Marks.empty());
+  };
+  switchSmoothing();
+  Window->FindPeak();
+  ASSERT_FALSE(Curve->View().Marks.empty());
+  ASSERT_TRUE(Window->mmuOpenFile(PathOf("a.wls")));
+  switchSmoothing();
+  // Both kinds off, and on again.
+  Window->FindPeak();
+  for (int i = 0; i < 2; ++i) {
+    Options([](QWidget& dialog) {
+      Click(dialog, "CheckPeak");
+      Click(dialog, "CheckValley");
+      Click(dialog, "OKCmd");
+    });
+  }
+  switchSmoothing();
+}
+
 TEST_F(ScanConfig, APeakValueIsShownAsStored) {
   Settings.PutSetting(kScanSection, "Peak Height", "0.0123456");
   Open();

@@ -63,12 +63,14 @@ std::string ImageBytes(const QImage& image, const char* format) {
   return image.save(&buffer, format) ? buffer.data().toStdString() : std::string();
 }
 
-std::string WorkbookBytes(ExportDocument& document, const ExportSurroundings& around,
-                          const WorkProgress& progress) {
+std::string WorkbookBytes(const ExportArguments& arguments, ExportDocument& document,
+                          const ExportSurroundings& around, const WorkProgress& progress) {
+  const ExportSheet sheet = document.Sheet(around);
+  if (!FitsWorkbook(sheet)) throw Refusal(arguments.Out, kTooLongForWorkbook);
   std::optional<SheetPicture> picture;
   const QImage image = document.Picture(around);
   if (!image.isNull()) picture = SheetPicture{ImageBytes(image, "PNG"), image.width(), image.height()};
-  return ExportWorkbook(document.Sheet(around), picture, progress)->Bytes();
+  return ExportWorkbook(sheet, picture, progress)->Bytes();
 }
 
 /// What goes into the file, by its ending.
@@ -76,7 +78,7 @@ std::string OutputBytes(const ExportArguments& arguments, ExportDocument& docume
                         const ExportSurroundings& around, const std::string& ending,
                         const WorkProgress& progress) {
   if (ending == ".txt") return ExportText(document.Sheet(around), progress);
-  if (ending == ".xls") return WorkbookBytes(document, around, progress);
+  if (ending == ".xls") return WorkbookBytes(arguments, document, around, progress);
   if (ending == ".bmp") {
     if (document.PictureRefusal() != 0) throw Refusal(arguments.File, Text(document.PictureRefusal()));
     return ImageBytes(document.Picture(around).convertToFormat(QImage::Format_RGB32), "BMP");

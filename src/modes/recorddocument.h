@@ -24,7 +24,7 @@ class RecordDocument {
 
   /// Changes that no file has yet.
   bool IsModified() const { return modified_; }
-  /// Only a part of the records of its file could be read. Such a document is shown; it never takes the place
+  /// Only a part of its file could be read. Such a document is shown; it never takes the place
   /// of that file.
   bool IsHalfLoaded() const { return halfLoaded_; }
   /// Path of the file; empty before the first save.
@@ -112,6 +112,8 @@ class RecordDocumentOf : public RecordDocument {
     module_->StateCount(option_, RecordCount());
     MarkModified();
   }
+  /// The options are worth showing when none of the records that a file states could be read.
+  virtual bool StandsWithoutRecords() const { return false; }
   /// What the option block of a file says beside what the document holds.
   virtual void StampOption(OptionT&) const {}
 
@@ -128,7 +130,8 @@ class RecordDocumentOf : public RecordDocument {
     OptionT option;
     std::vector<RecordT> records;
     FileFault fault = LoadDataFile(*module_, path, option, records);
-    taken = !fault || !records.empty();
+    const bool recordsMissing = fault.Error == FileError::Damaged && fault.Stated > 0;
+    taken = !fault || !records.empty() || (recordsMissing && StandsWithoutRecords());
     if (!taken) return fault;
     option_ = std::move(option);
     records_ = std::move(records);

@@ -111,7 +111,6 @@ class SheetWriter {
     std::vector<Workbook::Style> styles;
     for (const TableColumn& column : table.Columns) styles.push_back(StyleOf(column));
     for (std::int32_t row = 0; row < table.RowCount; ++row, ++row_) {
-      if (row_ >= kMostSheetRows) return true;
       for (std::uint32_t i = 0; i < table.Columns.size(); ++i) {
         const TableCell cell = table.CellAt(row, i);
         const auto* const number = std::get_if<double>(&cell);
@@ -158,8 +157,18 @@ std::string ExportText(const ExportSheet& sheet, const WorkProgress& progress) {
   return text;
 }
 
+bool FitsWorkbook(const ExportSheet& sheet) {
+  auto rows = static_cast<std::int64_t>(sheet.Lines.size() - sheet.TextOnlyLines);
+  for (const DataTable& table : sheet.Tables) {
+    constexpr std::int64_t kTitles = 1;
+    rows += table.LinesBefore + (table.Heading.empty() ? 0 : 1) + kTitles + std::max(table.RowCount, 1);
+  }
+  return rows <= kMostSheetRows;
+}
+
 std::optional<Workbook> ExportWorkbook(const ExportSheet& sheet, const std::optional<SheetPicture>& picture,
                                        const WorkProgress& progress) {
+  if (!FitsWorkbook(sheet)) return {};
   SheetWriter writer(sheet, progress);
   if (!writer.Write()) return {};
   if (picture) writer.Book().InsertPicture(kPictureRow, kPictureColumn, *picture);

@@ -81,6 +81,11 @@ std::int32_t SpectrumDocument::ExpectedPoints() const {
   return static_cast<std::int32_t>(std::min(points, static_cast<double>(kMostSpectrumPoints)));
 }
 
+void SpectrumDocument::ForgetSearch() {
+  found_ = {};
+  searched_ = false;
+}
+
 void SpectrumDocument::SetSmooth(bool smooth) {
   if (smooth == smooth_) return;
   smooth_ = smooth;
@@ -113,7 +118,7 @@ bool SpectrumDocument::SetPointCount(std::int32_t count) {
     values->resize(static_cast<std::size_t>(count));
   }
   option_.PointCount = count;
-  found_ = {};
+  ForgetSearch();
   modified_ = modified_ || count > 0;
   return true;
 }
@@ -143,7 +148,7 @@ void SpectrumDocument::TakeOption(const WLSOption& option, const std::string& pa
   option_ = option;
   option_.PointCount = PointCount();
   ShowHome();
-  found_ = {};
+  ForgetSearch();
   fileName_ = path;
 }
 

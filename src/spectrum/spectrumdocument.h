@@ -62,10 +62,17 @@ class SpectrumDocument {
   bool Smooth() const { return smooth_; }
 
   /// Searches the absorbance, whatever the mode.
-  void FindPeak(const PeakSearch& search) { found_ = spectrane::FindPeak(wavelength_, abs_, search); }
+  void FindPeak(const PeakSearch& search) {
+    found_ = spectrane::FindPeak(wavelength_, abs_, search);
+    searched_ = true;
+  }
+  /// These points were searched, whatever was found.
+  bool IsSearched() const { return searched_; }
   const FoundPeaks& Found() const { return found_; }
   void ForgetPeaks() { found_.PeakIndex.clear(); }
   void ForgetValleys() { found_.ValleyIndex.clear(); }
+  /// As before the first search.
+  void ForgetSearch();
 
   /// A processed spectrum from outside, point by point. False, and nothing is done, for an index beyond the
   /// last point that a spectrum can have and for a measured spectrum.
@@ -113,6 +120,7 @@ class SpectrumDocument {
   std::vector<double> abs_;
   std::vector<double> energy_;
   FoundPeaks found_;
+  bool searched_ = false;
   std::string fileName_;
   FileFault fault_;
   bool smooth_ = false;

@@ -1,14 +1,17 @@
 #include <QMenu>
 #include <QMimeData>
+#include <QTableView>
 #include <QTest>
 
 #include "app/framefixture.h"
 #include "app/ground/words.h"
 #include "files/filesupport.h"
+#include "modes/windows/frmqua.h"
 
 namespace spectrane {
 namespace {
 
+using testing_windows::Find;
 using testing_windows::InDialog;
 using FrmMainFiles = testing_windows::FrameFixture;
 
@@ -298,6 +301,44 @@ TEST_F(FrmMainFiles, AFileThatComesDuringAConnectionOpensAfterIt) {
   Main->mmuOperationConnect();
   Loop.OnYield = nullptr;
   EXPECT_TRUE(QTest::qWaitFor([this] { return WindowCount() == 1; }));
+}
+
+// Its standards and its curve went with its only record.
+TEST_F(FrmMainFiles, AQuantitationThatLostItsOnlyRecordIsShownWithItsCurve) {
+  const QString path = PathOf("dye.qua");
+  QuantitationDocument made;
+  QuantitationSettings settings;
+  settings.FittingMethod = 1;
+  made.Configure(settings);
+  for (const int row : {0, 1}) {
+    made.SetStandardConc(row, 10 * row + 1);
+    made.SetStandardReadings(row, row);
+  }
+  made.Append(made.MakeRecord("sample", 0.5));
+  ASSERT_TRUE(made.SaveFile(path.toStdString()));
+  std::string cut = ReadBytes(path.toStdString());
+  cut.pop_back();
+  WriteBytes(path.toStdString(), cut);
+  Start();
+  Boxes.ExpectWords(path + Words(1214));
+  EXPECT_FALSE(Main->OpenDataFile(path));
+  EXPECT_EQ(Boxes.Details, QStringLiteral("damaged: has 0 of the 1 records that it states"));
+  ASSERT_EQ(WindowCount(), 1);
+  const auto* const window = dynamic_cast<FrmQua*>(Main->ActiveForm());
+  ASSERT_NE(window, nullptr);
+  EXPECT_EQ(window->OpenFileName(), path);
+  EXPECT_EQ(window->Document().RecordCount(), 0);
+  EXPECT_EQ(window->Document().Option().CurveK, made.Option().CurveK);
+  EXPECT_TRUE(window->Document().Option().CurveValid);
+  EXPECT_EQ(Find<QTableView>(*window, "QuaConfigGrid")->model()->rowCount(), 2);
+  EXPECT_EQ(Find<QTableView>(*window, "RecordGrid")->model()->rowCount(), 0);
+  EXPECT_FALSE(window->isWindowModified());
+  // Save asks for a name, and the file keeps what it has.
+  Boxes.ExpectSaveName(Words(1047), {});
+  Choose(kSave);
+  EXPECT_EQ(ReadBytes(path.toStdString()), cut);
+  Choose(kClose);
+  EXPECT_EQ(WindowCount(), 0);
 }
 
 TEST_F(FrmMainFiles, TwoWindowsNeverShareAFile) {

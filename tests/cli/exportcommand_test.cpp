@@ -3,6 +3,7 @@
 #include "base/notfinite.h"
 #include "cli/batchsupport.h"
 #include "cli/processes.h"
+#include "files/basicfile.h"
 #include "files/bslfile.h"
 #include "files/samplefiles.h"
 #include "files/tsfile.h"
@@ -163,6 +164,20 @@ TEST_F(ExportCommand, AnExistingFileIsReplacedOnlyByForce) {
   EXPECT_EQ(ReadBytes(Path("run.txt")), "old");
   EXPECT_EQ(Program({"export", "--force", file, Path("run.txt")}).Status, 0);
   EXPECT_NE(ReadBytes(Path("run.txt")), "old");
+}
+
+// The rows that the sheet has no place for were left out, and the command ended well.
+TEST_F(ExportCommand, MoreRowsThanASpreadsheetHoldsAreRefused) {
+  // Three lines and the titles stand above the rows.
+  constexpr std::int32_t kMost = 65536 - 4;
+  ASSERT_FALSE(SaveDataFile(BasicModule(), Path("long.bas"), BasicOption(), kMost + 1, [](std::int32_t) {
+    return BasicRecord{50, 100, 0, 546, ""};
+  }));
+  WriteBytes(Path("run.xls"), "old");
+  ExpectRefused(Program({"export", "--force", Path("long.bas"), Path("run.xls")}), "run.xls",
+                "a spreadsheet of this kind holds 65536 rows; export as text");
+  EXPECT_EQ(ReadBytes(Path("run.xls")), "old");
+  EXPECT_EQ(NamesIn(folder_.Path()), 2u);
 }
 
 TEST_F(ExportCommand, E04_NoCommandWritesOntoTheSettingsOrOntoWhatItReads) {

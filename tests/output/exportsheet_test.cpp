@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <limits>
 #include <map>
 #include <sstream>
 
@@ -252,6 +253,33 @@ TEST(ScanExport, SpreadsheetHasItsPlacesMergesAndFormats) {
   EXPECT_THAT(listing, HasSubstr("cell 7 0 text 'Wavelength Scan Data Record' @"));
   EXPECT_THAT(listing, HasSubstr("cell 13 2 text '-' 0.000 Verdana 10 plain 0\n"));
   EXPECT_THAT(listing, Not(HasSubstr("nan")));
+}
+
+// Rows behind the last one of a sheet were left out without a word.
+TEST(LongSheet, IsNoSpreadsheet) {
+  std::int32_t asked = 0;
+  DataTable table;
+  table.Heading = "Readings";
+  table.LinesBefore = 3;
+  table.Columns = {{"No.", "0", 6}};
+  table.CellAt = [&asked](std::int32_t row, std::size_t) -> TableCell {
+    ++asked;
+    return row + 1.0;
+  };
+  DataTable empty = table;
+  empty.EmptyWords = "none";
+  // Two lines; six rows of the empty table; three empty ones, a heading and the titles: 13.
+  ExportSheet sheet{{"text alone", "a", "b"}, {empty, table}, 1};
+  sheet.Tables[1].RowCount = 65536 - 13;
+  EXPECT_TRUE(FitsWorkbook(sheet));
+  EXPECT_TRUE(ExportWorkbook(sheet, {}));
+  EXPECT_EQ(asked, 65536 - 13);
+  ++sheet.Tables[1].RowCount;
+  EXPECT_FALSE(FitsWorkbook(sheet));
+  EXPECT_FALSE(ExportWorkbook(sheet, {}));
+  EXPECT_EQ(asked, 65536 - 13) << "refused before the first row";
+  sheet.Tables[1].RowCount = std::numeric_limits<std::int32_t>::max();
+  EXPECT_FALSE(FitsWorkbook(sheet));
 }
 
 TEST(ExportProgress, RisesInTensAndEndsTheWork) {

@@ -99,6 +99,11 @@ void DocumentWindow::mmuFileOutputTXT() {
 void DocumentWindow::mmuFileOutputXLS() {
   if (RunsNow()) return;
   CommitEditors();
+  // Nobody is asked for the name of a file that there will not be.
+  if (const std::optional<ExportSheet> sheet = MakeSheet(); sheet && !FitsWorkbook(*sheet)) {
+    frame_.Boxes().ShowWords(Words(kOutputError), QString::fromUtf8(kTooLongForWorkbook), kOutputError);
+    return;
+  }
   const QString path = AskOutputPath(kWorkbookFilter, ".xls");
   if (path.isEmpty()) return;
   WriteOutput(path, [this](const WorkProgress& progress) {

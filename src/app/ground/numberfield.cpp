@@ -1,5 +1,7 @@
 #include "app/ground/numberfield.h"
 
+#include <algorithm>
+
 #include "base/numbers.h"
 #include "base/numericfault.h"
 
@@ -33,6 +35,15 @@ void NumberField::Show(double number, const std::string& text) {
 std::optional<double> NumberField::Number() const {
   if (text() == shown_) return number_;
   return ParseNumber(text().toStdString());
+}
+
+void NumberField::HoldInside(double lowest, double highest, const std::string& pattern) {
+  std::optional<double> number = Number();
+  if (!number) return;
+  const double held = std::clamp(*number, lowest, highest);
+  if (text() != shown_) number = ParseNumber(Format(held, pattern));
+  // What is rounded may lie outside again.
+  Show(std::clamp(number.value_or(held), lowest, highest), Format(held, pattern));
 }
 
 std::optional<double> NumberField::LeadingNumber() const {

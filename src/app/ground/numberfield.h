@@ -20,6 +20,9 @@ class NumberField : public QLineEdit {
   void SetNumber(double number);
   /// Nothing when the text is no number.
   std::optional<double> Number() const;
+  /// Brings the number into these limits and rewrites the text by the pattern. What was typed is from now on
+  /// the number that the text shows; one that nobody typed keeps its digits. A text that is no number stays.
+  void HoldInside(double lowest, double highest, const std::string& pattern);
   /// The number at the head of the text, whatever follows; 0 where there is none. Nothing for one beyond all
   /// doubles.
   std::optional<double> LeadingNumber() const;

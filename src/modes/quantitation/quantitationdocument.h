@@ -73,6 +73,8 @@ class QuantitationDocument : public RecordDocumentOf<QuaOption, QuaRecord> {
  protected:
   /// Options alone are enough.
   bool HasContents() const override { return true; }
+  /// The standards and their curve are in them.
+  bool StandsWithoutRecords() const override { return true; }
 
  private:
   std::size_t StandardIndex(std::int32_t row) const;

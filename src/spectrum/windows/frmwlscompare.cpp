@@ -71,6 +71,7 @@ void FrmWLSCompare::BuildTables() {
 }
 
 void FrmWLSCompare::ShowConfigWindow() {
+  if (RunsNow()) return;
   const QPointer<FrmWLSCompare> self(this);
   FrmWLSCompareConfig dialog(Frame(), settings_);
   if (dialog.exec() != QDialog::Accepted || !self) return;
@@ -228,7 +229,7 @@ void FrmWLSCompare::mmuFileOutputTXT() {
 
 bool FrmWLSCompare::Offers(int command) const {
   if (command == kPrint || command == kPrintPreview) return false;
-  return command == kTestOption || CurveWindow::Offers(command);
+  return command == kTestOption ? !RunsNow() : CurveWindow::Offers(command);
 }
 
 void FrmWLSCompare::FormatsChanged() {

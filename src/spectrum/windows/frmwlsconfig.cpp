@@ -190,8 +190,9 @@ bool FrmWLSConfig::TakeRange() {
   }
   const ScaleLimits& limits = LimitsOf(mode_);
   const std::string pattern = PatternOf(mode_, frame_.Link().Formats);
-  const ScanRange range{std::min(*top_->Number(), limits.Highest),
-                        std::max(*bottom_->Number(), limits.Lowest)};
+  ScanRange range{std::min(*top_->Number(), limits.Highest), std::max(*bottom_->Number(), limits.Lowest)};
+  // Energies are stored as whole numbers: two that lie apart may become one.
+  if (mode_ == ScanMode::Energy) range = {RoundHalfEven(range.Top), RoundHalfEven(range.Bottom)};
   top_->SetNumber(range.Top, pattern);
   bottom_->SetNumber(range.Bottom, pattern);
   // Limits of a damaged file may be no numbers.
@@ -204,7 +205,7 @@ bool FrmWLSConfig::TakeWavelengths() {
   const InstrumentState& state = frame_.Link().State;
   for (NumberField* field : {start_, end_}) {
     if (!field->Number()) return Refuse(*field, tr("This is no number."));
-    field->SetNumber(std::clamp(*field->Number(), state.WavelengthMin, state.WavelengthMax), kRangeFormat);
+    field->HoldInside(state.WavelengthMin, state.WavelengthMax, kRangeFormat);
   }
   if (!(*start_->Number() < *end_->Number())) return Refuse(*end_, tr("The end lies above the start."));
   settings_.Option.StartWavelength = *start_->Number();

@@ -143,6 +143,8 @@ void ProcessWindow::StoreAll() {
 }
 
 void ProcessWindow::ShowConfigWindow() {
+  // An export that runs holds on to the sources that stand.
+  if (RunsNow()) return;
   const QPointer<ProcessWindow> self(this);
   ProcessConfig dialog(Frame(), plan_, AllSettings());
   const bool confirmed = dialog.exec() == QDialog::Accepted;
@@ -201,7 +203,7 @@ void ProcessWindow::PeakHeightChanged() {
 
 bool ProcessWindow::Offers(int command) const {
   if (command == kPrint || command == kPrintPreview) return false;
-  return command == kTestOption || SpectrumWindow::Offers(command);
+  return command == kTestOption ? !RunsNow() : SpectrumWindow::Offers(command);
 }
 
 void ProcessWindow::FormatsChanged() {

@@ -141,8 +141,7 @@ void ScaleFields::HoldEnds() {
 
 void ScaleFields::HoldWavelength(NumberField& field) {
   const InstrumentState& state = frame_.Link().State;
-  if (const std::optional<double> typed = field.Number())
-    field.SetNumber(std::clamp(*typed, state.WavelengthMin, state.WavelengthMax), kWavelengthEndFormat);
+  field.HoldInside(state.WavelengthMin, state.WavelengthMax, kWavelengthEndFormat);
 }
 
 bool ScaleFields::Refuse(NumberField& field, const QString& remark) {

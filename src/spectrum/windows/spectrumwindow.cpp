@@ -74,15 +74,15 @@ void SpectrumWindow::DisplayRecordTable() {
 
 void SpectrumWindow::TakeSettings(const ScanSettings& settings) {
   settings_ = settings;
-  const bool searched = !document_.Found().PeakIndex.empty() || !document_.Found().ValleyIndex.empty();
   const bool otherValues = settings.SmoothEnable != document_.Smooth();
   document_.SetSmooth(settings.SmoothEnable);
   document_.SetOption(settings.Option);
   // Marks of other values would stand beside the curve.
-  if (searched && otherValues)
+  if (document_.IsSearched() && otherValues)
     document_.FindPeak({settings.PeakHeight, settings.PeakEnable, settings.ValleyEnable});
   if (!settings.PeakEnable) document_.ForgetPeaks();
   if (!settings.ValleyEnable) document_.ForgetValleys();
+  if (!settings.PeakEnable && !settings.ValleyEnable) document_.ForgetSearch();
   ShowPicture();
   DisplayRecordTable();
   Frame().DataTableChanged(this);

@@ -344,6 +344,52 @@ TEST_F(QuantitationDocumentTest, AHalfLoadedDocumentIsSavedElsewhereOnly) {
   EXPECT_FALSE(document_.IsModified());
 }
 
+// The curve of a file that had lost its only record was lost with it.
+TEST_F(QuantitationDocumentTest, AFileThatLostAllItsRecordsStillHasItsCurve) {
+  Calibrate();
+  Append(1);
+  ASSERT_TRUE(document_.SaveFile(File()));
+  QuaOption saved = document_.Option();
+  const std::string whole = ReadBytes(File());
+  // The last byte of the record is gone; all of it; the two spare bytes in front of it as well.
+  for (const std::size_t length : {kOptionEnd + kRecord - 1, kOptionEnd, kOptionEnd - 2}) {
+    const std::string cut = whole.substr(0, length);
+    WriteBytes(File(), cut);
+    document_ = QuantitationDocument();
+    EXPECT_FALSE(document_.OpenFile(File())) << length;
+    EXPECT_EQ(document_.LastFault().Error, FileError::Damaged);
+    EXPECT_EQ(document_.LastFault().Stated, 1);
+    EXPECT_TRUE(document_.IsHalfLoaded()) << length;
+    EXPECT_EQ(document_.FileName(), File());
+    saved.TestRecordCount = 0;
+    EXPECT_EQ(document_.Option(), saved) << length;
+    EXPECT_NEAR(document_.CalcConc(0.5), 6, 1e-9);
+    EXPECT_FALSE(document_.IsModified());
+    document_.SetStandardNote(0, "new");
+    EXPECT_FALSE(document_.SaveFile(File()));
+    EXPECT_EQ(document_.LastFault().Error, FileError::HalfRead);
+    EXPECT_EQ(ReadBytes(File()), cut);
+    EXPECT_TRUE(document_.SaveFile(folder_.Path("b.qua")));
+  }
+}
+
+TEST_F(QuantitationDocumentTest, AFileWithANegativeCountOrAPartOfItsOptionsIsRefused) {
+  Calibrate();
+  Append(1);
+  ASSERT_TRUE(document_.SaveFile(File()));
+  std::string bytes = ReadBytes(File());
+  const QuaOption before = document_.Option();
+  WriteBytes(File(), bytes.substr(0, 104 + 12476 - 1));
+  EXPECT_FALSE(document_.OpenFile(File()));
+  EXPECT_FALSE(document_.IsHalfLoaded());
+  bytes.replace(104 + 12472, 4, Long(-1));
+  WriteBytes(File(), bytes);
+  EXPECT_FALSE(document_.OpenFile(File()));
+  EXPECT_FALSE(document_.IsHalfLoaded());
+  EXPECT_EQ(document_.Option(), before);
+  EXPECT_EQ(Names(), Texts{"row 0"});
+}
+
 TEST_F(QuantitationDocumentTest, AFailedSaveKeepsTheMark) {
   Calibrate();
   document_.SetStandardName(0, "low");

@@ -105,6 +105,26 @@ TEST_F(Outputs, AWriteThatFailsAfterYesLeavesTheOldFile) {
   EXPECT_EQ(Exports(), 1u);
 }
 
+// The rows that the sheet has no place for were left out, and the export was told as done.
+TEST_F(Outputs, MoreRowsThanASpreadsheetHoldsAreRefused) {
+  Open();
+  // Three lines and the titles stand above the rows.
+  constexpr std::int32_t kMost = 65536 - 4;
+  ASSERT_FALSE(
+      SaveDataFile(BasicModule(), Folder.Path("long.bas"), BasicOption(), kMost + 1, [](std::int32_t) {
+        return BasicRecord{50, 100, 0, 546, ""};
+      }));
+  ASSERT_TRUE(Window->mmuOpenFile(PathOf("long.bas")));
+  Boxes.ExpectWords(Words(1213));
+  Window->mmuFileOutputXLS();
+  EXPECT_EQ(Boxes.Details, QStringLiteral("a spreadsheet of this kind holds 65536 rows; export as text"));
+  EXPECT_EQ(Exports(), 0u);
+  EXPECT_TRUE(Window->Offers(kOutputWorkbook));
+  Boxes.ExpectSaveName(TextFilter(), PathOf("run.txt"));
+  Window->mmuFileOutputTXT();
+  EXPECT_THAT(Bytes("run.txt"), HasSubstr("\n65533\t546.0\t0.301\t50.0\t50\t\n"));
+}
+
 #ifndef _WIN32
 TEST_F(Outputs, AFullDiskLeavesTheOldFileAndNothingElse) {
   OpenWithRows();

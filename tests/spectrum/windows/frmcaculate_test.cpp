@@ -284,6 +284,29 @@ TEST_F(Caculation, ExportsResultAndSources) {
   EXPECT_THAT(listing, HasSubstr("WL.(nm)"));
 }
 
+// Options that were taken in the middle of an export put other sources under it.
+TEST_F(Caculation, NothingIsSetWhileAnExportRuns) {
+  FrmCaculate window(Main, SpectrumOperation::Add);
+  Combine(window, Measured("a.wls", {10, 10}), Measured("b.wls", {1, 1}));
+  bool ran = false;
+  bool opened = false;
+  QTimer::singleShot(0, &window, [&] {
+    ran = window.RunsNow();
+    EXPECT_FALSE(window.Offers(kTestOption));
+    QTimer::singleShot(0, &window, [&opened] {
+      QWidget* const dialog = QApplication::activeModalWidget();
+      opened = dialog != nullptr;
+      if (opened) dialog->close();
+    });
+    window.ShowConfigWindow();
+  });
+  Boxes.ExpectSaveName(Words(921), PathOf("c.txt"));
+  window.mmuFileOutputTXT();
+  EXPECT_TRUE(ran);
+  EXPECT_FALSE(opened);
+  EXPECT_TRUE(window.Offers(kTestOption));
+}
+
 TEST_F(Caculation, SavesTheResultAloneAndHandsItOn) {
   FrmCaculate window(Main, SpectrumOperation::Subtract);
   Combine(window, Measured("a.wls", {10, 10, 10, 10}), Measured("b.wls", {1, 1, 1, 1}));

@@ -250,6 +250,29 @@ TEST_F(Comparison, PicturesHaveTheLegend) {
   EXPECT_EQ(ReadBytes(Folder.Path("c.bmp")).substr(0, 2), "BM");
 }
 
+TEST_F(Comparison, NothingIsSetWhileAnExportRuns) {
+  FrmWLSCompare window(Main);
+  Present(window);
+  Compare(window, {{0, Measured("a.wls", {100, 10})}});
+  bool ran = false;
+  bool opened = false;
+  Boxes.ExpectSaveName(Words(934), PathOf("gone/c.bmp"));
+  Boxes.ExpectWords(Words(1213), [&] {
+    ran = window.RunsNow();
+    EXPECT_FALSE(window.Offers(kTestOption));
+    QTimer::singleShot(0, &window, [&opened] {
+      QWidget* const dialog = QApplication::activeModalWidget();
+      opened = dialog != nullptr;
+      if (opened) dialog->close();
+    });
+    window.ShowConfigWindow();
+  });
+  window.mmuFileOutputBMP();
+  EXPECT_TRUE(ran);
+  EXPECT_FALSE(opened);
+  EXPECT_TRUE(window.Offers(kTestOption));
+}
+
 TEST_F(Comparison, ZoomsAndReadsOut) {
   FrmWLSCompare window(Main);
   Present(window);

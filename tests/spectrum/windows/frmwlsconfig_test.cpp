@@ -136,6 +136,69 @@ TEST_F(ScanConfig, WavelengthsAreHeldInTheRangeOfTheInstrument) {
   EXPECT_EQ(Window->Document().Option().EndWavelength, 1000);
 }
 
+// 99.6 and 100.4 lie apart, and are stored as one whole number.
+TEST_F(ScanConfig, EndsOfTheEnergiesAreComparedAsTheyAreStored) {
+  OpenPoints({100, 10, 1});
+  Options([](QWidget& dialog) {
+    Click(dialog, "OptionEnergy");
+    Type(dialog, "ScaleTopText", "100.4");
+    Type(dialog, "ScaleBottomText", "99.6");
+    Click(dialog, "OKCmd");
+    EXPECT_TRUE(dialog.isVisible());
+    EXPECT_TRUE(Find<QLineEdit>(dialog, "ScaleTopText")->hasFocus());
+    EXPECT_EQ(Find<QLabel>(dialog, "LabelRemark")->text(), QStringLiteral("The top lies above the bottom."));
+    // Half to even.
+    Type(dialog, "ScaleTopText", "101.5");
+    Type(dialog, "ScaleBottomText", "100.5");
+    Click(dialog, "OKCmd");
+  });
+  EXPECT_EQ(Window->Document().Option().EnergyTop, 102);
+  EXPECT_EQ(Window->Document().Option().EnergyBottom, 100);
+  EXPECT_EQ(Stored("Energy Top"), "102");
+}
+
+// The value kept what was typed, and the box showed a digit less.
+TEST_F(ScanConfig, ATypedWavelengthIsWhatItsBoxShows) {
+  OpenPoints({100, 10, 1});
+  Options([](QWidget& dialog) {
+    Type(dialog, "StartWLText", "400");
+    Type(dialog, "EndWLText", "400.04");
+    Click(dialog, "OKCmd");
+    EXPECT_TRUE(dialog.isVisible());
+    EXPECT_EQ(Find<QLineEdit>(dialog, "EndWLText")->text(), QStringLiteral("400.0"));
+    EXPECT_EQ(Find<QLabel>(dialog, "LabelRemark")->text(), QStringLiteral("The end lies above the start."));
+    Type(dialog, "EndWLText", "700.26");
+    Click(dialog, "OKCmd");
+    if (dialog.isVisible()) dialog.close();
+  });
+  EXPECT_EQ(Window->Document().Option().StartWavelength, 400);
+  EXPECT_EQ(Window->Document().Option().EndWavelength, 700.3);
+  EXPECT_EQ(Stored("End WaveLength"), "700.3");
+}
+
+TEST_F(ScanConfig, AWavelengthOfTheFileStaysWholeBesideATypedOne) {
+  WLSOption option = OtherOption();
+  option.StartWavelength = 490.123;
+  OpenPoints({100, 10, 1}, option);
+  Options([](QWidget& dialog) {
+    Type(dialog, "EndWLText", "512.34");
+    Click(dialog, "OKCmd");
+  });
+  EXPECT_EQ(Window->Document().Option().StartWavelength, 490.123);
+  EXPECT_EQ(Window->Document().Option().EndWavelength, 512.3);
+}
+
+// "1000.1" is what the box shows of 1000.05, and the instrument has no such wavelength.
+TEST_F(ScanConfig, RoundingLeadsNoWavelengthOutOfTheRange) {
+  Link.State.WavelengthMax = 1000.05;
+  OpenPoints({100, 10, 1});
+  Options([](QWidget& dialog) {
+    Type(dialog, "EndWLText", "2000");
+    Click(dialog, "OKCmd");
+  });
+  EXPECT_EQ(Window->Document().Option().EndWavelength, 1000.05);
+}
+
 TEST_F(ScanConfig, WrongInputStaysInItsField) {
   OpenPoints({100, 10, 1});
   struct Wrong {
@@ -230,6 +293,55 @@ TEST_F(ScanConfig, SmoothingMovesTheMarksAlong) {
   EXPECT_DOUBLE_EQ(Curve->View().Marks[0].Y, 66.25);
   EXPECT_EQ(RowText(Peaks(), 0).section(u'|', 3, 3), QStringLiteral("66.3"));
   EXPECT_FALSE(Window->isWindowModified());
+}
+
+/// One band of 1 Abs, which the means of five points bring down to 0.179: above and below a peak value of
+/// 0.5.
+const std::vector<int> kNarrowBand = {100, 100, 100, 10, 100, 100, 100};
+
+// A search without a result counted as none.
+TEST_F(ScanConfig, ASearchThatFoundNothingIsMadeAgain) {
+  Settings.PutSetting(kScanSection, "Peak Height", "0.5");
+  OpenPoints(kNarrowBand);
+  const auto switchSmoothing = [this] {
+    Options([](QWidget& dialog) {
+      Click(dialog, "CheckSmooth");
+      Click(dialog, "OKCmd");
+    });
+  };
+  switchSmoothing();
+  Window->FindPeak();
+  ASSERT_TRUE(Curve->View().Marks.empty());
+  switchSmoothing();
+  ASSERT_EQ(Curve->View().Marks.size(), 1U);
+  EXPECT_DOUBLE_EQ(Curve->View().Marks[0].Y, 10);
+  EXPECT_EQ(Peaks().rowCount(), 1);
+}
+
+TEST_F(ScanConfig, ASearchThatWasNotMadeOrIsGoneIsNotMadeAgain) {
+  OpenPoints(kNarrowBand);
+  const auto switchSmoothing = [this] {
+    Options([](QWidget& dialog) {
+      Click(dialog, "CheckSmooth");
+      Click(dialog, "OKCmd");
+    });
+    EXPECT_TRUE(Curve->View().Marks.empty());
+  };
+  switchSmoothing();
+  Window->FindPeak();
+  ASSERT_FALSE(Curve->View().Marks.empty());
+  ASSERT_TRUE(Window->mmuOpenFile(PathOf("a.wls")));
+  switchSmoothing();
+  // Both kinds off, and on again.
+  Window->FindPeak();
+  for (int i = 0; i < 2; ++i) {
+    Options([](QWidget& dialog) {
+      Click(dialog, "CheckPeak");
+      Click(dialog, "CheckValley");
+      Click(dialog, "OKCmd");
+    });
+  }
+  switchSmoothing();
 }
 
 TEST_F(ScanConfig, APeakValueIsShownAsStored) {

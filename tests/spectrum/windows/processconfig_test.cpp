@@ -131,6 +131,40 @@ TEST_F(ProcessOptions, FieldsAreHeldInTheirLimitsWhenTheyAreLeft) {
   });
 }
 
+TEST_F(ProcessOptions, ATypedWavelengthIsWhatItsBoxShows) {
+  FrmSmooth& window = Smoothed();
+  OptionsOf(window, "FrmSmoothConfig", [](QWidget& dialog) {
+    Enter(dialog, "StartWLText", "400.04");
+    Enter(dialog, "EndWLText", "400.0");
+    EXPECT_EQ(TextOf(dialog, "StartWLText"), QStringLiteral("400.0"));
+    Click(dialog, "OKCmd");
+    EXPECT_TRUE(dialog.isVisible());
+    EXPECT_EQ(Find<QLabel>(dialog, "LabelRemark")->text(), QStringLiteral("Start and end are equal."));
+    Type(dialog, "EndWLText", "700.26");
+    QTest::keyClick(Find<QLineEdit>(dialog, "EndWLText"), Qt::Key_Return);
+    if (dialog.isVisible()) dialog.close();
+  });
+  EXPECT_EQ(window.AllSettings().Shown.Option.StartWavelength, 400);
+  EXPECT_EQ(window.AllSettings().Shown.Option.EndWavelength, 700.3);
+  EXPECT_EQ(Key(kSmoothSection, "End Wavelength"), "700.3");
+}
+
+TEST_F(ProcessOptions, AWavelengthOfTheSourceStaysWholeWhenItsFieldIsLeft) {
+  WLSOption option = OtherOption();
+  option.StartWavelength = 490.123;
+  OpenPoints({100, 10, 100, 10, 100}, option);
+  Window->mmuSpectrumSmooth();
+  OptionsOf(Last<FrmSmooth>(), "FrmSmoothConfig", [](QWidget& dialog) {
+    auto* const start = Find<QLineEdit>(dialog, "StartWLText");
+    start->setFocus();
+    QTest::keyClick(start, Qt::Key_Tab);
+    Enter(dialog, "EndWLText", "512.34");
+    Click(dialog, "OKCmd");
+  });
+  EXPECT_EQ(Last<FrmSmooth>().AllSettings().Shown.Option.StartWavelength, 490.123);
+  EXPECT_EQ(Last<FrmSmooth>().AllSettings().Shown.Option.EndWavelength, 512.3);
+}
+
 TEST_F(ProcessOptions, EndsTheWrongWayRoundChangePlaces) {
   FrmSmooth& window = Smoothed();
   OptionsOf(window, "FrmSmoothConfig", [](QWidget& dialog) {

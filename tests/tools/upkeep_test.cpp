@@ -73,9 +73,9 @@ TEST_F(Upkeep, AResetWhoseEndCannotBeReadBackCountsAsALostMove) {
   const std::int64_t before = Link.State.LostMoves;
   Peer.NextText("getwl", ScriptedPeer::Reply("getwl", {"546.0"}));
   Peer.NextText("getwl", ScriptedPeer::Reply("getwl"));
-  EXPECT_EQ(ResetWavelength(Link, Display), UpkeepEnd::Done);
+  EXPECT_EQ(ResetWavelength(Link), UpkeepEnd::Done);
   EXPECT_EQ(Link.State.LostMoves, before + 1);
-  EXPECT_EQ(ResetWavelength(Link, Display), UpkeepEnd::Done);
+  EXPECT_EQ(ResetWavelength(Link), UpkeepEnd::Done);
   EXPECT_EQ(Link.State.LostMoves, before + 1) << "one that was read back";
 }
 
@@ -101,7 +101,7 @@ TEST_F(Upkeep, EachBlankOverAnIncompleteDarkTableSaysSoUntilItIsMeasured) {
   Peer.Next("resetdark", {});
   EXPECT_EQ(MeasureDarkEnergies(Link, Display), UpkeepEnd::Failed);
   EXPECT_EQ(remarkOfABlank(), incomplete);
-  EXPECT_EQ(ResetWavelength(Link, Display), UpkeepEnd::Done);
+  EXPECT_EQ(ResetWavelength(Link), UpkeepEnd::Done);
   EXPECT_EQ(remarkOfABlank(), "") << "a reset asks for the table too";
   Peer.Next("resetdark", {});
   EXPECT_EQ(MeasureDarkEnergies(Link, Display), UpkeepEnd::Failed);

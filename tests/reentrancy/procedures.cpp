@@ -4,6 +4,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QDockWidget>
+#include <QScopedValueRollback>
 
 #include "app/commandtable.h"
 #include "app/documentkinds.h"
@@ -34,6 +35,7 @@ void UseTool(YieldYard& yard, int command, const char* button) {
     }
   });
   hand.start(0);
+  const QScopedValueRollback<bool> expected(yard.ToolIsExpected, true);
   yard.Main().RunCommand(command);
 }
 
@@ -102,7 +104,13 @@ std::vector<Procedure> MakeProcedures() {
          yard.Ports.Put(1, yard.Instrument);
        }},
       {"release", [](YieldYard& yard) { yard.Connect(); }, [](YieldYard& yard) { yard.Choose(kRelease); }},
-      {"live reading", [](YieldYard& yard) { yard.Connect(); },
+      // What is chosen inside it comes behind it: there is nothing that could be started, and its bar is
+      // there.
+      {"live reading",
+       [](YieldYard& yard) {
+         Alone(yard);
+         if (!yard.Main().ActionOf(kDataViewBar)->isChecked()) yard.Choose(kDataViewBar);
+       },
        [](YieldYard& yard) {
          yard.Fire(yard.Main().SampleTimer());
          QCoreApplication::processEvents();

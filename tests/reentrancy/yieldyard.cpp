@@ -122,7 +122,8 @@ void YieldYard::Open(int newFileType, const char* purpose) {
 void YieldYard::SendIntrudersAway() {
   auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
   if (!dialog || dialog->objectName() == QLatin1String(kMessageBoxName)) return;
-  if (qobject_cast<ToolDialog*>(dialog) || dialog->objectName() == QStringLiteral("FrmSelectSampler")) return;
+  if (ToolIsExpected && qobject_cast<ToolDialog*>(dialog)) return;
+  if (dialog->objectName() == QLatin1String("FrmSelectSampler")) return;
   Intruders.append(dialog->objectName());
   dialog->reject();
 }

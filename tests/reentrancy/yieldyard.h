@@ -181,6 +181,8 @@ class YieldYard : public ::testing::Test {
   bool WasNothing = false;
   /// Modal dialogs that came up unasked and were closed.
   QStringList Intruders;
+  /// A procedure has opened the dialog of a tool, and closes it.
+  bool ToolIsExpected = false;
   /// Sends modal dialogs away while it is on.
   QTimer Guard;
 

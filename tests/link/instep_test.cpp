@@ -189,6 +189,17 @@ TEST_F(LinkFixture, P01_AProbeWhoseForerunnerWasLostPasses) {
   EXPECT_EQ(reply, ScriptedPeer::Reply("check", {"Invalid Command."}));
 }
 
+TEST_F(LinkFixture, P01_S02_ACableThatGoesWhileTheOwnAnswerIsAwaitedEndsItAtOnce) {
+  OpenLine();
+  std::int32_t count = 1;
+  Peer.Next("ge 1", {{15'600, ScriptedPeer::Reply("ge 1", {"100"})}});
+  Peer.Next("ge 1", {{700, "", true}});
+  EXPECT_EQ(Link.Instrument.GetEnergy(count), 0);
+  EXPECT_EQ(Link.Instrument.GetEnergy(count), 0);
+  EXPECT_EQ(Link.Instrument.LastReply().End, ExchangeEnd::HungUp);
+  EXPECT_EQ(Time.NowMs(), 15'000 + 100 + 700);
+}
+
 TEST_F(LinkFixture, P01_AnOlderNameThatLostItsEndIsNotTakenForTheOneBehindIt) {
   OpenLine();
   Peer.Next("company", {{3'600, "company\r\nOne\r\n"}});

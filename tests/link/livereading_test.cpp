@@ -39,6 +39,22 @@ TEST_F(LiveReadingTest, DisplayChangesAfterEveryFifthReading) {
   EXPECT_EQ(Link.State.SampleIndex, 0) << "back to the start at twenty";
 }
 
+TEST_F(LiveReadingTest, NewFormatsRewriteTheValuesThatAreOnShow) {
+  Link.Live.ToolsBarWaveLength(546.25);
+  Link.Live.ToolsBarAbsData(0.30103);
+  Link.Live.ToolsBarTransData(50.0);
+  Link.Formats.AbsFormat = "0.0";
+  Link.Formats.TransFormat = "0.000";
+  Link.Live.FormatsChanged();
+  EXPECT_NE(Display.Abs.find(" 0.3Abs"), std::string::npos) << Display.Abs;
+  EXPECT_NE(Display.Trans.find("50.000%T"), std::string::npos) << Display.Trans;
+  EXPECT_NE(Display.Wavelength.find("nm"), std::string::npos);
+  Link.Live.ToolsBarNoValues();
+  Link.Live.FormatsChanged();
+  for (const std::string& field : {Display.Wavelength, Display.Abs, Display.Trans})
+    EXPECT_EQ(field, "------");
+}
+
 TEST_F(LiveReadingTest, HiddenToolbarReadsNothing) {
   Display.Shown = false;
   Tick(5);

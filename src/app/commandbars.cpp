@@ -64,6 +64,8 @@ void CommandBars::MakeAction(int command) {
   auto* action = new QAction(CaptionOf(row), &window_);
   action->setObjectName(QStringLiteral("Command%1").arg(command));
   action->setCheckable(row.Checkable);
+  // A key or a pedal that is held down starts one test, not one after the other.
+  action->setAutoRepeat(command == kZoomIn || command == kZoomOut);
   action->setIcon(CommandIcon(command));
   action->setMenuRole(QAction::NoRole);
   const QList<QKeySequence> keys = KeysOf(row);

@@ -28,6 +28,7 @@ constexpr int kUnpaintedMs = 400;
 constexpr int kConnectMs = 2000;
 constexpr int kSampleMs = 100;
 constexpr int kLayoutVersion = 2;
+constexpr const char* kReleaseToClose = " Release (Shift+F9) lets the program close.";
 const QString kBarsName = QStringLiteral("FrmMain/Bars");
 const QString kDataTableName = QStringLiteral("FrmMain/DataTable");
 
@@ -261,6 +262,9 @@ void FrmMain::SetStatus(StatusPane pane, const std::string& text) {
 
 void FrmMain::SetRemark(const std::string& text) {
   remark_ = text;
+  // Said with every reading that fails: it holds as long as the link is dead.
+  if (closeRefused_ && link_->State.InstrumentConnected && text == Text(kCommunicationError))
+    remark_ += kReleaseToClose;
   ShowRemarkLine();
 }
 

@@ -221,6 +221,8 @@ class FrmMain : public QMainWindow, public FrameCommands, public MainDisplay {
   // Whose runs are under way, the first one in front; null: the main window's own.
   std::vector<DocumentWindow*> runs_;
   bool closing_ = false;
+  // The last close was refused, as the instrument did not answer.
+  bool closeRefused_ = false;
   bool painted_ = false;
   bool ticking_ = false;
   bool waitingRun_ = false;

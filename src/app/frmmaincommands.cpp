@@ -29,7 +29,6 @@ namespace {
 constexpr int kQuitQuestion = 1103;
 constexpr std::int64_t kLostLinkPauseMs = 3000;
 constexpr const char* kBusyNow = "The instrument is busy. Close again in a moment.";
-constexpr const char* kReleaseToClose = " Release (Shift+F9) lets the program close.";
 
 /// What the window that measures may still be asked for: the end, and another look.
 bool GoesWithRun(int command) {
@@ -113,8 +112,13 @@ QString FrmMain::IdleHint() const {
 void FrmMain::RunCommand(int command) {
   const CommandRow& row = CommandRowOf(command);
   if (ticking_) {
-    // Inside a live reading a dialog would keep the reading from its end.
-    waitingCommands_.push_back(command);
+    // Inside a live reading a dialog would keep the reading from its end. Pressed again meanwhile, it is the
+    // same wish.
+    if (std::ranges::find(waitingCommands_, command) == waitingCommands_.end()) {
+      waitingCommands_.push_back(command);
+    } else if (row.Checkable) {
+      bars_->Action(command)->toggle();
+    }
     return;
   }
   if (closing_ || inputLock_.IsOn() || !IsEnabled(row)) {
@@ -161,6 +165,7 @@ void FrmMain::OnSampleTimer() {
   Guarded([this] {
     const QScopedValueRollback<bool> ticking(ticking_, true);
     link_->Live.SampleTimerTick();
+    if (!link_->Live.LinkLost()) closeRefused_ = false;
   });
   lastTickMs_ = parts_.Time.NowMs();
   files_.LookAgain();
@@ -338,7 +343,8 @@ bool FrmMain::LinkMayClose() {
   double wavelength = 0.0;
   if (!link_->Instrument.GetWavelength(wavelength)) {
     // A program that lost its instrument in mid-air stays until the link is back or is released.
-    SetRemark(Text(kCommunicationError) + kReleaseToClose);
+    closeRefused_ = true;
+    SetRemark(Text(kCommunicationError));
     link_->Live.SampleTimerStart();
     return false;
   }

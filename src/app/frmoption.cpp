@@ -166,10 +166,11 @@ void FrmOption::LoadValues() {
   department_->setText(QString::fromStdString(window.Department));
   (window.PrecisionMode == 1 ? high_ : standard_)->setChecked(true);
   searchPorts_->setChecked(window.PortSearchMode == 0);
-  // The port on which the instrument answered comes before the stored one, which another copy may have
-  // written.
+  // Of a search, the port on which the instrument answered comes before the stored one, which another copy
+  // may have written. A port that somebody has chosen stays.
   const int answered = frame_.Link().Instrument.GetPortID();
-  const int shown = answered >= 1 && answered <= kPortCount ? answered : window.PortID;
+  const bool found = window.PortSearchMode == 0 && answered >= 1 && answered <= kPortCount;
+  const int shown = found ? answered : window.PortID;
   ports_->setCurrentIndex(std::clamp(shown, 1, kPortCount) - 1);
   styles_->setCurrentIndex(window.MenuStyle);
 }

@@ -107,7 +107,6 @@ void LineWatch::MatchEchoes() {
     searched_ = best + found->Text.size() + 1;
     awaited_.erase(awaited_.begin(), found);
     awaited_.front().Begun = true;
-    between_ = false;
   }
   // An echo may come in two pieces.
   std::size_t longest = 0;

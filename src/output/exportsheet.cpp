@@ -149,7 +149,8 @@ std::string ExportText(const ExportSheet& sheet, const WorkProgress& progress) {
     for (int i = 0; i < table.LinesBefore; ++i) line({});
     if (!table.Heading.empty()) line(table.Heading);
     std::string titles;
-    for (const TableColumn& column : table.Columns) titles += (titles.empty() ? "" : "\t") + column.Title;
+    for (const TableColumn& column : table.Columns)
+      titles += (titles.empty() ? "" : "\t") + CellText({}, column.Title);
     line(titles);
     if (table.RowCount == 0) line(table.EmptyWords);
     if (!AppendRows(text, table, rows)) return {};

@@ -46,6 +46,10 @@ std::vector<DataTable> PageTables(const DataTable& table) {
     parts.back().Heading = Text(kWavelengthWord) + " " + std::to_string(first + 1);
     if (end > first + 1) parts.back().Heading += " - " + std::to_string(end);
   }
+  if (table.RowCount == 0) {
+    parts.resize(1);
+    parts.front().Heading = table.Heading;
+  }
   return parts;
 }
 

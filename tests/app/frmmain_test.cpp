@@ -537,6 +537,38 @@ TEST_F(FrmMainTest, CommandsThatWaitedForAReadingRunOneBehindTheOther) {
   Main->SampleTimer().stop();
 }
 
+TEST_F(FrmMainTest, ACommandThatIsPressedAgainInsideAReadingRunsOnce) {
+  Start();
+  ConnectNow();
+  const bool shown = Main->ActionOf(kStatusBar)->isChecked();
+  bool chosen = false;
+  int opened = 0;
+  Loop.OnYield = [&] {
+    if (std::exchange(chosen, true)) return;
+    for (int i = 0; i < 3; ++i) Main->RunCommand(kAbout);
+    for (int i = 0; i < 3; ++i) Main->ActionOf(kStatusBar)->trigger();
+  };
+  QTimer hand;
+  QObject::connect(&hand, &QTimer::timeout, &hand, [&] {
+    if (QWidget* const about = QApplication::activeModalWidget()) opened += about->close() ? 1 : 0;
+  });
+  hand.start(5);
+  Main->SampleTimer().start(1);
+  QTest::qWait(300);
+  Loop.OnYield = nullptr;
+  Main->SampleTimer().stop();
+  EXPECT_EQ(opened, 1);
+  EXPECT_EQ(Main->ActionOf(kStatusBar)->isChecked(), !shown);
+}
+
+TEST_F(FrmMainTest, AKeyThatIsHeldDownIsOneCommand) {
+  Start();
+  for (const CommandRow& row : CommandRows()) {
+    const bool zooms = row.Number == kZoomIn || row.Number == kZoomOut;
+    EXPECT_EQ(Main->ActionOf(row.Number)->autoRepeat(), zooms) << row.Number;
+  }
+}
+
 TEST_F(FrmMainTest, NothingStartsWhileTheInstrumentIsReleased) {
   Start();
   ConnectNow();

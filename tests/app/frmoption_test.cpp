@@ -295,6 +295,23 @@ TEST_F(Options, ThePortOfTheLastConnectIsOffered) {
   });
 }
 
+TEST_F(Options, AChosenPortComesBeforeTheOneThatASearchHasFound) {
+  Start();
+  Main.Link().State.PortNumber = 3;
+  Main.Window().PortSearchMode = 1;
+  Settings.PutSetting("Option", "Port ID", "5");
+  Open([](QWidget& dialog) {
+    EXPECT_EQ(Row(dialog, "ComboPortList"), 4);
+    Click(dialog, "OKCmd");
+  });
+  EXPECT_EQ(Settings.GetSetting("Option", "Port ID"), "5");
+  Main.Window().PortSearchMode = 0;
+  Open([](QWidget& dialog) {
+    EXPECT_EQ(Row(dialog, "ComboPortList"), 2) << "of a search";
+    dialog.close();
+  });
+}
+
 TEST_F(Options, NamesAreOneLineOfAtMost255Characters) {
   Start();
   Open([](QWidget& dialog) {

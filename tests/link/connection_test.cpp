@@ -153,6 +153,13 @@ TEST_F(ConnectionTest, P05_LinesBehindTheFirstOneDoNotMatter) {
   EXPECT_TRUE(Boxes.Ids.empty());
 }
 
+TEST_F(ConnectionTest, P15_MissingDarkEnergiesAreToldWithoutAReferenceToo) {
+  Peer.NextText("getdark", ScriptedPeer::Reply("getdark", {"101"}));
+  Peer.Next("rezero", {});
+  EXPECT_TRUE(Link.Connect.mmuOperationConnect());
+  EXPECT_EQ(Display.Remark, "The instrument's dark table is incomplete.");
+}
+
 TEST_F(ConnectionTest, ConnectThatIsNotOkEndsTheAttemptWithoutQuit) {
   Peer.NextText("connect", "connect\r\nbusy.\r\n>");
   EXPECT_FALSE(Link.Connect.mmuOperationConnect());

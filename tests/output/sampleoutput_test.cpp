@@ -90,6 +90,17 @@ TEST(MultiOutput, EmptyTablesHaveTheirOwnWords) {
               HasSubstr("No Multi-Wavelength Record!"));
 }
 
+TEST(MultiOutput, AnEmptyReportOfManyWavelengthsSaysItsWordsOnce) {
+  MultiDocument document;
+  MultiSettings settings = document.Settings();
+  settings.WorkWLNo = 15;
+  document.Configure(settings);
+  const std::string text = FoundInReport(MultiReport(document, kSampleFormats, HeadFor("")));
+  const std::size_t first = text.find("No Multi-Wavelength Record!");
+  ASSERT_NE(first, std::string::npos);
+  EXPECT_EQ(text.find("No Multi-Wavelength Record!", first + 1), std::string::npos);
+}
+
 TEST(MultiOutput, ReportHasTitleFormulaAndRows) {
   const std::string text = FoundInReport(MultiReport(MultiOf(2), kSampleFormats, HeadFor("/data/run.mul")));
   EXPECT_THAT(text, HasSubstr("Multi Wavelength Test Report\n"));

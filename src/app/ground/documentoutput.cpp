@@ -42,7 +42,7 @@ void DocumentWindow::PrintReport() {
   const std::optional<Report> report = MakeReport();
   if (!report) return;
   const Run run(*this);
-  frame_.Printer().Print(*report, PathToBeginWith(), [this] { return stopWanted_; });
+  frame_.Printer().Print(*report, ProposedOutput(".pdf"), [this] { return stopWanted_; });
 }
 
 void DocumentWindow::PreviewReport() {
@@ -51,16 +51,19 @@ void DocumentWindow::PreviewReport() {
   const std::optional<Report> report = MakeReport();
   if (!report) return;
   const Run run(*this);
-  frame_.Printer().Preview(*report, PathToBeginWith(), [this] { return stopWanted_; });
+  frame_.Printer().Preview(*report, ProposedOutput(".pdf"), [this] { return stopWanted_; });
+}
+
+QString DocumentWindow::ProposedOutput(const char* ending) const {
+  const QFileInfo begin(PathToBeginWith());
+  const bool unsaved = OpenFileName().isEmpty();
+  const QDir folder = unsaved && begin.isDir() ? QDir(begin.filePath()) : begin.absoluteDir();
+  return folder.filePath((unsaved ? CaptionAsName() : begin.completeBaseName()) + QLatin1String(ending));
 }
 
 QString DocumentWindow::AskOutputPath(int filterText, const char* ending) {
-  const QFileInfo begin(PathToBeginWith());
-  const QDir folder = begin.isDir() ? QDir(begin.filePath()) : begin.absoluteDir();
-  const QString name = OpenFileName().isEmpty() ? caption_.simplified() : begin.completeBaseName();
-  const QString end = QString::fromLatin1(ending);
   const QPointer<DocumentWindow> self(this);
-  const QString chosen = frame_.Boxes().SaveFileName(Words(filterText), folder.filePath(name + end));
+  const QString chosen = frame_.Boxes().SaveFileName(Words(filterText), ProposedOutput(ending));
   if (chosen.isEmpty() || !self) return {};
   const QString path = WithEnding(chosen, ending);
   // Not onto the file of this document either: an export would take the place of measured data.

@@ -179,16 +179,20 @@ QString DocumentWindow::PathToBeginWith() const {
   return FileWords().KeepsFolder && QFileInfo(last).isDir() ? last : QFileInfo(last).absolutePath();
 }
 
+QString DocumentWindow::CaptionAsName() const {
+  QString name = caption_.simplified();
+  for (QChar& c : name) {
+    if (QStringLiteral("/\\:*?\"<>|").contains(c)) c = u'_';
+  }
+  return name;
+}
+
 QString DocumentWindow::ProposedPath() {
   const FileKindWords words = FileWords();
   QString begin = PathToBeginWith();
   if (!words.OffersCaption) return begin;
   if (!OpenFileName().isEmpty()) return WithEnding(begin, words.Ending);
-  QString name = caption_.simplified();
-  for (QChar& c : name) {
-    if (QStringLiteral("/\\:*?\"<>|").contains(c)) c = u'_';
-  }
-  QString path = QDir(begin).filePath(WithEnding(name, words.Ending));
+  QString path = QDir(begin).filePath(WithEnding(CaptionAsName(), words.Ending));
   frame_.Settings().PutSetting(words.Section, kFilePathKey, path.toStdString());
   return path;
 }

@@ -184,6 +184,8 @@ class DocumentWindow : public QWidget, public RezeroTarget {
   void changeEvent(QEvent* event) override;
 
  private:
+  /// Where a report or an export is offered to go.
+  QString ProposedOutput(const char* ending) const;
   QString AskOutputPath(int filterText, const char* ending);
   void WriteOutput(const QString& path, const std::function<std::string(const WorkProgress&)>& make);
   void StopRun(bool withFrame);
@@ -191,6 +193,8 @@ class DocumentWindow : public QWidget, public RezeroTarget {
   bool SaveUnderNewName();
   bool SaveTo(const QString& path);
   QString PathToBeginWith() const;
+  /// The caption without what a file name cannot have.
+  QString CaptionAsName() const;
   QString ProposedPath();
   void StoreFilePath(const QString& path);
   bool FileWasChanged() const;

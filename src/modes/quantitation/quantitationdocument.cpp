@@ -82,11 +82,23 @@ FitOutcome QuantitationDocument::Configure(const QuantitationSettings& settings)
       LeaveFile();
     }
     if (!SameReadings(Settings(), settings)) ForgetReadings(option_);
+    const std::int32_t rows = StandardRows();
     TakeSettings(settings, option_);
+    ForgetZeroed(rows);
     ForgetCurve(option_);
     MarkModified();
   }
   return Refit();
+}
+
+// A fit through zero has put the origin into the row behind its last standard. When that row is one of a
+// standard again it is none that anybody measured.
+void QuantitationDocument::ForgetZeroed(std::int32_t rowsBefore) {
+  for (auto i = static_cast<std::size_t>(rowsBefore); i < static_cast<std::size_t>(StandardRows()); ++i) {
+    if (option_.StandardAbs[i][FitColumn(option_)] != 0 || option_.StandardConc[i] != 0) continue;
+    option_.StandardAbsSet[i] = false;
+    option_.StandardConcSet[i] = false;
+  }
 }
 
 std::size_t QuantitationDocument::StandardIndex(std::int32_t row) const {
@@ -116,6 +128,8 @@ FitOutcome QuantitationDocument::ClearStandardConc(std::int32_t row) {
   const std::size_t index = StandardIndex(row);
   option_.StandardConc[index] = 0;
   option_.StandardConcSet[index] = false;
+  // A fit of incomplete standards leaves the verdict as it was: nothing may be measured with that one.
+  ForgetCurve(option_);
   MarkModified();
   return Refit();
 }
@@ -168,6 +182,12 @@ QuaRecord QuantitationDocument::MakeRecord(const std::string& name, double first
   if (FitColumn(option_) != 0) record.Abs = {first, second, working, working};
   record.Conc = CalcConc(working);
   return record;
+}
+
+bool QuantitationDocument::CurveHolds() const {
+  if (!FitsStandards()) return true;
+  const bool fitted = std::ranges::any_of(option_.CurveK, [](double k) { return k != 0; });
+  return option_.CurveValid && (fitted || StandardsComplete(option_));
 }
 
 bool QuantitationDocument::IsBeyondStandards(std::int32_t row) const {

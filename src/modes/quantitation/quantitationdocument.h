@@ -26,6 +26,9 @@ class QuantitationDocument : public RecordDocumentOf<QuaOption, QuaRecord> {
   bool FitsStandards() const {
     return option_.CurveItem == static_cast<std::int32_t>(CurveSource::Standards);
   }
+  /// Concentrations can be computed: with typed coefficients, or a fit that was accepted and whose standards
+  /// are not gone since.
+  bool CurveHolds() const;
 
   /// What the option dialog shows. The operator's own unit is not kept here.
   QuantitationSettings Settings() const;
@@ -78,6 +81,7 @@ class QuantitationDocument : public RecordDocumentOf<QuaOption, QuaRecord> {
 
  private:
   std::size_t StandardIndex(std::int32_t row) const;
+  void ForgetZeroed(std::int32_t rowsBefore);
 };
 
 }  // namespace spectrane

@@ -138,7 +138,7 @@ bool QuantitationTest::mmuStartTest() {
     bench_.Boxes.Show(kBlankWanted);
     return false;
   }
-  if (document_.FitsStandards() && !document_.Option().CurveValid) {
+  if (!document_.CurveHolds()) {
     bench_.Boxes.ShowError(kCurveError);
     return false;
   }

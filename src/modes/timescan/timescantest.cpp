@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "base/language.h"
 #include "base/numbers.h"
@@ -51,9 +52,10 @@ bool TimeScanTest::TakeBlank() {
   bench_.Live.SampleTimerStop();
   // A reading that was due already does not come in between.
   state.InstrumentBusy = true;
-  double wavelength = 0;
+  // Equal to no wavelength: an answer without one makes the drive move.
+  double wavelength = std::numeric_limits<double>::quiet_NaN();
   if (!bench_.Instrument.GetWavelength(wavelength)) return done(false);
-  state.CurrentWavelength = wavelength;
+  if (wavelength > 0) state.CurrentWavelength = wavelength;
   const std::int64_t restarts = state.RestartCount;
   // What was told before a restart is no place any more.
   if (wavelength != document_.Option().WorkWL || bench_.Instrument.LastReply().Restarted) {
@@ -63,10 +65,10 @@ bool TimeScanTest::TakeBlank() {
   std::int32_t blank = 0;
   std::int32_t gain = 0;
   if (!bench_.Instrument.Rezero(blank, gain) || !bench_.Instrument.LastReply().Complete()) return done(false);
-  bench_.Live.TakeDarkEnergyOf(gain);
   std::int32_t samples = kBlankSamples;
   const std::int32_t fullEnergy = bench_.Instrument.GetEnergy(samples);
   if (!bench_.Instrument.LastReply().Complete() || state.RestartCount != restarts) return done(false);
+  bench_.Live.TakeDarkEnergyOf(gain);
   // A test takes the blank with it when it begins; points of an earlier one belong to an earlier blank.
   if (document_.DataCount() == 0) document_.SetBlank(fullEnergy, state.DarkEnergy, gain);
   bench_.Live.ToolsBarFullEnergyData(fullEnergy, state.DarkEnergy, gain);

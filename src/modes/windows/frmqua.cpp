@@ -169,6 +169,7 @@ void FrmQua::BuildActions() {
   measure->setObjectName(QStringLiteral("MeasureStandard"));
   measure->setShortcut(Qt::CTRL | Qt::Key_M);
   measure->setShortcutContext(Qt::WidgetShortcut);
+  measure->setAutoRepeat(false);
   connect(measure, &QAction::triggered, this, [this] { MeasureStandard(standards_->SelectedRow()); });
   auto* const paste = new QAction(QStringLiteral("&Paste"), this);
   paste->setObjectName(QStringLiteral("GridPaste"));
@@ -385,7 +386,7 @@ QString FrmQua::NextStep() const {
   }
   if (!test_.BlankHolds())
     return QStringLiteral("Insert the blank and choose %1.").arg(PlainWords(kSetBlank));
-  if (document_.FitsStandards() && !document_.Option().CurveValid) {
+  if (!document_.CurveHolds()) {
     return QStringLiteral(
         "Type the concentration of each standard, insert it and click its absorbance to measure it.");
   }

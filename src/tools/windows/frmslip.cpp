@@ -18,6 +18,7 @@ constexpr int kSlipTitle = 1800;
 constexpr int kFirstWidth = 1801;
 constexpr int kSlipClose = 1806;
 constexpr int kSlipDone = 1807;
+constexpr const char* kBlanksAnew = "After another slit width every blank has to be set anew.";
 constexpr int kSlipFailed = 1808;
 constexpr int kSlipSetup = 1127;
 constexpr int kSlipUnknown = 1092;
@@ -82,7 +83,10 @@ void FrmSlip::Setup() {
   bool set = false;
   WithInstrument(
       LongestSeconds({"setslip "}), [&] { set = SetSlit(Link(), Frame().Display(), code); },
-      [&] { Frame().Boxes().Show(set ? kSlipDone : kSlipFailed); });
+      [&] {
+        if (set) Frame().Display().SetRemark(kBlanksAnew);
+        Frame().Boxes().Show(set ? kSlipDone : kSlipFailed);
+      });
 }
 
 }  // namespace spectrane

@@ -51,6 +51,30 @@ TEST_F(QuantitationDocumentTest, StartsAsAFirstStartDoes) {
   EXPECT_EQ(document_.FileName(), "");
 }
 
+TEST_F(QuantitationDocumentTest, AStandardThatAFitThroughZeroHasTakenIsNotMeasuredWhenItComesBack) {
+  QuantitationSettings settings;
+  settings.FittingMethod = 1;
+  settings.SampleNumber = 5;
+  document_.Configure(settings);
+  for (std::int32_t row = 0; row < 5; ++row) {
+    document_.SetStandardReadings(row, 0.2 * (row + 1));
+    document_.SetStandardConc(row, 2.0 * (row + 1) + 1);
+  }
+  ASSERT_TRUE(document_.Option().CurveValid);
+  settings.FittingMethod = 0;
+  settings.SampleNumber = 3;
+  document_.Configure(settings);
+  settings.FittingMethod = 1;
+  settings.SampleNumber = 5;
+  EXPECT_EQ(document_.Configure(settings), FitOutcome::Incomplete);
+  EXPECT_FALSE(document_.Option().StandardAbsSet[3]);
+  EXPECT_FALSE(document_.Option().StandardConcSet[3]);
+  EXPECT_TRUE(document_.Option().StandardAbsSet[4]) << "that one is as it was measured";
+  document_.SetStandardReadings(3, 0.8);
+  EXPECT_EQ(document_.SetStandardConc(3, 9), FitOutcome::Accepted);
+  EXPECT_NEAR(document_.Option().CurveK[1], 10, 1e-9);
+}
+
 TEST_F(QuantitationDocumentTest, TheCurveComesWithTheLastValueOfTheStandards) {
   QuantitationSettings settings;
   settings.FittingMethod = 1;

@@ -236,6 +236,23 @@ TEST_F(QuantitationRun, StartAsksForWhatIsMissingInItsOrder) {
   EXPECT_TRUE(Peer.Commands.empty());
 }
 
+TEST_F(QuantitationRun, NothingIsMeasuredOnACurveWhoseStandardIsGone) {
+  UseStandards();
+  Blank();
+  for (std::int32_t row = 0; row < Document.StandardRows(); ++row) {
+    Document.SetStandardReadings(row, 0.2 * (row + 1), 0);
+    Document.SetStandardConc(row, 2.0 * (row + 1));
+  }
+  ASSERT_TRUE(Document.Option().CurveValid);
+  Document.ClearStandardConc(0);
+  EXPECT_FALSE(Document.CurveHolds());
+  EXPECT_FALSE(Test.mmuStartTest());
+  EXPECT_EQ(TwoBoxes.Errors, Ids{1209});
+  EXPECT_EQ(Document.RecordCount(), 0);
+  Document.SetStandardConc(0, 2.0);
+  EXPECT_TRUE(Document.CurveHolds());
+}
+
 TEST_F(QuantitationRun, TypedCoefficientsNeedNoCurve) {
   UseCoefficients();
   Blank();

@@ -167,6 +167,31 @@ TEST_F(TimeScanRun, ABlankAtAGainWithoutADarkEnergySaysSo) {
   EXPECT_EQ(Display.Remark, "");
 }
 
+TEST_F(TimeScanRun, ABlankThatFailsLeavesTheOldReferenceAndItsDarkEnergy) {
+  Peer.Lines["rezero"] = {"50000", "3"};
+  Blank();
+  ASSERT_TRUE(Test.BlankHolds());
+  const std::int32_t full = Link.State.FullEnergy;
+  EXPECT_EQ(Link.State.DarkEnergy, Link.State.DarkEnergies[3]);
+  Peer.NextText("rezero", ScriptedPeer::Reply("rezero", {"48000", "8"}));
+  Peer.Next("ge 30", {});
+  Test.mmuOperationRezero();
+  EXPECT_EQ(Link.State.FullEnergy, full);
+  EXPECT_EQ(Link.State.DarkEnergy, Link.State.DarkEnergies[3]);
+  EXPECT_FALSE(Test.BlankHolds());
+}
+
+TEST_F(TimeScanRun, ABlankThatIsNotToldWhereTheDriveStandsMovesIt) {
+  Link.State.CurrentWavelength = 546;
+  Peer.NextText("getwl", ScriptedPeer::Reply("getwl"));
+  Peer.Next("swl  546", {});
+  Peer.Commands.clear();
+  Test.mmuOperationRezero();
+  EXPECT_FALSE(Test.BlankDone);
+  EXPECT_EQ(Peer.Commands, (Log{"getwl", "swl  546"}));
+  EXPECT_EQ(Link.State.CurrentWavelength, 546);
+}
+
 TEST_F(TimeScanRun, AReadingThatFailsTwiceEndsTheTestAndKeepsThePoints) {
   Blank();
   Peer.NextText("ge 20", ScriptedPeer::Reply("ge 20", Log(20, "30000")));

@@ -225,6 +225,20 @@ TEST_F(Outputs, WithoutAPrinterTheReportIsOfferedAsAFile) {
   EXPECT_THAT(text, HasSubstr(" 1 546.0 "));
 }
 
+TEST_F(Outputs, AReportOfADocumentWithoutAFileIsOfferedUnderItsCaption) {
+  OpenWithBlank();
+  Measure(1);
+  ASSERT_TRUE(Window->OpenFileName().isEmpty());
+  const QString folder = PathOf("2024.05");
+  QDir().mkpath(folder);
+  Main.Settings().PutSetting("Basic Test", "File Path", (folder + QStringLiteral("/old.bas")).toStdString());
+  Boxes.ExpectSaveName(PdfFilter(), QString());
+  Window->PrintReport();
+  EXPECT_EQ(Boxes.BeganWith.toStdString(),
+            (folder + u'/' + Window->windowTitle().remove(QStringLiteral("[*]")) + QStringLiteral(".pdf"))
+                .toStdString());
+}
+
 TEST_F(Outputs, AReportThatCannotBeWrittenIsToldInWords) {
   OpenWithRows();
   Boxes.ExpectSaveName(PdfFilter(), PathOf("gone/run.pdf"));

@@ -150,5 +150,78 @@ TEST_F(FrmMainLive, ACommandThatWaitedGoesWithTheProgram) {
   EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
 }
 
+TEST_F(FrmMainLive, ACommandInsideALiveReadingRunsAfterIt) {
+  Start();
+  ConnectNow();
+  bool chosen = false;
+  bool busyInDialog = true;
+  Loop.OnYield = [&] {
+    if (chosen) return;
+    chosen = true;
+    WhenDialog("FrmAbout", [&](QWidget& about) {
+      busyInDialog = Main->Link().State.InstrumentBusy;
+      about.close();
+    });
+    Main->RunCommand(kAbout);
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+  };
+  Main->SampleTimer().start(1);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return chosen && !busyInDialog; }));
+  Loop.OnYield = nullptr;
+  Main->SampleTimer().stop();
+}
+
+TEST_F(FrmMainLive, CommandsThatWaitedForAReadingRunOneBehindTheOther) {
+  Start();
+  ConnectNow();
+  bool chosen = false;
+  int closed = 0;
+  Loop.OnYield = [&] {
+    if (std::exchange(chosen, true)) return;
+    Main->RunCommand(kAbout);
+    Main->RunCommand(kProgramOption);
+  };
+  WhenDialog("FrmAbout", [&](QWidget& about) {
+    // Readings begin anew behind it, as they do behind the tools.
+    Main->SampleTimer().start(1);
+    QTest::qWait(50);
+    EXPECT_EQ(QApplication::activeModalWidget(), &about) << "nothing comes over it";
+    WhenDialog("FrmOption", [&](QWidget& options) {
+      ++closed;
+      options.close();
+    });
+    ++closed;
+    about.close();
+  });
+  Main->SampleTimer().start(1);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return closed == 2; }));
+  Loop.OnYield = nullptr;
+  Main->SampleTimer().stop();
+}
+
+TEST_F(FrmMainLive, ACommandThatIsPressedAgainInsideAReadingRunsOnce) {
+  Start();
+  ConnectNow();
+  const bool shown = Main->ActionOf(kStatusBar)->isChecked();
+  bool chosen = false;
+  int opened = 0;
+  Loop.OnYield = [&] {
+    if (std::exchange(chosen, true)) return;
+    for (int i = 0; i < 3; ++i) Main->RunCommand(kAbout);
+    for (int i = 0; i < 3; ++i) Main->ActionOf(kStatusBar)->trigger();
+  };
+  QTimer hand;
+  QObject::connect(&hand, &QTimer::timeout, &hand, [&] {
+    if (QWidget* const about = QApplication::activeModalWidget()) opened += about->close() ? 1 : 0;
+  });
+  hand.start(5);
+  Main->SampleTimer().start(1);
+  QTest::qWait(300);
+  Loop.OnYield = nullptr;
+  Main->SampleTimer().stop();
+  EXPECT_EQ(opened, 1);
+  EXPECT_EQ(Main->ActionOf(kStatusBar)->isChecked(), !shown);
+}
+
 }  // namespace
 }  // namespace spectrane::testing_windows

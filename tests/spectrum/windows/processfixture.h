@@ -1,5 +1,9 @@
 #pragma once
 
+#include <QApplication>
+#include <QTimer>
+
+#include "app/ground/commands.h"
 #include "spectrum/windows/processwindow.h"
 #include "spectrum/windows/scanfixture.h"
 
@@ -31,6 +35,22 @@ class ProcessFixture : public ScanWindow {
     });
     window.ShowConfigWindow();
     EXPECT_TRUE(opened);
+  }
+  /// In the middle of something that the window does: its options are neither offered nor opened.
+  static void ExpectNoOptions(DocumentWindow& window) {
+    EXPECT_TRUE(window.RunsNow());
+    EXPECT_FALSE(window.Offers(kTestOption));
+    bool opened = false;
+    QTimer look;
+    look.setSingleShot(true);
+    QObject::connect(&look, &QTimer::timeout, &look, [&opened] {
+      QWidget* const dialog = QApplication::activeModalWidget();
+      opened = dialog != nullptr;
+      if (opened) dialog->close();
+    });
+    look.start(0);
+    window.ShowConfigWindow();
+    EXPECT_FALSE(opened);
   }
   std::string Key(const char* section, const char* key) {
     return Setting(Folder.Path()).GetSetting(section, key);
